@@ -1,0 +1,9 @@
+# velkin_options: what every target of our own code is compiled with. Libraries' headers are not held to it.
+add_library(velkin_options INTERFACE)
+target_compile_options(velkin_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+
+if(VELKIN_SANITIZE)
+  add_compile_options(-fsanitize=${VELKIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+  add_link_options(-fsanitize=${VELKIN_SANITIZE})
+endif()
