@@ -101,7 +101,7 @@ class Popover(VelkinTestCase):
         other = self.desktop.openOtherWindow(100, 600)
         self.addCleanup(other.wait)
         self.addCleanup(other.kill)
-        target = waitFor("the other window", lambda: self.desktop.windows("xev|event tester"), 10,
+        target = waitFor("the other window", lambda: self.desktop.windows(title="Event Tester"), 10,
                          lambda: [str(w) for w in self.desktop.windows(".*")])[0]
         self.openPopover(velkin)
         settle()

@@ -54,9 +54,11 @@ class Desktop:
     def type(self, text):
         self._xdotool("type", "--delay", "30", text)
 
-    def windows(self, wmClass="velkin"):
-        """The visible windows whose class contains wmClass; leftovers of a few pixels are passed over."""
-        ids = self._xdotool("search", "--onlyvisible", "--class", wmClass, check=False).split()
+    def windows(self, wmClass="velkin", title=None):
+        """The visible windows whose class contains wmClass, or, when given, whose title contains that instead.
+        Leftovers of a few pixels are passed over."""
+        what = ("--name", title) if title else ("--class", wmClass)
+        ids = self._xdotool("search", "--onlyvisible", *what, check=False).split()
         found = [self._window(int(id)) for id in ids]
         return [window for window in found if window and min(window.width, window.height) > 20]
 
