@@ -11,6 +11,7 @@
 namespace platform {
 
 class DispatchQueue;
+class NSURLSession;
 class NSUserDefaults;
 
 /// The desktop below the program: what the static accessors of the seam's classes ask. One is installed for the
@@ -29,6 +30,7 @@ class Platform {
   /// Seconds since 1970. Any thread.
   virtual double now() const = 0;
   virtual NSUserDefaults& standardUserDefaults() = 0;
+  virtual NSURLSession& sharedURLSession() = 0;
 
   /// Remembers beyond the end of this process that it ended by a fatal error. Any thread.
   virtual void noteFatalError(std::string_view message) noexcept = 0;

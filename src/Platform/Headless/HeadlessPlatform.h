@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Platform/Headless/HeadlessQueue.h"
+#include "Platform/Headless/HeadlessURLSession.h"
+#include "Platform/Headless/HeadlessUserDefaults.h"
 #include "Platform/Platform.h"
 
 namespace platform {
@@ -15,10 +17,14 @@ class HeadlessPlatform : public Platform {
   HeadlessPlatform& operator=(const HeadlessPlatform&) = delete;
 
   HeadlessQueue queue;
+  HeadlessUserDefaults userDefaults;
+  HeadlessURLSession urlSession;
   std::optional<std::string> lastFatalError;
 
   DispatchQueue& mainQueue() override { return queue; }
   double now() const override { return queue.now(); }
+  NSUserDefaults& standardUserDefaults() override { return userDefaults; }
+  NSURLSession& sharedURLSession() override { return urlSession; }
   void noteFatalError(std::string_view message) noexcept override;
   std::optional<std::string> takeLastFatalError() override;
 };
