@@ -19,6 +19,7 @@ class NSHostingView;
 class NSPanel;
 class NSPopover;
 class NSStatusItem;
+class NSURLSession;
 class NSUserDefaults;
 class NSWorkspace;
 class View;
@@ -58,6 +59,7 @@ class Platform {
   virtual std::unique_ptr<NSPanel> makePanel(NSRect contentRect, std::uint32_t styleMask) = 0;
   virtual std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) = 0;
   virtual std::unique_ptr<NSHostingView> makeHostingView(View root) = 0;
+  virtual NSURLSession& sharedURLSession() = 0;
 
   /// Remembers beyond the end of this process that it ended by a fatal error. Any thread.
   virtual void noteFatalError(std::string_view message) noexcept = 0;

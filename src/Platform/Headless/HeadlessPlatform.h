@@ -11,6 +11,8 @@
 #include "Platform/NSAppearance.h"
 #include "Platform/NSBundle.h"
 #include "Platform/NSScreen.h"
+#include "Platform/Headless/HeadlessURLSession.h"
+#include "Platform/Headless/HeadlessUserDefaults.h"
 #include "Platform/Platform.h"
 
 namespace platform {
@@ -32,6 +34,8 @@ class HeadlessPlatform : public Platform {
   std::optional<NSAppearance> appearance = NSAppearance{NSAppearanceNameAqua};
   /// The first one is the main screen.
   std::vector<NSScreen> attachedScreens = {{{{0, 0}, {1920, 1080}}, {{0, 0}, {1920, 1050}}}};
+  HeadlessUserDefaults userDefaults;
+  HeadlessURLSession urlSession;
   std::optional<std::string> lastFatalError;
 
   /// What the program has made, in order. They live as long as their owners keep them.
@@ -56,6 +60,8 @@ class HeadlessPlatform : public Platform {
   std::unique_ptr<NSPanel> makePanel(NSRect contentRect, std::uint32_t styleMask) override;
   std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) override;
   std::unique_ptr<NSHostingView> makeHostingView(View root) override;
+  NSUserDefaults& standardUserDefaults() override { return userDefaults; }
+  NSURLSession& sharedURLSession() override { return urlSession; }
   void noteFatalError(std::string_view message) noexcept override;
   std::optional<std::string> takeLastFatalError() override;
 };
