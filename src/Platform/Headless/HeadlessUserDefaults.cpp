@@ -1,0 +1,33 @@
+#include "Platform/Headless/HeadlessUserDefaults.h"
+
+namespace platform {
+
+void HeadlessUserDefaults::setObject(PropertyListValue value, std::string_view key) {
+  const std::lock_guard lock(mutex_);
+  changedKeys_.emplace_back(key);
+  stored_.insert_or_assign(std::string(key), storable(std::move(value)));
+}
+
+void HeadlessUserDefaults::removeObjectForKey(std::string_view key) {
+  const std::lock_guard lock(mutex_);
+  changedKeys_.emplace_back(key);
+  stored_.erase(std::string(key));
+}
+
+PropertyListValue::Dictionary HeadlessUserDefaults::stored() const {
+  const std::lock_guard lock(mutex_);
+  return stored_;
+}
+
+std::vector<std::string> HeadlessUserDefaults::changedKeys() const {
+  const std::lock_guard lock(mutex_);
+  return changedKeys_;
+}
+
+std::optional<PropertyListValue> HeadlessUserDefaults::storedValue(std::string_view key) const {
+  const std::lock_guard lock(mutex_);
+  const auto entry = stored_.find(key);
+  return entry != stored_.end() ? std::optional(entry->second) : std::nullopt;
+}
+
+}  // namespace platform

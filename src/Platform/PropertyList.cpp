@@ -1,0 +1,296 @@
+#include "Platform/PropertyList.h"
+
+#include "Platform/UTF8.h"
+
+#include <algorithm>
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+
+#include <plist/plist.h>
+
+namespace platform {
+
+namespace {
+
+constexpr int deepestNesting = 512;
+// The library frees a list by recursion, so the depth must be bounded before it reads. A list can't be deeper
+// than the number of its containers.
+constexpr std::size_t mostContainers = 10'000;
+
+struct NodeDeleter {
+  void operator()(void* node) const noexcept { plist_free(node); }
+};
+using Node = std::unique_ptr<void, NodeDeleter>;
+
+struct MemoryDeleter {
+  void operator()(void* memory) const noexcept { std::free(memory); }
+};
+using IteratorMemory = std::unique_ptr<void, MemoryDeleter>;
+
+/// The library reads and prints reals by the C library's locale, in which a comma may be the decimal point.
+class NumericLocale {
+ public:
+  NumericLocale() noexcept : previous_(uselocale(plain())) {}
+  ~NumericLocale() { uselocale(previous_); }
+  NumericLocale(const NumericLocale&) = delete;
+  NumericLocale& operator=(const NumericLocale&) = delete;
+
+ private:
+  static locale_t plain() noexcept {
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return locale;
+  }
+  locale_t previous_;
+};
+
+bool isStorable(char32_t character) noexcept {
+  if (character < 0x20) return character == '\t' || character == '\n' || character == '\r';
+  return character != 0xFFFE && character != 0xFFFF;
+}
+
+std::string storableText(std::string text) {
+  std::string result;
+  std::string_view rest = text;
+  bool isChanged = false;
+  result.reserve(text.size());
+  while (!rest.empty()) {
+    const auto character = takeCharacter(rest);
+    const bool isGood = character && isStorable(*character);
+    isChanged = isChanged || !isGood;
+    appendUTF8(result, isGood ? *character : replacementCharacter);
+  }
+  return isChanged ? result : text;
+}
+
+double storableSeconds(double seconds) noexcept {
+  if (std::isnan(seconds)) return 0;
+  using Limits = std::numeric_limits<std::int32_t>;
+  return std::clamp(std::floor(seconds), static_cast<double>(Limits::min()),
+                    static_cast<double>(Limits::max()));
+}
+
+/// A null node if the value has no form.
+Node nodeOf(const PropertyListValue& value) {
+  if (const auto* flag = value.as<bool>()) return Node(plist_new_bool(*flag ? 1 : 0));
+  if (const auto* integer = value.as<std::int64_t>()) {
+    return Node(plist_new_uint(static_cast<std::uint64_t>(*integer)));
+  }
+  if (const auto* real = value.as<double>()) return Node(plist_new_real(*real));
+  if (const auto* text = value.as<std::string>()) return Node(plist_new_string(text->c_str()));
+  if (const auto* data = value.as<PropertyListValue::Data>()) {
+    return Node(plist_new_data(reinterpret_cast<const char*>(data->data()), data->size()));
+  }
+  if (const auto* date = value.as<PropertyListValue::Date>()) {
+    return Node(plist_new_date(static_cast<std::int32_t>(date->secondsSince2001), 0));
+  }
+  if (const auto* array = value.as<PropertyListValue::Array>()) {
+    Node node(plist_new_array());
+    for (const auto& item : *array) plist_array_append_item(node.get(), nodeOf(item).release());
+    return node;
+  }
+  Node node(plist_new_dict());
+  for (const auto& [key, item] : *value.as<PropertyListValue::Dictionary>()) {
+    plist_dict_set_item(node.get(), key.c_str(), nodeOf(item).release());
+  }
+  return node;
+}
+
+/// Calls `visit` with each item of a dictionary (key and item) or an array (item); false as soon as it is.
+template <class Visit>
+bool forEachItem(plist_t dictionary, bool wantsKeys, Visit visit) {
+  plist_dict_iter iterator = nullptr;
+  plist_dict_new_iter(dictionary, &iterator);
+  const IteratorMemory ownedIterator(iterator);
+  for (;;) {
+    char* key = nullptr;
+    plist_t item = nullptr;
+    plist_dict_next_item(dictionary, iterator, wantsKeys ? &key : nullptr, &item);
+    const std::unique_ptr<char, MemoryDeleter> ownedKey(key);
+    if (item == nullptr) return true;
+    if (!visit(key, item)) return false;
+  }
+}
+
+bool isShallow(plist_t node, int depth = 0) {
+  if (depth > deepestNesting) return false;
+  switch (plist_get_node_type(node)) {
+    case PLIST_ARRAY:
+      for (std::uint32_t i = 0; i < plist_array_get_size(node); ++i) {
+        if (!isShallow(plist_array_get_item(node, i), depth + 1)) return false;
+      }
+      return true;
+    case PLIST_DICT:
+      return forEachItem(node, false, [&](const char*, plist_t item) { return isShallow(item, depth + 1); });
+    default:
+      return true;
+  }
+}
+
+std::optional<PropertyListValue> valueOf(plist_t node, int depth = 0) {
+  if (depth > deepestNesting) return std::nullopt;
+  switch (plist_get_node_type(node)) {
+    case PLIST_BOOLEAN: {
+      std::uint8_t flag = 0;
+      plist_get_bool_val(node, &flag);
+      return flag != 0;
+    }
+    case PLIST_UINT:
+    case PLIST_UID: {
+      std::uint64_t integer = 0;
+      if (plist_get_node_type(node) == PLIST_UINT) {
+        plist_get_uint_val(node, &integer);
+      } else {
+        plist_get_uid_val(node, &integer);
+      }
+      return static_cast<std::int64_t>(integer);
+    }
+    case PLIST_REAL: {
+      double real = 0;
+      plist_get_real_val(node, &real);
+      return real;
+    }
+    case PLIST_STRING: {
+      std::uint64_t length = 0;
+      const char* text = plist_get_string_ptr(node, &length);
+      return std::string(text == nullptr ? "" : text, text == nullptr ? 0 : length);
+    }
+    case PLIST_DATA: {
+      std::uint64_t length = 0;
+      const auto* bytes = reinterpret_cast<const std::uint8_t*>(plist_get_data_ptr(node, &length));
+      return bytes == nullptr ? PropertyListValue::Data() : PropertyListValue::Data(bytes, bytes + length);
+    }
+    case PLIST_DATE: {
+      std::int32_t seconds = 0;
+      std::int32_t microseconds = 0;
+      plist_get_date_val(node, &seconds, &microseconds);
+      return PropertyListValue::Date{static_cast<double>(seconds)};
+    }
+    case PLIST_ARRAY: {
+      PropertyListValue::Array array;
+      for (std::uint32_t i = 0; i < plist_array_get_size(node); ++i) {
+        auto item = valueOf(plist_array_get_item(node, i), depth + 1);
+        if (!item) return std::nullopt;
+        array.push_back(*std::move(item));
+      }
+      return array;
+    }
+    case PLIST_DICT: {
+      PropertyListValue::Dictionary dictionary;
+      const bool isWhole = forEachItem(node, true, [&](const char* key, plist_t child) {
+        auto item = valueOf(child, depth + 1);
+        if (item && key != nullptr) dictionary.insert_or_assign(key, *std::move(item));
+        return item.has_value();
+      });
+      if (!isWhole) return std::nullopt;
+      return dictionary;
+    }
+    default:
+      return std::nullopt;
+  }
+}
+
+std::optional<std::string> xmlOf(plist_t node) {
+  char* text = nullptr;
+  std::uint32_t length = 0;
+  plist_to_xml(node, &text, &length);
+  const std::unique_ptr<char, MemoryDeleter> owned(text);
+  if (text == nullptr) return std::nullopt;
+  return std::string(text, length);
+}
+
+std::size_t countOf(std::string_view part, std::string_view text) {
+  std::size_t count = 0;
+  for (auto at = text.find(part); at != text.npos; at = text.find(part, at + part.size())) ++count;
+  return count;
+}
+
+bool hasFewContainers(std::string_view xml) {
+  return countOf("<array", xml) + countOf("<dict", xml) <= mostContainers;
+}
+
+/// The number of objects that a binary list's last 32 bytes announce.
+std::uint64_t objectCount(std::string_view binary) {
+  if (binary.size() < 32) return 0;
+  std::uint64_t count = 0;
+  for (const char byte : binary.substr(binary.size() - 24, 8)) {
+    count = (count << 8U) | static_cast<std::uint8_t>(byte);
+  }
+  return count;
+}
+
+/// A null node if the text is no XML list. A NUL would end a text early inside the library and trip an
+/// assertion there; XML knows none.
+Node nodeOfXML(std::string_view xml) {
+  plist_t node = nullptr;
+  if (xml.find('\0') == xml.npos && hasFewContainers(xml)) {
+    plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &node);
+  }
+  return Node(node);
+}
+
+}  // namespace
+
+bool PropertyListValue::operator==(const PropertyListValue& other) const {
+  return content_ == other.content_;
+}
+
+PropertyListValue storable(PropertyListValue value) {
+  if (const auto* text = value.as<std::string>()) return storableText(*text);
+  if (const auto* date = value.as<PropertyListValue::Date>()) {
+    return PropertyListValue::Date{storableSeconds(date->secondsSince2001)};
+  }
+  if (const auto* array = value.as<PropertyListValue::Array>()) {
+    PropertyListValue::Array result;
+    for (const auto& item : *array) result.push_back(storable(item));
+    return result;
+  }
+  if (const auto* dictionary = value.as<PropertyListValue::Dictionary>()) {
+    PropertyListValue::Dictionary result;
+    for (const auto& [key, item] : *dictionary) result.insert_or_assign(storableText(key), storable(item));
+    return result;
+  }
+  return value;
+}
+
+std::optional<PropertyListValue> readPropertyList(std::string_view bytes) {
+  if (bytes.empty() || bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+  const NumericLocale locale;
+  if (!bytes.starts_with("bplist")) {
+    const auto node = nodeOfXML(bytes);
+    return node ? valueOf(node.get()) : std::nullopt;
+  }
+  if (objectCount(bytes) > mostContainers) return std::nullopt;
+  plist_t binary = nullptr;
+  plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &binary);
+  const Node node(binary);
+  if (!node || !isShallow(node.get())) return std::nullopt;
+  // A binary list's key may hold a NUL, and asking the library for such a key ends the process. The way over
+  // XML shows it first.
+  const auto xml = xmlOf(node.get());
+  const auto plain = nodeOfXML(xml ? std::string_view(*xml) : std::string_view());
+  return plain ? valueOf(plain.get()) : std::nullopt;
+}
+
+std::optional<std::string> writeXMLPropertyList(const PropertyListValue& value) {
+  const NumericLocale locale;
+  const auto node = nodeOf(storable(value));
+  const auto xml = node ? xmlOf(node.get()) : std::nullopt;
+  if (!xml) return std::nullopt;
+  // As it stands, an XML reader would take a carriage return for the end of a line and make a line feed of
+  // it.
+  std::string result;
+  result.reserve(xml->size());
+  for (const char character : *xml) {
+    if (character == '\r') {
+      result += "&#13;";
+    } else {
+      result += character;
+    }
+  }
+  return result;
+}
+
+}  // namespace platform

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// Takes one character off the front of `text`. Nothing if the bytes there aren't well-formed UTF-8 (a lone
+/// or missing continuation byte, an overlong form, a surrogate, a value beyond U+10FFFF): then exactly the
+/// bytes that one U+FFFD stands for are taken off. `text` must not be empty.
+std::optional<char32_t> takeCharacter(std::string_view& text) noexcept;
+
+/// Appends the UTF-8 form of `character`.
+void appendUTF8(std::string& text, char32_t character);
+
+inline constexpr char32_t replacementCharacter = 0xFFFD;
+
+}  // namespace platform
