@@ -1,14 +1,14 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include "AppDelegate.h"
+#include "Platform/DebugLog.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "AppDelegate.h"
-#include "Platform/DebugLog.h"
-#include "Platform/Headless/HeadlessPlatform.h"
+#include <gtest/gtest.h>
 
 namespace velkin {
 
@@ -22,7 +22,6 @@ class AppFixture : public testing::Test {
 
   /// As on a relaunch of a build whose notes were read and whose onboarding is done.
   void settleIn() {
-    UserDefaultsHelper defaults;
     defaults.set(23, UserDefault::releaseNoteBuildVersion);
     defaults.set(true, UserDefault::onboardingCompleted);
   }
