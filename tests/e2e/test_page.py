@@ -85,6 +85,27 @@ class Page(VelkinTestCase):
         self.open()
         self.assertEqual(self.dialog("prompt", "ctrl+a", "=Ada", "Return"), "Ada")
 
+    def testAPermissionIsAskedForAndTheAnswerIsRemembered(self):
+        self.open()
+        # The safe answer is the one that a mere Return gives.
+        self.assertEqual(self.dialog("notify", "Return"), "denied")
+        self.click("notify")
+        waitFor("the second answer", lambda: len([d for d in self.page.all("dialog") if d["dialog"] == "notify"]) == 2,
+                10, self.describeWindows)
+        self.assertEqual(self.page.last("dialog")["value"], "denied")
+
+        self.velkin.end()
+        waitFor("the icon to go", lambda: not self.session.trayItems(), 10)
+        self.services.clear()
+        self.open()
+        self.click("notify")
+        told = waitFor("the answer after a restart", lambda: self.page.last("dialog"), 10, self.describeWindows)
+        self.assertEqual(told["value"], "denied")
+
+    def testAPermissionThatIsGranted(self):
+        self.open()
+        self.assertEqual(self.dialog("notify", "Tab", "Return"), "granted")
+
     def testDownloadsGetUnusedNames(self):
         self.open()
         taken = self.home.downloads / "report.txt"

@@ -384,13 +384,18 @@ DOCUMENT = """<!DOCTYPE html>
      <input id="upload" type="file"></p>
   <p><button id="alert" onclick="dialog('alert', () => alert('Something to know'))">Alert</button>
      <button id="confirm" onclick="dialog('confirm', () => confirm('Go on?'))">Confirm</button>
-     <button id="prompt" onclick="dialog('prompt', () => prompt('Your name?', 'nobody'))">Prompt</button></p>
+     <button id="prompt" onclick="dialog('prompt', () => prompt('Your name?', 'nobody'))">Prompt</button>
+     <button id="notify" onclick="permission()">Notify</button></p>
   <script>
     function dialog(name, show) {
       report("asked", {dialog: name}).then(() => {
         const value = show();
         report("dialog", {dialog: name, value: value === undefined ? null : value});
       });
+    }
+    function permission() {
+      report("asked", {dialog: "notify"});
+      Notification.requestPermission().then(value => report("dialog", {dialog: "notify", value}));
     }
   </script>
   @PARAGRAPHS@
