@@ -18,12 +18,12 @@ bool isChatService(WebViewSwitchType type) {
 }  // namespace
 
 double WebViewHelper::width() {
-  if (!width_) width_ = windowSize(appearanceWidth(UserDefaultsHelper().webViewWidth()));
+  if (!width_) width_ = windowSize(fromRawValue<AppearanceWidth>(UserDefaultsHelper().webViewWidth()));
   return *width_;
 }
 
 double WebViewHelper::height() {
-  if (!height_) height_ = windowSize(appearanceHeight(UserDefaultsHelper().webViewHeight()));
+  if (!height_) height_ = windowSize(fromRawValue<AppearanceHeight>(UserDefaultsHelper().webViewHeight()));
   return *height_;
 }
 

@@ -42,6 +42,7 @@ int GtkApplicationHost::run(NSApplicationDelegate& delegate) {
           auto* host = static_cast<GtkApplicationHost*>(self);
           host->delegate_->applicationWillTerminate();
           host->exit(0);
+          return G_SOURCE_REMOVE;
         },
         this);
   }

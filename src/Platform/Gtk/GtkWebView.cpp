@@ -206,7 +206,7 @@ void GtkWebView::load(const URLRequest& request) {
   const auto uriRequest =
       GObjectPtr<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.absoluteString().c_str()));
   if (SoupMessageHeaders* headers = webkit_uri_request_get_http_headers(uriRequest.get())) {
-    for (const auto& [name, value] : request.headers) soup_message_headers_replace(headers, name.c_str(), value.c_str());
+    for (const auto& [name, value] : request.allHTTPHeaderFields) soup_message_headers_replace(headers, name.c_str(), value.c_str());
   }
   webkit_web_view_load_request(view, uriRequest.get());
 }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* interfaceName = "com.canonical.dbusmenu";
 
-constexpr const char* introspection = R"(<node><interface name="com.canonical.dbusmenu">
+constexpr const char* introspection = R"xml(<node><interface name="com.canonical.dbusmenu">
   <property name="Version" type="u" access="read"/>
   <property name="TextDirection" type="s" access="read"/>
   <property name="Status" type="s" access="read"/>
@@ -31,7 +31,7 @@ constexpr const char* introspection = R"(<node><interface name="com.canonical.db
     <arg type="ai" direction="out"/></method>
   <signal name="ItemsPropertiesUpdated"><arg type="a(ia{sv})"/><arg type="a(ias)"/></signal>
   <signal name="LayoutUpdated"><arg type="u"/><arg type="i"/></signal>
-</interface></node>)";
+</interface></node>)xml";
 
 /// The protocol's names of keys that aren't named by their letter.
 struct KeyName {

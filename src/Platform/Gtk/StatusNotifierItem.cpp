@@ -23,7 +23,7 @@ constexpr const char* itemInterface = "org.kde.StatusNotifierItem";
 constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
 constexpr const char* watcherPath = "/StatusNotifierWatcher";
 
-constexpr const char* introspection = R"(<node><interface name="org.kde.StatusNotifierItem">
+constexpr const char* introspection = R"xml(<node><interface name="org.kde.StatusNotifierItem">
   <property name="Category" type="s" access="read"/>
   <property name="Id" type="s" access="read"/>
   <property name="Title" type="s" access="read"/>
@@ -46,7 +46,7 @@ constexpr const char* introspection = R"(<node><interface name="org.kde.StatusNo
   <method name="ProvideXdgActivationToken"><arg type="s" direction="in"/></method>
   <signal name="NewIcon"/><signal name="NewTitle"/><signal name="NewToolTip"/>
   <signal name="NewStatus"><arg type="s"/></signal>
-</interface></node>)";
+</interface></node>)xml";
 
 /// Seen on light and on dark panels alike, for hosts that take pixels only and can't colour a shape.
 constexpr std::array<guint8, 3> neutralGrey = {0x9a, 0x99, 0x96};

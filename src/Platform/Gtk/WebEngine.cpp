@@ -37,8 +37,8 @@ struct RunningDownload {
 
 }  // namespace
 
-WebEngine::WebEngine(PopoverWindow& (*popover)())
-    : popover_(popover),
+WebEngine::WebEngine(PopoverWindow& (*popoverOfProgram)())
+    : popover_(popoverOfProgram),
       permissions_(ProgramFolders::userData() / "site-permissions.json"),
       context_(GObjectPtr<WebKitWebContext>::adopt(webkit_web_context_new())) {
   GList* allowed = nullptr;

@@ -16,7 +16,7 @@ namespace platform {
 /// their notices. Made with the first web view. Main thread.
 class WebEngine {
  public:
-  explicit WebEngine(PopoverWindow& (*popover)());
+  explicit WebEngine(PopoverWindow& (*popoverOfProgram)());
   ~WebEngine();
   WebEngine(const WebEngine&) = delete;
   WebEngine& operator=(const WebEngine&) = delete;

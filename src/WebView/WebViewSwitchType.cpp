@@ -1,0 +1,68 @@
+#include "WebView/WebViewSwitchType.h"
+
+#include "Helpers/UserDefaultsHelper.h"
+#include "Platform/FatalError.h"
+#include "WebView/ServiceAddresses.h"
+
+#include <string>
+
+namespace velkin {
+
+namespace {
+
+struct Row {
+  std::string_view viewName;
+  std::string_view ServiceAddresses::*address;
+  UserDefault userDefault;
+  EasterEggItem easterEgg;
+  /// What `setUrl` writes.
+  std::optional<UserDefault> written;
+};
+
+using Addresses = ServiceAddresses;
+using Egg = EasterEggItem;
+using Key = UserDefault;
+
+// The view `onboarding` has no address; its placeholder is put in by `defaultUrlString`.
+constexpr std::array<Row, allWebViewSwitchTypes.size()> rows = {{
+    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::chatUrl},
+    {"Bard", &Addresses::bard, Key::bardUrl, Egg::bard, Key::bardUrl},
+    {"BitBucket", &Addresses::bitbucket, Key::bitUrl, Egg::bitBucket, Key::bitUrl},
+    {"GitLab", &Addresses::gitlab, Key::gitUrl, Egg::gitLab, Key::gitUrl},
+    {"Hemingway", &Addresses::hemingway, Key::hemingwayUrl, Egg::hemingway, Key::hemingwayUrl},
+    {"Jira", &Addresses::jira, Key::jiraUrl, Egg::jira, Key::jiraUrl},
+    {"Markdown", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"ChatGPT", nullptr, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::searchKey},
+}};
+
+const Row& rowOf(WebViewSwitchType type) noexcept { return rows[static_cast<std::size_t>(type)]; }
+
+}  // namespace
+
+std::string_view viewName(WebViewSwitchType type) noexcept { return rowOf(type).viewName; }
+
+std::string_view defaultUrlString(WebViewSwitchType type) noexcept {
+  const auto address = rowOf(type).address;
+  return address != nullptr ? serviceAddresses.*address : "Enter Url";
+}
+
+UserDefault getUserDefault(WebViewSwitchType type) noexcept { return rowOf(type).userDefault; }
+
+EasterEggItem getEasterEgg(WebViewSwitchType type) noexcept { return rowOf(type).easterEgg; }
+
+platform::URL getUrl(WebViewSwitchType type) {
+  const auto defaultAddress = defaultUrlString(type);
+  auto address = isWebView(type) ? UserDefaultsHelper().getString(getUserDefault(type), defaultAddress)
+                                 : std::string(defaultAddress);
+  if (address.empty()) address = defaultAddress;
+  return platform::unwrap(platform::URL::parse(address));
+}
+
+void setUrl(WebViewSwitchType type, std::string_view url) {
+  if (const auto key = rowOf(type).written) UserDefaultsHelper().set(url, *key);
+}
+
+}  // namespace velkin
