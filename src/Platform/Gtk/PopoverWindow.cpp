@@ -57,6 +57,8 @@ void PopoverWindow::ensureWindow() {
   window_ = GTK_WINDOW(gtk_window_new());
   gtk_window_set_title(window_, "Velkin");
   gtk_window_set_decorated(window_, FALSE);
+  // Before the window is realized: until it is shown, a later size would not be taken.
+  gtk_window_set_default_size(window_, static_cast<int>(size_.width), static_cast<int>(size_.height));
   gtk_window_set_hide_on_close(window_, TRUE);
   gtk_widget_add_css_class(GTK_WIDGET(window_), "velkin-popover");
   content_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);

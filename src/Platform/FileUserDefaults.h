@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Platform/NSUserDefaults.h"
+#include "Platform/WholeFile.h"
+
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+/// The settings domain in one property-list file (XML form, mode 0600).
+///
+/// Every set is on disk when it returns, in one atomic write; setting what is there already writes nothing.
+/// What another process changes in the file is seen by the next read, and a write changes only the keys that
+/// this process set. A lock file beside it (".NAME.lock") keeps writers apart.
+///
+/// Failures are told to the debug log only. If a write fails, the file stays as it is, the value holds for
+/// this process, and the next set writes it too. A file that can't be read is never overwritten. One that
+/// can't be parsed when the program starts or when it has to write is kept beside as "NAME.corrupt-TIME".
+class FileUserDefaults : public NSUserDefaults {
+ public:
+  /// `path`: the file; it and its folder (then 0700) are made at the first set. A symbolic link is followed.
+  explicit FileUserDefaults(const std::filesystem::path& path);
+  ~FileUserDefaults() override;
+
+  void setObject(PropertyListValue value, std::string_view key) override;
+  void removeObjectForKey(std::string_view key) override;
+
+ protected:
+  std::optional<PropertyListValue> storedValue(std::string_view key) const override;
+
+ private:
+  enum class FileState { absent, good, unreadable, corrupt };
+  class Session;
+
+  void change(std::optional<PropertyListValue> value, std::string_view key);
+  void write();
+  void refresh() const;
+  void load() const;
+  bool setAside();
+  PropertyListValue::Dictionary merged() const;
+  void note(std::string_view function, std::string message) const;
+
+  std::filesystem::path path_;
+  std::filesystem::path lockPath_;
+
+  /// Guards everything below. Never held while the log is written: who listens there may read a setting.
+  mutable std::mutex mutex_;
+  mutable FileState state_ = FileState::absent;
+  mutable std::string whyUnreadable_;
+  /// The file's content as last read or written.
+  mutable PropertyListValue::Dictionary onDisk_;
+  mutable FileIdentity loaded_;
+  mutable FileDescriptor loadedFile_;
+  /// What was set here and isn't on disk; an absent value was removed.
+  std::map<std::string, std::optional<PropertyListValue>, std::less<>> unwritten_;
+  mutable std::vector<std::string> notes_;
+};
+
+}  // namespace platform
