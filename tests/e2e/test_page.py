@@ -1,5 +1,6 @@
 """What a user expects of a web page in the popover: links, sign-in windows, dialogs, downloads, and a page whose
 process dies."""
+import subprocess
 import time
 
 from harness import VelkinTestCase, waitFor
@@ -55,6 +56,43 @@ class Page(VelkinTestCase):
         self.assertIn("signedIn=yes", self.page.ask("document.cookie"))
         self.assertEqual(len(self.chat.loads()), 1)
 
+    def pasteFrom(self, holder, id):
+        self.addCleanup(holder.wait)
+        self.addCleanup(holder.kill)
+        self.click(id)
+        waitFor("the field to have the focus", lambda: self.page.ask("document.activeElement.id") == id, 10)
+        self.desktop.key("ctrl+v")
+        return waitFor("the page to get the paste", lambda: self.page.last("paste"), 10)
+
+    def testTextCopiedElsewhereIsPasted(self):
+        self.open()
+        told = self.pasteFrom(self.desktop.copy("Grüße aus dem Nachbarfenster".encode()), "text")
+        self.assertEqual(told["text"], "Grüße aus dem Nachbarfenster")
+        waitFor("the text", lambda: self.page.ask("document.getElementById('text').value") == told["text"], 10)
+
+    def testAPictureCopiedElsewhereIsPasted(self):
+        self.open()
+        picture = subprocess.run(["convert", "-size", "20x20", "xc:red", "png:-"], check=True, capture_output=True)
+        told = self.pasteFrom(self.desktop.copy(picture.stdout, "image/png"), "rich")
+        waitFor("the picture in the field",
+                lambda: self.page.ask("document.querySelector('#rich img') && 1"), 10, lambda: told)
+
+    def testThePagesContextMenuOpensAndHoldsThePopover(self):
+        self.open()
+        x, y, zoom = self.pageOrigin(self.page, self.window)
+        self.desktop.click(round(x + 300 * zoom), round(y + 400 * zoom), button=3)
+        menu = waitFor("the context menu", lambda: [w for w in self.desktop.windows() if w.overrideRedirect], 10,
+                       self.describeWindows)[0]
+        self.desktop.picture(self.artefact("menu.png"))
+        self.assertGreater(menu.height, 40)
+        settle(0.5)
+        self.assertIsNotNone(self.popover(), "the popover closed under the page's menu")
+        self.desktop.key("Escape")
+        waitFor("the context menu to close",
+                lambda: not [w for w in self.desktop.windows() if w.overrideRedirect], 10, self.describeWindows)
+        settle(0.5)
+        self.assertIsNotNone(self.popover(), "the popover closed with the page's menu")
+
     def dialog(self, name, *keys):
         """Clicks the button of a dialog, answers it with the keys, and returns what the page got."""
         self.click(name)
@@ -84,6 +122,27 @@ class Page(VelkinTestCase):
     def testPrompt(self):
         self.open()
         self.assertEqual(self.dialog("prompt", "ctrl+a", "=Ada", "Return"), "Ada")
+
+    def testAPermissionIsAskedForAndTheAnswerIsRemembered(self):
+        self.open()
+        # The safe answer is the one that a mere Return gives.
+        self.assertEqual(self.dialog("notify", "Return"), "denied")
+        self.click("notify")
+        waitFor("the second answer", lambda: len([d for d in self.page.all("dialog") if d["dialog"] == "notify"]) == 2,
+                10, self.describeWindows)
+        self.assertEqual(self.page.last("dialog")["value"], "denied")
+
+        self.velkin.end()
+        waitFor("the icon to go", lambda: not self.session.trayItems(), 10)
+        self.services.clear()
+        self.open()
+        self.click("notify")
+        told = waitFor("the answer after a restart", lambda: self.page.last("dialog"), 10, self.describeWindows)
+        self.assertEqual(told["value"], "denied")
+
+    def testAPermissionThatIsGranted(self):
+        self.open()
+        self.assertEqual(self.dialog("notify", "Tab", "Return"), "granted")
 
     def testDownloadsGetUnusedNames(self):
         self.open()

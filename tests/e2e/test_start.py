@@ -83,13 +83,31 @@ class PoorDesktop(VelkinTestCase):
         self.assertEqual(velkin.waitForEnd(), 1)
         self.assertIn("display", velkin.errorText().lower())
 
-    def testNoDBusSessionIsSaidAndTheProgramLivesOn(self):
+    def testWithoutADBusSessionASecondStartStillOpensThePopover(self):
         self.home.settled()
-        velkin = self.start(wait=False, environment={"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"})
-        waitFor("a word about D-Bus on standard error", lambda: "d-bus" in velkin.errorText().lower(), 15,
+        noBus = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
+        velkin = self.start(wait=False, environment=noBus)
+        waitFor("a word about D-Bus on standard error", lambda: "D-Bus" in velkin.errorText(), 15,
                 lambda: velkin.errorText()[-1000:] or "nothing")
-        settle(2)
-        self.assertTrue(velkin.running(), f"exit code {velkin.process.returncode}")
+        waitFor("a notice on the screen", self.desktop.windows, 15)
+        self.desktop.picture(self.artefact("notice.png"))
+        self.assertEqual(self.start(wait=False, environment=noBus).waitForEnd(), 0)
+        waitFor("the popover", lambda: any(w.width >= 600 and w.height >= 600 for w in self.desktop.windows()), 20,
+                self.describeWindows)
+        self.chat.page()
+        self.assertTrue(velkin.running())
+
+    def testASandboxThatCannotStartIsSaidAndEndsWithOne(self):
+        programs = self.home.folder / "bin"
+        programs.mkdir()
+        bwrap = programs / "bwrap"
+        bwrap.write_text("#!/bin/sh\necho 'bwrap: No permissions to create a new namespace' >&2\nexit 1\n")
+        bwrap.chmod(0o755)
+        self.home.settled()
+        velkin = self.start(wait=False, without=("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS",),
+                            environment={"PATH": f"{programs}:{self.session.environment['PATH']}"})
+        self.assertEqual(velkin.waitForEnd(), 1)
+        self.assertIn("sandbox", velkin.errorText())
 
     def testAHomeThatTakesNoFilesStillGivesAPopover(self):
         nowhere = "/proc/velkin"

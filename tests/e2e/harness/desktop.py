@@ -109,8 +109,16 @@ class Desktop:
                                    "%[fx:round(255*u.r)] %[fx:round(255*u.g)] %[fx:round(255*u.b)]", "info:")
         return tuple(int(part) for part in told.split())
 
+    def copy(self, content, kind="UTF8_STRING"):
+        """Puts bytes on the clipboard, as another program does; returns the process that holds them."""
+        process = subprocess.Popen(["xclip", "-quiet", "-selection", "clipboard", "-t", kind, "-i"],
+                                   env=self.session.environment, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL)
+        process.stdin.write(content)
+        process.stdin.close()
+        return process
+
     def openOtherWindow(self, x, y):
         """A window of another program, to click on; returns its process."""
-        process = subprocess.Popen(["xev", "-geometry", f"150x150+{x}+{y}"], env=self.session.environment,
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        return process
+        return subprocess.Popen(["xev", "-geometry", f"150x150+{x}+{y}"], env=self.session.environment,
+                                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)

@@ -354,6 +354,10 @@ addEventListener("mousemove", event => { pointer = {x: event.clientX, y: event.c
 addEventListener("click", event => report("click", {target: event.target.id}), true);
 for (const type of ["keydown", "keyup"])
   addEventListener(type, event => report("key", {type, key: event.key, code: event.code}), true);
+addEventListener("paste", event => report("paste", {
+  types: Array.from(event.clipboardData.items).map(item => item.type),
+  files: Array.from(event.clipboardData.files).map(file => file.type), text: event.clipboardData.getData("text/plain")
+}), true);
 addEventListener("message", event => report("message", {data: event.data}));
 """
 
@@ -370,6 +374,7 @@ DOCUMENT = """<!DOCTYPE html>
   main > p { margin: 8px 0; }
   button, textarea { font: inherit; }
   textarea { width: 90%; height: 48px; }
+  #rich { border: 1px solid #bbb; min-height: 22px; }
 </style>
 <script>@SCRIPT@</script>
 </head>
@@ -377,6 +382,7 @@ DOCUMENT = """<!DOCTYPE html>
 <header id="header">@TITLE@</header>
 <main>
   <p><textarea id="text" placeholder="Write here"></textarea></p>
+  <div id="rich" contenteditable="true"></div>
   <p><a id="outside" href="@OUTSIDE@" target="_blank">A page elsewhere</a>
      <a id="other" href="/other">Another page</a>
      <a id="file" href="/file">Download</a></p>
@@ -384,13 +390,18 @@ DOCUMENT = """<!DOCTYPE html>
      <input id="upload" type="file"></p>
   <p><button id="alert" onclick="dialog('alert', () => alert('Something to know'))">Alert</button>
      <button id="confirm" onclick="dialog('confirm', () => confirm('Go on?'))">Confirm</button>
-     <button id="prompt" onclick="dialog('prompt', () => prompt('Your name?', 'nobody'))">Prompt</button></p>
+     <button id="prompt" onclick="dialog('prompt', () => prompt('Your name?', 'nobody'))">Prompt</button>
+     <button id="notify" onclick="permission()">Notify</button></p>
   <script>
     function dialog(name, show) {
       report("asked", {dialog: name}).then(() => {
         const value = show();
         report("dialog", {dialog: name, value: value === undefined ? null : value});
       });
+    }
+    function permission() {
+      report("asked", {dialog: "notify"});
+      Notification.requestPermission().then(value => report("dialog", {dialog: "notify", value}));
     }
   </script>
   @PARAGRAPHS@
