@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MarkdownEngine/ColumnAlignment.h"
+#include "MarkdownEngine/GrowingArray.h"
 #include "MarkdownEngine/Link.h"
 #include "MarkdownEngine/OpenList.h"
 #include "MarkdownEngine/OpenText.h"
@@ -9,11 +10,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
 namespace markdown {
 
-/// One step of a document's content. All content stands in one flat list; what holds other content is a pair
+/// One step of a block's content. All content stands in one flat list; what holds other content is a pair
 /// of steps around it, so that no depth of nesting costs any stack.
 struct Component {
   enum class Kind : std::uint8_t {
@@ -62,7 +62,8 @@ struct ComponentRange {
   std::size_t last = 0;
 };
 
-/// The content of a document, and the text on which it is a view.
+/// The content of a block, and the text on which it is a view. It is written as HTML as soon as the block is
+/// read, and its memory serves the next one.
 struct Content {
   explicit Content(std::string_view text) noexcept : source(text) {}
 
@@ -73,47 +74,49 @@ struct Content {
     return {source.data() + link.target.begin, link.target.end - link.target.begin};
   }
   void add(Component::Kind kind, std::size_t begin, std::uint64_t extra = 0) {
-    Component& component = components.emplace_back();
+    Component component;
     component.begin = begin & maxPosition;
     component.kind = kind;
     component.extra = extra;
+    components.push_back(component);
   }
   void addText(std::size_t begin, std::size_t end) { add(Component::Kind::text, begin, end - begin); }
 
   /// How much there is; what an attempt has added is dropped by going back to the sizes before it.
   struct Sizes {
-    std::size_t components;
-    std::size_t links;
-    std::size_t cells;
-    std::size_t rowLengths;
-    std::size_t columnAlignments;
+    std::size_t components = 0;
+    std::size_t links = 0;
+    std::size_t cells = 0;
+    std::size_t rowLengths = 0;
+    std::size_t columnAlignments = 0;
   };
   [[nodiscard]] Sizes sizes() const noexcept {
     return {components.size(), links.size(), cells.size(), rowLengths.size(), columnAlignments.size()};
   }
+  void clear() { goBackTo({}); }
   void goBackTo(const Sizes& sizes) {
-    components.resize(sizes.components);
-    links.resize(sizes.links);
-    cells.resize(sizes.cells);
-    rowLengths.resize(sizes.rowLengths);
-    columnAlignments.resize(sizes.columnAlignments);
+    components.truncate(sizes.components);
+    links.truncate(sizes.links);
+    cells.truncate(sizes.cells);
+    rowLengths.truncate(sizes.rowLengths);
+    columnAlignments.truncate(sizes.columnAlignments);
   }
 
   static constexpr std::uint64_t maxPosition = (std::uint64_t{1} << 56) - 1;
 
   std::string_view source;
-  std::vector<Component> components;
-  std::vector<Link> links;
-  /// The cells of all tables, row by row.
-  std::vector<ComponentRange> cells;
-  /// The number of cells of each row of all tables.
-  std::vector<std::size_t> rowLengths;
-  /// The alignments of all tables with a header.
-  std::vector<ColumnAlignment> columnAlignments;
+  GrowingArray<Component> components;
+  GrowingArray<Link> links;
+  /// The cells of a table, row by row.
+  GrowingArray<ComponentRange> cells;
+  /// The number of cells of each row of a table.
+  GrowingArray<std::size_t> rowLengths;
+  /// The alignments of a table with a header.
+  GrowingArray<ColumnAlignment> columnAlignments;
   /// The lists that are being read, the outermost first.
-  std::vector<OpenList> openLists;
+  GrowingArray<OpenList> openLists;
   /// What the text parser keeps of the texts around a link's; here so that its memory is used again.
-  std::vector<OpenText> openTexts;
+  GrowingArray<OpenText> openTexts;
 };
 
 [[nodiscard]] std::uint64_t packed(const TextStyleMarker& marker) noexcept;

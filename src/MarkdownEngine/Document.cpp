@@ -1,21 +1,44 @@
 #include "MarkdownEngine/Document.h"
 
+#include "MarkdownEngine/Blockquote.h"
+#include "MarkdownEngine/CodeBlock.h"
+#include "MarkdownEngine/HTML.h"
+#include "MarkdownEngine/Heading.h"
+#include "MarkdownEngine/HorizontalLine.h"
+#include "MarkdownEngine/List.h"
+#include "MarkdownEngine/MarkdownImage.h"
+#include "MarkdownEngine/Paragraph.h"
+#include "MarkdownEngine/Table.h"
 #include "MarkdownEngine/TitleStorage.h"
 #include "MarkdownEngine/URLDeclaration.h"
 
 namespace markdown {
 
-Document::Document(std::string_view text) : source_(text), content_(text), reader_(source_) { read(); }
+Document::Document(std::string_view text, const Options& options)
+    : options_(options), source_(text), content_(text), reader_(source_) {}
 
-void Document::read() {
+std::string Document::html() {
+  const bool isReadTwice = !options_.modifiers.isEmpty();
+  if (isReadTwice) {
+    read(nullptr);
+    reader_.moveToIndex(0);
+    hasFragments_ = false;
+    metadata_.reset();
+  }
+  HtmlWriter writer({content_, isReadTwice ? &urls_ : nullptr, options_.modifiers, options_.blockquoteFrame});
+  read(&writer);
+  return std::move(writer).take(urls_);
+}
+
+void Document::read(HtmlWriter* writer) {
   while (true) {
     reader_.discardWhitespacesAndNewlines();
     if (reader_.didReachEnd()) return;
-    if (!metadata_ && fragments_.empty() && reader_.isAt('-') && readMetadata()) continue;
-    const bool isRead = reader_.isAt('[') ? readURLDeclaration() : readFragment();
+    if (!metadata_ && !hasFragments_ && reader_.isAt('-') && readMetadata()) continue;
+    const bool isRead = reader_.isAt('[') ? readURLDeclaration() : readFragment(writer);
     if (!isRead) {
       const std::size_t start = reader_.currentIndex();
-      append(Paragraph::readFallback(reader_, content_), start);
+      add(Paragraph::readFallback(reader_, content_), start, writer);
     }
   }
 }
@@ -32,82 +55,69 @@ bool Document::readURLDeclaration() {
   return true;
 }
 
-bool Document::readFragment() {
+bool Document::readFragment(HtmlWriter* writer) {
   // The first two characters choose the element; whether it stands there is its own business.
-  if (reader_.isAtNumber()) return readFragmentOf<List>();
+  if (reader_.isAtNumber()) return readFragmentOf<List>(writer);
   const char byte = reader_.string()[reader_.currentIndex()];
-  if (!reader_.isAt(byte)) return readFragmentOf<Paragraph>();
+  if (!reader_.isAt(byte)) return readFragmentOf<Paragraph>(writer);
   switch (byte) {
     case '#':
-      return readFragmentOf<Heading>();
+      return readFragmentOf<Heading>(writer);
     case '!':
-      return readFragmentOf<MarkdownImage::Image>();
+      return readFragmentOf<MarkdownImage::Image>(writer);
     case '<':
-      return readFragmentOf<HTML>();
+      return readFragmentOf<HTML>(writer);
     case '>':
-      return readFragmentOf<Blockquote>();
+      return readFragmentOf<Blockquote>(writer);
     case '`':
-      return readFragmentOf<CodeBlock>();
+      return readFragmentOf<CodeBlock>(writer);
     case '-':
     case '*': {
       Reader next = reader_;
       next.advanceIndex();
-      return next.isAt(byte) ? readFragmentOf<HorizontalLine>() : readFragmentOf<List>();
+      return next.isAt(byte) ? readFragmentOf<HorizontalLine>(writer) : readFragmentOf<List>(writer);
     }
     case '+':
-      return readFragmentOf<List>();
+      return readFragmentOf<List>(writer);
     case '|':
-      return readFragmentOf<Table>();
+      return readFragmentOf<Table>(writer);
     default:
-      return readFragmentOf<Paragraph>();
+      return readFragmentOf<Paragraph>(writer);
   }
 }
 
-template <typename Element>
-bool Document::readFragmentOf() {
+template <Fragment Element>
+bool Document::readFragmentOf(HtmlWriter* writer) {
   const std::size_t start = reader_.currentIndex();
-  auto element = readOrRewind<Element>(reader_, content_);
+  const auto element = readOrRewind<Element>(reader_, content_);
   if (!element) return false;
-  append(*std::move(element), start);
+  add(*element, start, writer);
   return true;
 }
 
-template <typename Element>
-void Document::append(Element element, std::size_t start) {
-  fragments_.push_back({std::move(element), reader_.characters(start, reader_.currentIndex())});
-}
-
-std::string Document::html(const ModifierCollection& modifiers, const BlockquoteFrame& frame) const {
-  HtmlWriter writer({content_, urls_, modifiers, frame});
-  for (const ParsedFragment& parsed : fragments_) {
-    const std::size_t start = writer.size();
-    std::visit(
-        [&](const auto& element) {
-          element.writeHtml(writer);
-          // An image's components have passed through the modifiers when they were written.
-          using Element = std::decay_t<decltype(element)>;
-          if constexpr (!std::is_same_v<Element, MarkdownImage::Image>) {
-            writer.applyModifiers(Element::modifierTarget, start, parsed.rawString);
-          }
-        },
-        parsed.fragment);
-  }
-  return std::move(writer).take();
-}
-
-std::map<std::string, std::string> Document::metadata(const ModifierCollection& modifiers) const {
-  if (!metadata_) return {};
-  return metadata_->applyingModifiers(modifiers).values;
-}
-
-std::shared_ptr<TitleStorage> Document::title() const {
-  for (const ParsedFragment& parsed : fragments_) {
-    const auto* heading = std::get_if<Heading>(&parsed.fragment);
-    if (heading != nullptr && heading->level == 1) {
-      return std::make_shared<TitleStorage>(*heading, parsed.rawString, content_);
+template <Fragment Element>
+void Document::add(const Element& element, std::size_t start, HtmlWriter* writer) {
+  hasFragments_ = true;
+  const std::string_view rawString = reader_.characters(start, reader_.currentIndex());
+  if constexpr (std::is_same_v<Element, Heading>) {
+    if (element.level == 1 && options_.needsTitle && !title_) {
+      title_ = std::make_shared<TitleStorage>(element, rawString, content_);
     }
   }
-  return nullptr;
+  if (writer != nullptr) {
+    const std::size_t htmlStart = writer->size();
+    element.writeHtml(*writer);
+    // An image's components have passed through the modifiers when they were written.
+    if constexpr (!std::is_same_v<Element, MarkdownImage::Image>) {
+      writer->applyModifiers(Element::modifierTarget, htmlStart, rawString);
+    }
+  }
+  content_.clear();
+}
+
+std::map<std::string, std::string> Document::metadata() const {
+  if (!metadata_) return {};
+  return metadata_->applyingModifiers(options_.modifiers).values;
 }
 
 }  // namespace markdown

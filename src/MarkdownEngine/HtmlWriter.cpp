@@ -6,6 +6,7 @@
 #include "MarkdownEngine/MarkdownImage.h"
 
 #include <charconv>
+#include <cstring>
 
 namespace markdown {
 namespace {
@@ -140,7 +141,7 @@ void HtmlWriter::startLink(const Component& component) {
   const bool isImage = component.kind == Component::Kind::imageStart;
   const std::size_t start = size();
   write(isImage ? "<img src=\"" : "<a href=\"");
-  write(address(context_.content.links[component.extra]));
+  writeAddress(context_.content.links[component.extra]);
   const std::size_t description = size() + 1;
   write(isImage ? "\" alt=\"" : "\">");
   starts_.push_back({start, description});
@@ -167,11 +168,44 @@ void HtmlWriter::endLink(const Component& component) {
   applyModifiers(MarkdownImage::Image::modifierTarget, start.link, markdown);
 }
 
-std::string_view HtmlWriter::address(const Link& link) {
+void HtmlWriter::writeAddress(const Link& link) {
   const std::string_view target = context_.content.url(link);
-  if (link.target.kind == Link::Target::Kind::url) return target;
-  const auto declared = context_.urls.url(target);
-  return declared && takeFromAllowance(declared->size()) ? *declared : target;
+  if (link.target.kind == Link::Target::Kind::url) {
+    write(target);
+  } else if (context_.urls != nullptr) {
+    write(declared(target, *context_.urls));
+  } else {
+    openAddresses_.push_back({size(), target});
+  }
+}
+
+std::string_view HtmlWriter::declared(std::string_view name, const NamedURLCollection& urls) {
+  const auto url = urls.url(name);
+  return url && takeFromAllowance(url->size()) ? *url : name;
+}
+
+std::string HtmlWriter::take(const NamedURLCollection& urls) && {
+  if (openAddresses_.empty()) return std::move(html_);
+  std::size_t length = size();
+  GrowingArray<std::string_view> addresses;
+  for (const OpenAddress& open : openAddresses_) {
+    addresses.push_back(declared(open.name, urls));
+    length += addresses.back().size();
+  }
+  // From the end backwards each piece moves to its place once, within the one string.
+  std::size_t end = size();
+  html_.resize(length);
+  std::size_t to = length;
+  for (std::size_t i = addresses.size(); i > 0; --i) {
+    const std::size_t start = openAddresses_[i - 1].position;
+    to -= end - start;
+    std::memmove(html_.data() + to, html_.data() + start, end - start);
+    end = start;
+    const std::string_view address = addresses[i - 1];
+    to -= address.size();
+    address.copy(html_.data() + to, address.size());
+  }
+  return std::move(html_);
 }
 
 void HtmlWriter::applyModifiers(Modifier::Target target, std::size_t start, std::string_view markdown) {

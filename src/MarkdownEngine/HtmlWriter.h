@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace markdown {
 
@@ -17,7 +16,8 @@ class HtmlWriter {
  public:
   struct Context {
     const Content& content;
-    const NamedURLCollection& urls;
+    /// The declared addresses, if all of them are known. Otherwise their places stay open.
+    const NamedURLCollection* urls;
     const ModifierCollection& modifiers;
     const BlockquoteFrame& blockquoteFrame;
   };
@@ -29,7 +29,8 @@ class HtmlWriter {
   [[nodiscard]] std::string_view html(std::size_t from) const noexcept {
     return std::string_view(html_).substr(from);
   }
-  [[nodiscard]] std::string take() && noexcept { return std::move(html_); }
+  /// What was written, with the addresses put where their places were left open.
+  [[nodiscard]] std::string take(const NamedURLCollection& urls) &&;
 
   void write(std::string_view html) { html_.append(html); }
   void write(char byte) { html_.push_back(byte); }
@@ -51,17 +52,24 @@ class HtmlWriter {
   void writeListTag(const Component& component);
   void startLink(const Component& component);
   void endLink(const Component& component);
-  [[nodiscard]] std::string_view address(const Link& link);
+  void writeAddress(const Link& link);
+  [[nodiscard]] std::string_view declared(std::string_view name, const NamedURLCollection& urls);
 
   Context context_;
   std::string html_;
   std::size_t allowance_;
+  /// A place in the HTML where the address of this name belongs.
+  struct OpenAddress {
+    std::size_t position;
+    std::string_view name;
+  };
+  GrowingArray<OpenAddress> openAddresses_;
   /// Where the links begin that are being written: the whole, and the start of an image's description.
   struct Start {
     std::size_t link;
     std::size_t description;
   };
-  std::vector<Start> starts_;
+  GrowingArray<Start> starts_;
 };
 
 /// The escape of "<", ">" or "&".

@@ -99,7 +99,7 @@ void LinkOutcomes::closeInner(std::size_t linkEnd) {
   const std::size_t first = openLinks_.back().firstNewline;
   for (std::size_t i = first; i < passedNewlines_.size(); ++i)
     linkEndsByNewline_[passedNewlines_[i]] = linkEnd;
-  passedNewlines_.resize(first);
+  passedNewlines_.truncate(first);
   openLinks_.pop_back();
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "MarkdownEngine/GrowingArray.h"
 #include "MarkdownEngine/InlineSearches.h"
 #include "MarkdownEngine/PositionSet.h"
 
 #include <cstddef>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 namespace markdown {
 
@@ -40,8 +40,8 @@ class LinkOutcomes {
   PositionSet failedOpeners_;
   PositionSet failedNewlines_;
   std::unordered_map<std::size_t, std::size_t> linkEndsByNewline_;
-  std::vector<OpenLink> openLinks_;
-  std::vector<std::size_t> passedNewlines_;
+  GrowingArray<OpenLink> openLinks_;
+  GrowingArray<std::size_t> passedNewlines_;
 };
 
 }  // namespace markdown

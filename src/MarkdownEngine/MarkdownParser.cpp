@@ -8,13 +8,17 @@ namespace markdown {
 
 Markdown MarkdownParser::parse(std::string_view markdown) const {
   const ValidUtf8 valid(markdown);
-  const Document document(valid.text());
-  return {document.html(modifiers_, blockquoteFrame()), document.metadata(modifiers_), document.title()};
+  const BlockquoteFrame frame = blockquoteFrame();
+  Document document(valid.text(), {.modifiers = modifiers_, .blockquoteFrame = frame, .needsTitle = true});
+  std::string html = document.html();
+  return {std::move(html), document.metadata(), document.title()};
 }
 
 std::string MarkdownParser::html(std::string_view markdown) const {
   const ValidUtf8 valid(markdown);
-  return Document(valid.text()).html(modifiers_, blockquoteFrame());
+  const BlockquoteFrame frame = blockquoteFrame();
+  return Document(valid.text(), {.modifiers = modifiers_, .blockquoteFrame = frame, .needsTitle = false})
+      .html();
 }
 
 }  // namespace markdown

@@ -13,7 +13,7 @@ Paragraph Paragraph::readFallback(Reader& reader, Content& content) {
   const std::size_t start = reader.currentIndex();
   Paragraph paragraph{FormattedText::read(reader, content)};
   if (reader.currentIndex() == start) {
-    content.components.resize(paragraph.text.components.first);
+    content.components.truncate(paragraph.text.components.first);
     content.add(Component::Kind::escape, start, 1);
     reader.advanceIndex();
     paragraph.text.components.last = FormattedText::read(reader, content).components.last;

@@ -51,7 +51,7 @@ void formHeader(Table& table, Content& content) {
     writePlainText(content, content.cells[table.firstCell + length + column], text);
     const auto alignment = alignmentFrom(text);
     if (!alignment) {
-      content.columnAlignments.resize(table.firstAlignment);
+      content.columnAlignments.truncate(table.firstAlignment);
       return;
     }
     content.columnAlignments.push_back(*alignment);
