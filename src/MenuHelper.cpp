@@ -1,6 +1,7 @@
 #include "MenuHelper.h"
 
 #include "Helpers/UserDefaultsHelper.h"
+#include "Keyboard/QKKeyboardShortcuts.h"
 #include "Platform/FatalError.h"
 #include "Platform/NSBundle.h"
 
@@ -10,34 +11,67 @@ using platform::NSMenuItem;
 
 namespace {
 
-MenuHelper::Item item(const char* title, MenuHelperDelegate* delegate, void (MenuHelperDelegate::*action)(),
-                      const char* keyEquivalent = "") {
+constexpr std::string_view optionGlyph = "⌥";
+
+/// An item with the row's label and key. What the row tells of modifiers beyond Command isn't part of the key.
+MenuHelper::Item item(QKKeyboardShortcuts row, MenuHelperDelegate* delegate, void (MenuHelperDelegate::*action)()) {
+  std::string key(keyEquivalent(row));
+  if (key.starts_with(optionGlyph)) key.erase(0, optionGlyph.size());
   return std::make_shared<NSMenuItem>(
-      title,
+      std::string(rawValue(row)),
       [delegate, action] {
         if (delegate != nullptr) (delegate->*action)();
       },
-      keyEquivalent);
+      std::move(key));
 }
+
+NSMenuItem::State stateOf(bool isOn) { return isOn ? NSMenuItem::State::on : NSMenuItem::State::off; }
 
 }  // namespace
 
 MenuHelper::MenuHelper(MenuHelperDelegate* menuDelegate)
     : versionMenuItem(std::make_shared<NSMenuItem>(getVersionText())),
-      stickyMenuItem(item("Make Menu Sticky", menuDelegate, &MenuHelperDelegate::stickyClicked, "S")),
-      reloadMenuItem(item("Reload", menuDelegate, &MenuHelperDelegate::reloadClicked, "r")),
-      openMenuItem(item("Open In Browser", menuDelegate, &MenuHelperDelegate::openClicked, "o")),
-      quitMenuItem(item("Quit", menuDelegate, &MenuHelperDelegate::quitClicked, "q")),
-      menuItems{
-          versionMenuItem, NSMenuItem::separator(), stickyMenuItem, NSMenuItem::separator(), reloadMenuItem,
-          openMenuItem,    NSMenuItem::separator(), quitMenuItem} {
+      aboutMenuItem(item(QKKeyboardShortcuts::about, menuDelegate, &MenuHelperDelegate::aboutClicked)),
+      showToolbarMenuItem(item(QKKeyboardShortcuts::toolbar, menuDelegate, &MenuHelperDelegate::toolbarClicked)),
+      shortcutsMenuItem(item(QKKeyboardShortcuts::shortcuts, menuDelegate, &MenuHelperDelegate::shortcutsClicked)),
+      preferencesMenuItem(
+          item(QKKeyboardShortcuts::preferencesMenu, menuDelegate, &MenuHelperDelegate::preferencesClicked)),
+      previewMenuItem(item(QKKeyboardShortcuts::previewMenu, menuDelegate, &MenuHelperDelegate::previewClicked)),
+      appearanceMenuItem(item(QKKeyboardShortcuts::appearance, menuDelegate, &MenuHelperDelegate::appearanceClicked)),
+      experimentalMenuItem(
+          item(QKKeyboardShortcuts::experimentalEnabled, menuDelegate, &MenuHelperDelegate::experimentalClicked)),
+      stickyMenuItem(item(QKKeyboardShortcuts::stickyMenu, menuDelegate, &MenuHelperDelegate::stickyClicked)),
+      reloadMenuItem(item(QKKeyboardShortcuts::reload, menuDelegate, &MenuHelperDelegate::reloadClicked)),
+      openMenuItem(item(QKKeyboardShortcuts::openBrowser, menuDelegate, &MenuHelperDelegate::openClicked)),
+      quitMenuItem(item(QKKeyboardShortcuts::quit, menuDelegate, &MenuHelperDelegate::quitClicked)),
+      menuItems{versionMenuItem,
+                NSMenuItem::separator(),
+                aboutMenuItem,
+                shortcutsMenuItem,
+                NSMenuItem::separator(),
+                stickyMenuItem,
+                showToolbarMenuItem,
+                experimentalMenuItem,
+                NSMenuItem::separator(),
+                preferencesMenuItem,
+                appearanceMenuItem,
+                reloadMenuItem,
+                openMenuItem,
+                NSMenuItem::separator(),
+                quitMenuItem} {
+  showToolbarMenuItem->setKeyEquivalentModifierMask(NSMenuItem::optionMask | NSMenuItem::commandMask);
+  experimentalMenuItem->setEnabled(true);
+  experimentalMenuItem->setState(NSMenuItem::State::off);
+  experimentalMenuItem->setHidden(true);
   for (const auto& menuItem : menuItems) menuItem->target = menuDelegate;
   setDefaultStates();
 }
 
 void MenuHelper::setDefaultStates() {
   const UserDefaultsHelper defaults;
-  stickyMenuItem->setState(defaults.stickyMenu() ? NSMenuItem::State::on : NSMenuItem::State::off);
+  stickyMenuItem->setState(stateOf(defaults.stickyMenu()));
+  showToolbarMenuItem->setState(stateOf(defaults.showToolBar()));
+  experimentalMenuItem->setState(stateOf(defaults.experimentalEnabled()));
   versionMenuItem->setEnabled(false);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MenuHelperDelegate.h"
 #include "Platform/NSMenu.h"
 
 #include <memory>
@@ -8,25 +9,24 @@
 
 namespace velkin {
 
-/// What the status menu's items ask for. Main thread.
-class MenuHelperDelegate {
- public:
-  virtual ~MenuHelperDelegate() = default;
-  virtual void stickyClicked() = 0;
-  virtual void reloadClicked() = 0;
-  virtual void openClicked() = 0;
-  virtual void quitClicked() = 0;
-};
-
 /// The status menu: its items, which states they start with, and whom they tell. Main thread.
 class MenuHelper {
  public:
   using Item = std::shared_ptr<platform::NSMenuItem>;
 
-  /// `menuDelegate` outlives the items.
+  /// `menuDelegate` outlives the items; without one, they do nothing.
   explicit MenuHelper(MenuHelperDelegate* menuDelegate);
 
   const Item versionMenuItem;
+  const Item aboutMenuItem;
+  const Item showToolbarMenuItem;
+  const Item shortcutsMenuItem;
+  const Item preferencesMenuItem;
+  /// Stands in no list.
+  const Item previewMenuItem;
+  const Item appearanceMenuItem;
+  /// Hidden.
+  const Item experimentalMenuItem;
   const Item stickyMenuItem;
   const Item reloadMenuItem;
   const Item openMenuItem;

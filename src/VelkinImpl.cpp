@@ -38,7 +38,10 @@ VelkinImpl::VelkinImpl(std::shared_ptr<NSPopover> mainPopover, WebView bard, Web
       hemingwayWebView(std::move(hemingway)),
       jiraWebView(std::move(jira)),
       currentWebView(chatWebView),
-      menu(menuBarItem->menu ? menuBarItem->menu : std::make_shared<platform::NSMenu>()) {
+      menu(menuBarItem->menu ? menuBarItem->menu : std::make_shared<platform::NSMenu>()),
+      appearancePanel(platform::NSPanel::make()),
+      aboutPanel(platform::NSPanel::make()),
+      shortcutsPanel(platform::NSPanel::make()) {
   currentWebView.webView->uiDelegate = this;
   updatePopoverBehavior(false);
   setUpStatusItem();
@@ -46,6 +49,8 @@ VelkinImpl::VelkinImpl(std::shared_ptr<NSPopover> mainPopover, WebView bard, Web
   showFirstView();
   isFindingWebState->showToolbar.set(defaults.showToolBar());
 }
+
+VelkinImpl::~VelkinImpl() = default;
 
 void VelkinImpl::setUpStatusItem() {
   auto* button = menuBarItem->button();
@@ -148,93 +153,31 @@ void VelkinImpl::showPopover(bool useLargeSize) {
 }
 
 void VelkinImpl::handleEsc() {
+  auto& isSearching = isFindingWebState->isSearching;
+  if (isSearching.get()) {
+    if (isFindableView() || hostedNotesView) {
+      scriptingHelper->stopFinding("", *currentWebView.webView);
+      handleWindowFindOnPage();
+      return;
+    }
+    // A find bar that isn't on show holds nothing back.
+    isSearching.set(false);
+  }
+  if (searchBarHostingController) {
+    searchBarHostingController->close();
+    searchBarHostingController.reset();
+    return;
+  }
   if (popover->isShown()) popover->performClose();
 }
 
+void VelkinImpl::handleEnter() { scriptingHelper->submitForm(*currentWebView.webView); }
+
+// Saving the page and taking its picture come with the export of pages.
+void VelkinImpl::handlePrintAction() { debugLog("VelkinImpl", "handlePrintAction()", ""); }
+void VelkinImpl::handleScreenCaptureAction() { debugLog("VelkinImpl", "handleScreenCaptureAction()", ""); }
+
 void VelkinImpl::didScroll() { debugLog("VelkinImpl", "didScroll()", ""); }
-
-const WebView& VelkinImpl::webViewOf(WebViewSwitchType type) const {
-  switch (type) {
-    case WebViewSwitchType::bard:
-      return bardWebView;
-    case WebViewSwitchType::bitbucket:
-      return bitbucketWebView;
-    case WebViewSwitchType::gitlab:
-      return gitlabWebView;
-    case WebViewSwitchType::hemingway:
-      return hemingwayWebView;
-    case WebViewSwitchType::jira:
-      return jiraWebView;
-    default:
-      return chatWebView;
-  }
-}
-
-void VelkinImpl::switchWebViews(WebViewSwitchType type) {
-  const auto last = defaults.lastVisibleWebView();
-  const bool isChatAgain = last == WebViewSwitchType::chatgpt && type == WebViewSwitchType::chatgpt;
-  if (isChatAgain && !isInitialLaunch) return;
-  const bool wasShown = popover->isShown();
-  if (wasShown) popover->performClose();
-  hostedNotesView.reset();
-  hostedWebView.reset();
-  if (type == WebViewSwitchType::releaseNotes) {
-    showReleaseNotes();
-    return;
-  }
-  showPage(type);
-  if (wasShown) showPopover(false);
-}
-
-void VelkinImpl::showReleaseNotes() {
-  hostedNotesView = std::make_shared<platform::NSHostingController<ReleaseNotesUIView>>(
-      ReleaseNotesUIView{this, isFindingWebState});
-  popover->setContentViewController(hostedNotesView);
-  defaults.set(std::int64_t{rawValue(WebViewSwitchType::releaseNotes)}, UserDefault::lastVisibleWebView);
-}
-
-void VelkinImpl::showPage(WebViewSwitchType type) {
-  const bool isToggle = defaults.hemingwayEnabled() && type != defaults.lastVisibleWebView();
-  if (type == WebViewSwitchType::chatgpt) {
-    // The service's pages don't stay alive beyond this time.
-    if (defaults.hasBeenThreeHoursSinceLGPTVisible()) {
-      chatWebView.webView->load(platform::URLRequest{getUrl(WebViewSwitchType::chatgpt)});
-    }
-    defaults.set(platform::now(), UserDefault::lastTimeChatGPTVisible);
-  }
-  const auto shown = isToggle ? type : WebViewSwitchType::chatgpt;
-  currentWebView = webViewOf(shown);
-  hostedWebView = std::make_shared<platform::NSHostingController<FindableWebView>>(
-      FindableWebView{currentWebView, bardWebView, bitbucketWebView, chatWebView, gitlabWebView,
-                      hemingwayWebView, jiraWebView, isFindingWebState});
-  popover->setContentViewController(hostedWebView);
-  defaults.set(std::int64_t{rawValue(shown)}, UserDefault::lastVisibleWebView);
-  defaults.set(isToggle, UserDefault::isAlternateViewVisible);
-}
-
-void VelkinImpl::stickyClicked() {
-  auto& item = *menuBarHelper().stickyMenuItem;
-  const bool isOn = item.state() == NSMenuItem::State::off;
-  item.setState(isOn ? NSMenuItem::State::on : NSMenuItem::State::off);
-  debugLog("VelkinImpl", "stickyClicked()", isOn ? "on" : "off");
-  defaults.set(isOn, UserDefault::stickyMenu);
-  updatePopoverBehavior(false);
-}
-
-void VelkinImpl::reloadClicked() {
-  debugLog("Reload click!");
-  platform::DispatchQueue::main().async([webView = currentWebView.webView] { webView->reload(); });
-}
-
-void VelkinImpl::openClicked() {
-  debugLog("Open click!");
-  if (const auto url = currentWebView.webView->url()) platform::NSWorkspace::shared().open(*url);
-}
-
-void VelkinImpl::quitClicked() {
-  debugLog("Quit click!");
-  platform::NSApp().exit(0);
-}
 
 void VelkinImpl::didClickReleaseNotesDone() {
   if (hostedNotesView && hostedNotesView->presentingViewController != nullptr) {
@@ -242,6 +185,8 @@ void VelkinImpl::didClickReleaseNotesDone() {
   }
   // The content stays on show until the next one takes its place, and with it the button that was clicked.
   hostedNotesView.reset();
+  // There is no onboarding page yet: whoever has read the notes is on board.
+  defaults.set(true, UserDefault::onboardingCompleted);
   switchWebViews(WebViewSwitchType::chatgpt);
 }
 

@@ -4,6 +4,8 @@
 
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace platform {
 
@@ -29,6 +31,13 @@ class NSViewController {
   }
   bool isViewLoaded() const noexcept { return isViewLoaded_; }
 
+  /// Shows `child` in the middle of this controller's view, for as long as this controller lives.
+  void addChild(std::shared_ptr<NSViewController> child, NSSize size) {
+    view().addSubview(child->view(), size);
+    children_.push_back(std::move(child));
+  }
+  const std::vector<std::shared_ptr<NSViewController>>& children() const noexcept { return children_; }
+
   /// Ends the presentation of `controller`, which this controller presents.
   virtual void dismiss(NSViewController& controller) { controller.presentingViewController = nullptr; }
 
@@ -38,6 +47,7 @@ class NSViewController {
 
  private:
   bool isViewLoaded_ = false;
+  std::vector<std::shared_ptr<NSViewController>> children_;
 };
 
 }  // namespace platform

@@ -88,6 +88,10 @@ class WKWebView : public NSView {
 
   virtual const WKWebViewConfiguration& configuration() const = 0;
 
+  /// A page holds no other views.
+  void addSubview(NSView&, std::optional<NSSize>) override {}
+  void removeSubview(NSView&) override {}
+
   /// The address that was loaded last, or is being loaded; nothing before the first.
   virtual std::optional<URL> url() const = 0;
   virtual std::string title() const = 0;
@@ -103,6 +107,10 @@ class WKWebView : public NSView {
   virtual bool canGoForward() const = 0;
   virtual void goBack() = 0;
   virtual void goForward() = 0;
+
+  /// As by the page keys, wherever the page's focus is.
+  virtual void scrollPageUp() = 0;
+  virtual void scrollPageDown() = 0;
 
   virtual double pageZoom() const = 0;
   virtual void setPageZoom(double zoom) = 0;

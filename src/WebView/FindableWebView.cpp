@@ -3,12 +3,14 @@
 #include "Appearance/AppearanceHeight.h"
 #include "Appearance/AppearanceWidth.h"
 #include "Helpers/UserDefaultsHelper.h"
+#include "WebView/FindTextBarUIView.h"
 
 namespace velkin {
 
 using platform::Divider;
 using platform::infinity;
 using platform::View;
+using platform::Views;
 using platform::when;
 
 namespace {
@@ -20,6 +22,17 @@ double sideBarSize(double length, double share) {
 }
 
 View filling(const View& view) { return view.frame({.maxWidth = infinity, .maxHeight = infinity}); }
+
+/// A sidebar with its divider, which shows with it and stands on the same side of it whatever else is open.
+enum class DividerPlace { before, after };
+
+View sidebar(bool isOpen, const View& view, const platform::Frame& frame, DividerPlace divider) {
+  return when(isOpen, [&] {
+    const auto framed = view.frame(frame);
+    return divider == DividerPlace::before ? platform::Group({Divider(), framed})
+                                           : platform::Group({framed, Divider()});
+  });
+}
 
 }  // namespace
 
@@ -37,54 +50,93 @@ bool FindableWebView::isTallEnoughToShowChat() const {
   return UserDefaultsHelper().webViewHeight() > rawValue(AppearanceHeight::medium);
 }
 
-View FindableWebView::findableWebView() const {
-  return filling(VStack(tight, {when(webView.has_value(), [&] { return View(*webView); })}));
+bool FindableWebView::isMarkdownMainView() const {
+  return UserDefaultsHelper().lastVisibleWebView() == WebViewSwitchType::markdown;
 }
 
-// The dividers belong to their sidebar and stand where they always stand, whichever sidebars are open.
+View FindableWebView::findBar() const {
+  // Each time the bar comes, its field takes the keyboard.
+  return View(FindTextBarUIView{
+      .shouldFocus = isFind.binding(),
+      .isPrevNextButtonDisabled = isPrevNextButtonDisabled.binding(),
+      .isNotFoundTextHidden = isNotFoundTextHidden.binding(),
+      .text = text.binding(),
+      .onCommit = [self = *this] { self.searchFieldDidStartSearching(); },
+      .onChange = [self = *this](const std::string& newText) { self.textChanged(newText); },
+      .previousClicked =
+          [self = *this] { self.scripting->previousClicked(self.text.get(), *self.webView->webView); },
+      .nextClicked = [self = *this] { self.scripting->nextClicked(self.text.get(), *self.webView->webView); },
+      .onDone = [self = *this] { self.doneClicked(); },
+      .webVButtons = {}})
+      .onAppear([isFind = isFind] { isFind.set(true); });
+}
+
+View FindableWebView::findableWebView() const {
+  return filling(VStack(tight, {when(sharedState->isSearching.get() && webView.has_value(), [&] { return findBar(); }),
+                                when(webView.has_value(), [&] { return View(*webView); })}));
+}
+
+void FindableWebView::searchFieldDidStartSearching() const {
+  if (!webView) return;
+  scripting->startFinding(text.get(), webView->webView,
+                          [disabled = isPrevNextButtonDisabled, hidden = isNotFoundTextHidden](bool isFound) {
+                            disabled.set(!isFound);
+                            hidden.set(isFound);
+                          });
+}
+
+void FindableWebView::textChanged(const std::string& newText) const {
+  // Typing searches nothing: the steps wait for the next Return.
+  if (newText != text.get()) {
+    isPrevNextButtonDisabled.set(true);
+    isNotFoundTextHidden.set(true);
+  }
+  text.set(newText);
+}
+
+void FindableWebView::doneClicked() const {
+  sharedState->isSearching.set(false);
+  if (webView) scripting->stopFinding(text.get(), *webView->webView);
+}
+
+Views FindableWebView::mainPlace() const {
+  return {when(sharedState->showToolbar.get(), [&] { return View(toolbar()); }),
+          isMarkdownMainView() ? filling(markdownView) : findableWebView()};
+}
+
 View FindableWebView::sideBySide() const {
-  const double width = sideBarSize(UserDefaultsHelper().webViewWidth(), maxSideBarWidth);
-  const auto sidebar = [&](const WebView& view) {
-    return View(view).frame({.width = width, .maxHeight = infinity});
-  };
-  const auto before = [&](bool isOpen, const WebView& view) {
-    return when(isOpen, [&] { return platform::Group({Divider(), sidebar(view)}); });
-  };
-  const auto after = [&](bool isOpen, const WebView& view) {
-    return when(isOpen, [&] { return platform::Group({sidebar(view), Divider()}); });
-  };
+  const platform::Frame frame{.width = sideBarSize(UserDefaultsHelper().webViewWidth(), maxSideBarWidth),
+                              .maxHeight = infinity};
   return HStack(
       tight,
-      {after(sharedState->isBarding.get(), bardWebView), after(sharedState->isChatting.get(), chatWebView),
-       before(sharedState->isHemingwaying.get(), hemingwayWebView),
-       after(sharedState->isBitBucketing.get(), bitBucketWebView),
-       before(sharedState->isGitLabing.get(), gitLabWebView),
-       before(sharedState->isJiring.get(), jiraWebView), filling(VStack(tight, {findableWebView()}))});
+      {sidebar(sharedState->isBarding.get(), bardWebView, frame, DividerPlace::after),
+       sidebar(sharedState->isMarking.get(), markdownView, frame, DividerPlace::before),
+       sidebar(sharedState->isChatting.get(), chatWebView, frame, DividerPlace::after),
+       sidebar(sharedState->isHemingwaying.get(), hemingwayWebView, frame, DividerPlace::before),
+       sidebar(sharedState->isBitBucketing.get(), bitBucketWebView, frame, DividerPlace::after),
+       sidebar(sharedState->isGitLabing.get(), gitLabWebView, frame, DividerPlace::before),
+       sidebar(sharedState->isJiring.get(), jiraWebView, frame, DividerPlace::before),
+       filling(VStack(tight, mainPlace()))});
 }
 
 View FindableWebView::oneAboveTheOther() const {
-  const double height = sideBarSize(UserDefaultsHelper().webViewHeight(), maxSideBarHeight);
-  const auto sidebar = [&](const WebView& view) {
-    return View(view).frame({.height = height, .maxWidth = infinity});
-  };
-  const auto before = [&](bool isOpen, const WebView& view) {
-    return when(isOpen, [&] { return platform::Group({Divider(), sidebar(view)}); });
-  };
-  const auto after = [&](bool isOpen, const WebView& view) {
-    return when(isOpen, [&] { return platform::Group({sidebar(view), Divider()}); });
-  };
-  return VStack(tight, {findableWebView(), after(sharedState->isChatting.get(), chatWebView),
-                        after(sharedState->isBarding.get(), bardWebView),
-                        before(sharedState->isHemingwaying.get(), hemingwayWebView),
-                        after(sharedState->isBitBucketing.get(), bitBucketWebView),
-                        before(sharedState->isGitLabing.get(), gitLabWebView),
-                        before(sharedState->isJiring.get(), jiraWebView)});
+  const platform::Frame frame{.height = sideBarSize(UserDefaultsHelper().webViewHeight(), maxSideBarHeight),
+                              .maxWidth = infinity};
+  auto all = mainPlace();
+  all.push_back(sidebar(sharedState->isChatting.get(), chatWebView, frame, DividerPlace::after));
+  all.push_back(sidebar(sharedState->isBarding.get(), bardWebView, frame, DividerPlace::after));
+  all.push_back(sidebar(sharedState->isHemingwaying.get(), hemingwayWebView, frame, DividerPlace::before));
+  all.push_back(sidebar(sharedState->isBitBucketing.get(), bitBucketWebView, frame, DividerPlace::after));
+  all.push_back(sidebar(sharedState->isGitLabing.get(), gitLabWebView, frame, DividerPlace::before));
+  all.push_back(sidebar(sharedState->isJiring.get(), jiraWebView, frame, DividerPlace::before));
+  all.push_back(sidebar(sharedState->isMarking.get(), markdownView, frame, DividerPlace::after));
+  return VStack(tight, std::move(all));
 }
 
 View FindableWebView::body() const {
   if (isSideBarViewing() && isWideEnoughToShowChat()) return VStack(tight, {sideBySide()});
   if (isSideBarViewing() && isTallEnoughToShowChat()) return VStack(tight, {oneAboveTheOther()});
-  return VStack(tight, {findableWebView()});
+  return VStack(tight, mainPlace());
 }
 
 }  // namespace velkin

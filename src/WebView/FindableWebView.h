@@ -1,13 +1,18 @@
 #pragma once
 
+#include "Helpers/ScriptingHelper.h"
+#include "Markdown/MarkdownUIView.h"
+#include "MenuHelperDelegate.h"
 #include "Platform/View/ObservableObject.h"
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
 #include "UserData/SharedState.h"
+#include "WebView/ToolbarUIView.h"
 #include "WebView/WebView.h"
 
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace velkin {
 
@@ -21,6 +26,8 @@ struct FindableWebView {
   static constexpr double maxSideBarWidth = 0.15;
   static constexpr double maxSideBarHeight = 0.21;
 
+  MenuHelperDelegate* menuDelegate = nullptr;
+  std::shared_ptr<ScriptingHelper> scripting;
   std::optional<WebView> webView;
   WebView bardWebView;
   WebView bitBucketWebView;
@@ -28,16 +35,31 @@ struct FindableWebView {
   WebView gitLabWebView;
   WebView hemingwayWebView;
   WebView jiraWebView;
+  MarkdownUIView markdownView;
   platform::ObservedObject<SharedState> sharedState;
+  platform::State<bool> isFind{true};
+  platform::State<bool> isPrevNextButtonDisabled{true};
+  platform::State<bool> isNotFoundTextHidden{true};
+  platform::State<std::string> text{};
 
   bool isSideBarViewing() const;
   bool isWideEnoughToShowChat() const;
   bool isTallEnoughToShowChat() const;
+  bool isMarkdownMainView() const;
 
   platform::View body() const;
+  ToolbarUIView toolbar() const { return {menuDelegate}; }
+  /// The main web view with its find bar.
   platform::View findableWebView() const;
 
+  void searchFieldDidStartSearching() const;
+  void textChanged(const std::string& newText) const;
+  void doneClicked() const;
+
  private:
+  platform::View findBar() const;
+  /// The toolbar, if it shows, and what is in the main place.
+  platform::Views mainPlace() const;
   platform::View sideBySide() const;
   platform::View oneAboveTheOther() const;
 };

@@ -18,6 +18,7 @@ constexpr std::array symbols = {
     Name{"arrow.counterclockwise", "edit-undo-symbolic"},
     Name{"arrow.down.right.and.arrow.up.left", "view-restore-symbolic"},
     Name{"arrow.up.left.and.arrow.down.right", "view-fullscreen-symbolic"},
+    Name{"arrow.triangle.2.circlepath.circle", "view-refresh-symbolic"},
     Name{"checkmark", "object-select-symbolic"},
     Name{"chevron.down", "go-down-symbolic"},
     Name{"chevron.left", "go-previous-symbolic"},
@@ -27,6 +28,7 @@ constexpr std::array symbols = {
     Name{"ellipsis", "view-more-horizontal-symbolic"},
     Name{"gear", "emblem-system-symbolic"},
     Name{"gearshape", "emblem-system-symbolic"},
+    Name{"house.circle", "go-home-symbolic"},
     Name{"house", "go-home-symbolic"},
     Name{"keyboard", "input-keyboard-symbolic"},
     Name{"line.3.horizontal", "open-menu-symbolic"},
@@ -36,6 +38,7 @@ constexpr std::array symbols = {
     Name{"safari", "web-browser-symbolic"},
     Name{"square.and.arrow.down", "document-save-symbolic"},
     Name{"trash", "user-trash-symbolic"},
+    Name{"x.circle", "application-exit-symbolic"},
     Name{"xmark", "window-close-symbolic"},
 };
 

@@ -41,16 +41,18 @@ class GtkViewRenderer : public ViewRenderer {
 
 }  // namespace
 
-GtkHostingView::GtkHostingView(View root) : root_(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)) {
+GtkHostingView::GtkHostingView(View root)
+    : root_(gtk_overlay_new()), content_(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)) {
   g_object_ref_sink(root_);
-  host_ = std::make_unique<ViewHost>(std::move(root), std::make_unique<GtkViewRenderer>(root_));
+  gtk_overlay_set_child(GTK_OVERLAY(root_), content_);
+  host_ = std::make_unique<ViewHost>(std::move(root), std::make_unique<GtkViewRenderer>(content_));
 }
 
 GtkHostingView::~GtkHostingView() {
   host_.reset();
-  if (GtkWidget* parent = gtk_widget_get_parent(root_); parent != nullptr && GTK_IS_BOX(parent)) {
-    gtk_box_remove(GTK_BOX(parent), root_);
-  }
+  GtkWidget* parent = gtk_widget_get_parent(root_);
+  if (parent != nullptr && GTK_IS_BOX(parent)) gtk_box_remove(GTK_BOX(parent), root_);
+  if (parent != nullptr && GTK_IS_OVERLAY(parent)) gtk_overlay_remove_overlay(GTK_OVERLAY(parent), root_);
   g_object_unref(root_);
 }
 
@@ -62,6 +64,26 @@ NSRect GtkHostingView::frame() const {
   return {{0, 0},
           {static_cast<double>(width > 0 ? width : natural.width),
            static_cast<double>(height > 0 ? height : natural.height)}};
+}
+
+void GtkHostingView::addSubview(NSView& view, std::optional<NSSize> size) {
+  auto* guest = dynamic_cast<GtkViewBase*>(&view);
+  if (guest == nullptr) return;
+  GtkWidget* widget = guest->widget();
+  if (size) {
+    gtk_widget_set_halign(widget, GTK_ALIGN_CENTER);
+    gtk_widget_set_valign(widget, GTK_ALIGN_CENTER);
+    gtk_widget_set_size_request(widget, static_cast<int>(size->width), static_cast<int>(size->height));
+    // It shows something; the pointer is for what is below.
+    gtk_widget_set_can_target(widget, FALSE);
+  }
+  gtk_overlay_add_overlay(GTK_OVERLAY(root_), widget);
+}
+
+void GtkHostingView::removeSubview(NSView& view) {
+  auto* guest = dynamic_cast<GtkViewBase*>(&view);
+  if (guest == nullptr || gtk_widget_get_parent(guest->widget()) != root_) return;
+  gtk_overlay_remove_overlay(GTK_OVERLAY(root_), guest->widget());
 }
 
 void GtkHostingView::makeFirstResponder() { gtk_widget_grab_focus(root_); }

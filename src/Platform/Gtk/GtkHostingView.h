@@ -21,9 +21,12 @@ class GtkHostingView : public NSHostingView, public GtkViewBase {
   GtkWidget* widget() override { return root_; }
   NSRect frame() const override;
   void makeFirstResponder() override;
+  void addSubview(NSView& view, std::optional<NSSize> size) override;
+  void removeSubview(NSView& view) override;
 
  private:
   GtkWidget* root_;
+  GtkWidget* content_;
   std::unique_ptr<ViewHost> host_;
 };
 

@@ -42,6 +42,9 @@ std::string cssColor(const Color& color) {
     case Color::Role::windowBackground:
       css << "@window_bg_color";
       break;
+    case Color::Role::underPageBackground:
+      css << "@headerbar_bg_color";
+      break;
     case Color::Role::fixed:
       css << "rgb(" << std::lround(color.red * 255) << "," << std::lround(color.green * 255) << ","
           << std::lround(color.blue * 255) << ")";

@@ -248,6 +248,14 @@ void GtkWebView::goForward() {
   if (view_ != nullptr) webkit_web_view_go_forward(view_);
 }
 
+void GtkWebView::scrollPageUp() {
+  if (view_ != nullptr) webkit_web_view_execute_editing_command(view_, "ScrollPageBackward");
+}
+
+void GtkWebView::scrollPageDown() {
+  if (view_ != nullptr) webkit_web_view_execute_editing_command(view_, "ScrollPageForward");
+}
+
 void GtkWebView::setPageZoom(double zoom) {
   zoom_ = zoom;
   if (view_ != nullptr) webkit_web_view_set_zoom_level(view_, zoom);

@@ -37,6 +37,8 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   bool canGoForward() const override;
   void goBack() override;
   void goForward() override;
+  void scrollPageUp() override;
+  void scrollPageDown() override;
   double pageZoom() const override { return zoom_; }
   void setPageZoom(double zoom) override;
   std::string customUserAgent() const override { return userAgent_; }

@@ -51,6 +51,13 @@ class HeadlessHostingView : public NSHostingView {
   ViewHost& host() noexcept override { return *host_; }
   NSRect frame() const override { return {}; }
   void makeFirstResponder() override {}
+  void addSubview(NSView& view, std::optional<NSSize> size) override { subviews.emplace_back(&view, size); }
+  void removeSubview(NSView& view) override {
+    std::erase_if(subviews, [&](const auto& entry) { return entry.first == &view; });
+  }
+
+  /// What stands above the described views, and at which size.
+  std::vector<std::pair<NSView*, std::optional<NSSize>>> subviews;
 
   const std::vector<HeadlessView*>& roots() const noexcept;
 

@@ -19,6 +19,8 @@ class HeadlessWebView : public WKWebView {
   std::vector<std::string> scripts;
   int reloads = 0;
   int reloadsFromOrigin = 0;
+  int pagesUp = 0;
+  int pagesDown = 0;
   bool isFirstResponder = false;
   /// What the next scripts give, as JSON text, or the error that they end with.
   std::optional<std::string> scriptResult;
@@ -41,6 +43,8 @@ class HeadlessWebView : public WKWebView {
   bool canGoForward() const override { return !forwardList.empty(); }
   void goBack() override;
   void goForward() override;
+  void scrollPageUp() override { ++pagesUp; }
+  void scrollPageDown() override { ++pagesDown; }
   double pageZoom() const override { return zoom_; }
   void setPageZoom(double zoom) override { zoom_ = zoom; }
   std::string customUserAgent() const override { return userAgent_; }

@@ -40,6 +40,7 @@ struct Color {
     green,
     clear,
     windowBackground,
+    underPageBackground,
     fixed
   };
 

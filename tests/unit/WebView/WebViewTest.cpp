@@ -129,12 +129,23 @@ class FindableWebViewTest : public WebViewTest {
   FindableWebView container() {
     const auto of = [&](WebViewSwitchType type) { return helper.getWebUIView(type); };
     const auto main = of(chatgpt);
-    return {main, of(bard), of(bitbucket), main, of(gitlab), of(hemingway), of(jira), state};
+    return {.scripting = ScriptingHelper::make(),
+            .webView = main,
+            .bardWebView = of(bard),
+            .bitBucketWebView = of(bitbucket),
+            .chatWebView = main,
+            .gitLabWebView = of(gitlab),
+            .hemingwayWebView = of(hemingway),
+            .jiraWebView = of(jira),
+            .markdownView = {},
+            .sharedState = state};
   }
   void setSize(double width, double height) {
     defaults.set(width, UserDefault::webViewWidth);
     defaults.set(height, UserDefault::webViewHeight);
   }
+  FindableWebViewTest() { state->showToolbar.set(false); }
+
   /// The frames of what hosts a sidebar's page, in order.
   static std::vector<platform::Frame> sidebarFrames(const platform::HeadlessHostingView& tree) {
     std::vector<platform::Frame> frames;

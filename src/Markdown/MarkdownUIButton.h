@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "Platform/View/State.h"
+#include "Platform/View/View.h"
+
+namespace velkin {
+
+/// An icon button of the tool bars: its title is its tooltip. Hovering lights it up.
+struct MarkdownUIButton {
+  std::string imageName;
+  std::string title;
+  bool useFixedWidth = false;
+  double iconSize = 12;
+  platform::Action action;
+
+  platform::View body() const;
+};
+
+}  // namespace velkin

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "Platform/View/View.h"
+
+namespace velkin {
+
+/// A page or a panel that has its place and its title, and whose content is still to come.
+struct PagePlace {
+  std::string title;
+
+  platform::View body() const {
+    return platform::VStack({platform::Spacer(), platform::Text(title).font(platform::Font::title), platform::Spacer()})
+        .frame({.minWidth = 384, .minHeight = 240});
+  }
+};
+
+}  // namespace velkin

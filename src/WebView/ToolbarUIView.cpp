@@ -1,0 +1,46 @@
+#include "WebView/ToolbarUIView.h"
+
+#include <array>
+
+#include "Keyboard/ShortcutLegend.h"
+#include "Markdown/MarkdownUIButton.h"
+
+namespace velkin {
+
+namespace {
+
+struct ToolbarButton {
+  const char* symbol;
+  const char* tooltip;
+  void (MenuHelperDelegate::*action)();
+};
+
+constexpr std::array toolbarButtons = {
+    ToolbarButton{"safari", "Open In Browser (⌘O)", &MenuHelperDelegate::openClicked},
+    ToolbarButton{"house.circle", "Return to Home (⌘⌃R)", &MenuHelperDelegate::homeClicked},
+    ToolbarButton{"arrow.triangle.2.circlepath.circle", "Reload Page (⌘R)", &MenuHelperDelegate::reloadClicked},
+    ToolbarButton{"gearshape", "Appearance Setting (⌘⇧S)", &MenuHelperDelegate::appearanceClicked},
+    ToolbarButton{"x.circle", "Quit (⌘Q)", &MenuHelperDelegate::quitClicked},
+};
+
+}  // namespace
+
+platform::View ToolbarUIView::body() const {
+  using namespace platform;
+  Views buttons;
+  for (const auto& button : toolbarButtons) {
+    buttons.push_back(MarkdownUIButton{.imageName = button.symbol,
+                                       .title = withShortcutLegend(button.tooltip),
+                                       .iconSize = iconSize,
+                                       .action = [target = menuDelegate, action = button.action] {
+                                         if (target != nullptr) (target->*action)();
+                                       }});
+  }
+  buttons.push_back(Spacer());
+  return VStack({.spacing = 0, .alignment = Alignment::fill},
+                {HStack({.spacing = 2}, std::move(buttons)).padding(padding)})
+      .frame({.maxWidth = infinity})
+      .background(Color::Role::underPageBackground);
+}
+
+}  // namespace velkin

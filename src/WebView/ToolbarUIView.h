@@ -1,0 +1,17 @@
+#pragma once
+
+#include "MenuHelperDelegate.h"
+#include "Platform/View/View.h"
+
+namespace velkin {
+
+/// The row of icon buttons above the main view.
+struct ToolbarUIView {
+  MenuHelperDelegate* menuDelegate = nullptr;
+  double padding = 4;
+  double iconSize = 12;
+
+  platform::View body() const;
+};
+
+}  // namespace velkin
