@@ -57,6 +57,7 @@ template <class Work>
 Child start(Work work) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) fail("no pipe");
+  std::fflush(nullptr);
   const auto process = fork();
   if (process < 0) fail("no process");
   if (process == 0) {
