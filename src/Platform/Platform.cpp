@@ -1,9 +1,20 @@
 #include "Platform/Platform.h"
 
-#include <atomic>
-
 #include "Platform/DispatchQueue.h"
 #include "Platform/FatalError.h"
+#include "Platform/NSAppearance.h"
+#include "Platform/NSApplication.h"
+#include "Platform/NSBundle.h"
+#include "Platform/NSDistributedNotificationCenter.h"
+#include "Platform/NSHostingController.h"
+#include "Platform/NSPanel.h"
+#include "Platform/NSPopover.h"
+#include "Platform/NSScreen.h"
+#include "Platform/NSStatusItem.h"
+#include "Platform/NSWorkspace.h"
+#include "Platform/WKWebView.h"
+
+#include <atomic>
 
 namespace platform {
 
@@ -26,5 +37,41 @@ void Platform::install(Platform* platform) noexcept { installedPlatform.store(pl
 DispatchQueue& DispatchQueue::main() { return Platform::current().mainQueue(); }
 
 double now() { return Platform::current().now(); }
+
+NSApplication& NSApp() { return Platform::current().application(); }
+
+const NSBundle& NSBundle::main() { return Platform::current().mainBundle(); }
+
+NSWorkspace& NSWorkspace::shared() { return Platform::current().sharedWorkspace(); }
+
+NSDistributedNotificationCenter& NSDistributedNotificationCenter::defaultCenter() {
+  return Platform::current().distributedNotificationCenter();
+}
+
+std::optional<NSAppearance> NSAppearance::currentAppearance() {
+  return Platform::current().currentAppearance();
+}
+
+std::optional<NSScreen> NSScreen::main() { return Platform::current().mainScreen(); }
+
+std::vector<NSScreen> NSScreen::screens() { return Platform::current().screens(); }
+
+std::unique_ptr<NSStatusItem> NSStatusBar::statusItem(double length) {
+  return Platform::current().makeStatusItem(length);
+}
+
+std::unique_ptr<NSPopover> NSPopover::make() { return Platform::current().makePopover(); }
+
+std::unique_ptr<NSPanel> NSPanel::make(NSRect contentRect, std::uint32_t styleMask) {
+  return Platform::current().makePanel(contentRect, styleMask);
+}
+
+std::unique_ptr<WKWebView> WKWebView::make(NSRect frame, WKWebViewConfiguration configuration) {
+  return Platform::current().makeWebView(frame, std::move(configuration));
+}
+
+std::unique_ptr<NSHostingView> NSHostingView::make(View root) {
+  return Platform::current().makeHostingView(std::move(root));
+}
 
 }  // namespace platform

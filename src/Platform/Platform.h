@@ -1,21 +1,35 @@
 #pragma once
 
+#include "Platform/Geometry.h"
+
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "Platform/Geometry.h"
-
 namespace platform {
 
 class DispatchQueue;
+class NSApplication;
+class NSBundle;
+class NSDistributedNotificationCenter;
+class NSHostingView;
+class NSPanel;
+class NSPopover;
+class NSStatusItem;
 class NSURLSession;
 class NSUserDefaults;
+class NSWorkspace;
+class View;
+class WKWebView;
+struct NSAppearance;
+struct NSScreen;
+struct WKWebViewConfiguration;
 
-/// The desktop below the program: what the static accessors of the seam's classes ask. One is installed for the
-/// life of the process (the real one by `main`, the in-memory one by a test's fixture).
+/// The desktop below the program: what the static accessors of the seam's classes ask. One is installed for
+/// the life of the process (the real one by `main`, the in-memory one by a test's fixture).
 class Platform {
  public:
   virtual ~Platform() = default;
@@ -29,7 +43,22 @@ class Platform {
   virtual DispatchQueue& mainQueue() = 0;
   /// Seconds since 1970. Any thread.
   virtual double now() const = 0;
+  virtual NSApplication& application() = 0;
+  virtual const NSBundle& mainBundle() const = 0;
   virtual NSUserDefaults& standardUserDefaults() = 0;
+  virtual NSWorkspace& sharedWorkspace() = 0;
+  virtual NSDistributedNotificationCenter& distributedNotificationCenter() = 0;
+
+  /// Any thread.
+  virtual std::optional<NSAppearance> currentAppearance() const = 0;
+  virtual std::optional<NSScreen> mainScreen() const = 0;
+  virtual std::vector<NSScreen> screens() const = 0;
+
+  virtual std::unique_ptr<NSStatusItem> makeStatusItem(double length) = 0;
+  virtual std::unique_ptr<NSPopover> makePopover() = 0;
+  virtual std::unique_ptr<NSPanel> makePanel(NSRect contentRect, std::uint32_t styleMask) = 0;
+  virtual std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) = 0;
+  virtual std::unique_ptr<NSHostingView> makeHostingView(View root) = 0;
   virtual NSURLSession& sharedURLSession() = 0;
 
   /// Remembers beyond the end of this process that it ended by a fatal error. Any thread.

@@ -4,9 +4,49 @@
 
 namespace platform {
 
-HeadlessPlatform::HeadlessPlatform() { install(this); }
+namespace {
+
+template <class Made, class Seen, class... Arguments>
+std::unique_ptr<Made> made(std::vector<Seen*>& seen, Arguments&&... arguments) {
+  auto object = std::make_unique<Seen>(std::forward<Arguments>(arguments)...);
+  seen.push_back(object.get());
+  return object;
+}
+
+}  // namespace
+
+HeadlessPlatform::HeadlessPlatform() {
+  bundle.bundleIdentifier = "com.tarnvale.Velkin";
+  bundle.shortVersionString = "1.0.0";
+  bundle.version = "23";
+  bundle.creationDate = 1'700'000'000.0;
+  install(this);
+}
 
 HeadlessPlatform::~HeadlessPlatform() { install(nullptr); }
+
+std::optional<NSScreen> HeadlessPlatform::mainScreen() const {
+  if (attachedScreens.empty()) return std::nullopt;
+  return attachedScreens.front();
+}
+
+std::unique_ptr<NSStatusItem> HeadlessPlatform::makeStatusItem(double length) {
+  return made<NSStatusItem>(statusItems, length);
+}
+
+std::unique_ptr<NSPopover> HeadlessPlatform::makePopover() { return made<NSPopover>(popovers); }
+
+std::unique_ptr<NSPanel> HeadlessPlatform::makePanel(NSRect contentRect, std::uint32_t styleMask) {
+  return made<NSPanel>(panels, contentRect, styleMask);
+}
+
+std::unique_ptr<WKWebView> HeadlessPlatform::makeWebView(NSRect frame, WKWebViewConfiguration configuration) {
+  return made<WKWebView>(webViews, frame, std::move(configuration));
+}
+
+std::unique_ptr<NSHostingView> HeadlessPlatform::makeHostingView(View root) {
+  return std::make_unique<HeadlessHostingView>(std::move(root));
+}
 
 void HeadlessPlatform::noteFatalError(std::string_view message) noexcept { lastFatalError = message; }
 

@@ -1,14 +1,24 @@
 #pragma once
 
+#include "Platform/Headless/HeadlessApplication.h"
+#include "Platform/Headless/HeadlessDesktop.h"
+#include "Platform/Headless/HeadlessPanel.h"
+#include "Platform/Headless/HeadlessPopover.h"
 #include "Platform/Headless/HeadlessQueue.h"
+#include "Platform/Headless/HeadlessStatusItem.h"
 #include "Platform/Headless/HeadlessURLSession.h"
 #include "Platform/Headless/HeadlessUserDefaults.h"
+#include "Platform/Headless/HeadlessViewTree.h"
+#include "Platform/Headless/HeadlessWebView.h"
+#include "Platform/NSAppearance.h"
+#include "Platform/NSBundle.h"
+#include "Platform/NSScreen.h"
 #include "Platform/Platform.h"
 
 namespace platform {
 
-/// A complete desktop in memory: the unit tests' world. Installs itself for its lifetime. What a test wants to
-/// see or to arrange is public.
+/// A complete desktop in memory: the unit tests' world. Installs itself for its lifetime. What a test wants
+/// to see or to arrange is public.
 class HeadlessPlatform : public Platform {
  public:
   HeadlessPlatform();
@@ -17,12 +27,39 @@ class HeadlessPlatform : public Platform {
   HeadlessPlatform& operator=(const HeadlessPlatform&) = delete;
 
   HeadlessQueue queue;
+  HeadlessApplication app;
+  HeadlessWorkspace workspace;
+  HeadlessDistributedNotificationCenter distributedNotifications;
+  NSBundle bundle;
+  std::optional<NSAppearance> appearance = NSAppearance{NSAppearanceNameAqua};
+  /// The first one is the main screen.
+  std::vector<NSScreen> attachedScreens = {{{{0, 0}, {1920, 1080}}, {{0, 0}, {1920, 1050}}}};
   HeadlessUserDefaults userDefaults;
   HeadlessURLSession urlSession;
   std::optional<std::string> lastFatalError;
 
+  /// What the program has made, in order. They live as long as their owners keep them.
+  std::vector<HeadlessStatusItem*> statusItems;
+  std::vector<HeadlessPopover*> popovers;
+  std::vector<HeadlessPanel*> panels;
+  std::vector<HeadlessWebView*> webViews;
+
   DispatchQueue& mainQueue() override { return queue; }
   double now() const override { return queue.now(); }
+  NSApplication& application() override { return app; }
+  const NSBundle& mainBundle() const override { return bundle; }
+  NSWorkspace& sharedWorkspace() override { return workspace; }
+  NSDistributedNotificationCenter& distributedNotificationCenter() override {
+    return distributedNotifications;
+  }
+  std::optional<NSAppearance> currentAppearance() const override { return appearance; }
+  std::optional<NSScreen> mainScreen() const override;
+  std::vector<NSScreen> screens() const override { return attachedScreens; }
+  std::unique_ptr<NSStatusItem> makeStatusItem(double length) override;
+  std::unique_ptr<NSPopover> makePopover() override;
+  std::unique_ptr<NSPanel> makePanel(NSRect contentRect, std::uint32_t styleMask) override;
+  std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) override;
+  std::unique_ptr<NSHostingView> makeHostingView(View root) override;
   NSUserDefaults& standardUserDefaults() override { return userDefaults; }
   NSURLSession& sharedURLSession() override { return urlSession; }
   void noteFatalError(std::string_view message) noexcept override;

@@ -1,0 +1,104 @@
+#include "Platform/Gtk/GtkApplication.h"
+
+#include "Platform/DebugLog.h"
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/ProgramFolders.h"
+#include "platform/BundleInfo.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <glib-unix.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace platform {
+
+GtkApplicationHost::GtkApplicationHost()
+    : application_(g_application_new(bundle::identifier, G_APPLICATION_DEFAULT_FLAGS)) {
+  g_signal_connect_swapped(application_, "startup",
+                           G_CALLBACK(+[](GtkApplicationHost* self) { self->launched(); }), this);
+  g_signal_connect_swapped(application_, "activate",
+                           G_CALLBACK(+[](GtkApplicationHost* self) { self->activated(); }), this);
+}
+
+GtkApplicationHost::~GtkApplicationHost() {
+  g_signal_handlers_disconnect_by_data(application_, this);
+  g_object_unref(application_);
+}
+
+int GtkApplicationHost::run(NSApplicationDelegate& delegate) {
+  delegate_ = &delegate;
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    g_unix_signal_add(
+        signal,
+        [](gpointer self) -> gboolean {
+          auto* host = static_cast<GtkApplicationHost*>(self);
+          host->delegate_->applicationWillTerminate();
+          host->exit(0);
+          return G_SOURCE_REMOVE;
+        },
+        this);
+  }
+  return g_application_run(application_, 0, nullptr);
+}
+
+void GtkApplicationHost::exit(int code) {
+  std::fflush(nullptr);
+  // No destructors: the settings are on disk already, and the web processes end with their connection.
+  std::_Exit(code);
+}
+
+GDBusConnection* GtkApplicationHost::connection() const {
+  return g_application_get_dbus_connection(application_);
+}
+
+bool GtkApplicationHost::becomeTheOnlyProcessWithoutBus() {
+  std::error_code error;
+  const auto folder = ProgramFolders::userState();
+  std::filesystem::create_directories(folder, error);
+  const int file = ::open((folder / "running").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  if (file < 0) return true;
+  if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
+    char text[32] = {};
+    const auto length = ::read(file, text, sizeof(text) - 1);
+    const int other = length > 0 ? std::atoi(text) : 0;
+    if (other > 1) ::kill(other, SIGUSR2);
+    return false;
+  }
+  // The file stays open: its lock is the sign that this process lives.
+  const auto pid = std::to_string(::getpid());
+  if (::ftruncate(file, 0) != 0 || ::write(file, pid.data(), pid.size()) < 0) {
+    debugLog("GtkApplication", "becomeTheOnlyProcessWithoutBus()", "The process number can't be written");
+  }
+  g_unix_signal_add(
+      SIGUSR2,
+      [](gpointer self) -> gboolean {
+        static_cast<GtkApplicationHost*>(self)->delegate_->applicationDidReopen();
+        return G_SOURCE_CONTINUE;
+      },
+      this);
+  return true;
+}
+
+void GtkApplicationHost::launched() {
+  if (connection() == nullptr) {
+    debugLog("GtkApplication", "launched()", "There is no D-Bus session: no tray icon, and no notifications");
+    if (!becomeTheOnlyProcessWithoutBus()) exit(0);
+  }
+  g_application_hold(application_);
+  if (willLaunch) willLaunch();
+  delegate_->applicationDidFinishLaunching();
+}
+
+void GtkApplicationHost::activated() {
+  // The first activation is the start itself.
+  if (std::exchange(isLaunched_, true)) delegate_->applicationDidReopen();
+}
+
+}  // namespace platform

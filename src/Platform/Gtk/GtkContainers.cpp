@@ -1,0 +1,240 @@
+#include "Platform/Gtk/GtkContainers.h"
+
+#include "Platform/Gtk/GtkRenderedView.h"
+#include "Platform/Gtk/GtkViewBase.h"
+#include "Platform/NSView.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace platform {
+
+namespace {
+
+template <class Content>
+const Content& contentOf(const Element& element) {
+  return std::get<Content>(element.content);
+}
+
+void insertIntoBox(GtkWidget* box, GtkWidget* child, GtkWidget* sibling) {
+  if (gtk_widget_get_parent(child) == box) {
+    gtk_box_reorder_child_after(GTK_BOX(box), child, sibling);
+  } else {
+    gtk_box_insert_child_after(GTK_BOX(box), child, sibling);
+  }
+}
+
+void removeFromBox(GtkWidget* box, GtkWidget* child) { gtk_box_remove(GTK_BOX(box), child); }
+
+/// A row or a column.
+class StackView : public GtkRenderedView {
+ public:
+  explicit StackView(const Element& element)
+      : GtkRenderedView(gtk_box_new(orientation(contentOf<StackContent>(element).axis), 0)) {
+    update(element);
+  }
+
+  void setChildren(std::span<RenderedView* const> children) override {
+    const auto& content = contentOf<StackContent>(element());
+    for (auto* child : children) static_cast<GtkRenderedView*>(child)->align(content.axis, content.alignment);
+    arrangeChildren(widget(), widgetsOf(children), insertIntoBox, removeFromBox);
+  }
+
+ protected:
+  void updateContent(const Element& element) override {
+    const auto& content = contentOf<StackContent>(element);
+    gtk_orientable_set_orientation(GTK_ORIENTABLE(widget()), orientation(content.axis));
+    gtk_box_set_spacing(GTK_BOX(widget()), static_cast<int>(std::lround(content.spacing)));
+  }
+
+ private:
+  static GtkOrientation orientation(Axis axis) {
+    return axis == Axis::horizontal ? GTK_ORIENTATION_HORIZONTAL : GTK_ORIENTATION_VERTICAL;
+  }
+};
+
+/// Views on top of one another; the first one gives the size.
+class LayersView : public GtkRenderedView {
+ public:
+  explicit LayersView(const Element& element) : GtkRenderedView(gtk_overlay_new()) { update(element); }
+
+  void setChildren(std::span<RenderedView* const> children) override {
+    const auto wanted = widgetsOf(children);
+    auto* overlay = GTK_OVERLAY(widget());
+    for (auto* child : children) static_cast<GtkRenderedView*>(child)->align(Axis::depth, Alignment::center);
+    for (GtkWidget* child = gtk_widget_get_first_child(widget()); child != nullptr;) {
+      GtkWidget* next = gtk_widget_get_next_sibling(child);
+      const auto place = std::find(wanted.begin(), wanted.end(), child);
+      const bool isBase = gtk_overlay_get_child(overlay) == child;
+      if (isBase && place != wanted.begin()) {
+        gtk_overlay_set_child(overlay, nullptr);
+      } else if (!isBase && (place == wanted.end() || place == wanted.begin())) {
+        gtk_overlay_remove_overlay(overlay, child);
+      }
+      child = next;
+    }
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+      if (gtk_widget_get_parent(wanted[i]) == widget()) continue;
+      if (i == 0) {
+        gtk_overlay_set_child(overlay, wanted[i]);
+      } else {
+        gtk_overlay_add_overlay(overlay, wanted[i]);
+      }
+    }
+  }
+
+ protected:
+  void updateContent(const Element&) override {}
+};
+
+class GridView : public GtkRenderedView {
+ public:
+  explicit GridView(const Element& element) : GtkRenderedView(gtk_grid_new()) { update(element); }
+
+  void setChildren(std::span<RenderedView* const> children) override {
+    const auto wanted = widgetsOf(children);
+    while (GtkWidget* child = gtk_widget_get_first_child(widget()))
+      gtk_grid_remove(GTK_GRID(widget()), child);
+    // Each row arrives as its cells, one behind the other; the description tells how many there are in each.
+    std::size_t next = 0;
+    int row = 0;
+    for (const auto& rowView : element().children) {
+      const std::size_t cells = std::holds_alternative<GroupContent>(rowView.element().content)
+                                    ? rowView.element().children.size()
+                                    : 1;
+      for (std::size_t column = 0; column < cells && next < wanted.size(); ++column, ++next) {
+        gtk_grid_attach(GTK_GRID(widget()), wanted[next], static_cast<int>(column), row, 1, 1);
+      }
+      ++row;
+    }
+  }
+
+ protected:
+  void updateContent(const Element& element) override {
+    const auto& content = contentOf<GridContent>(element);
+    gtk_grid_set_row_spacing(GTK_GRID(widget()), static_cast<guint>(std::lround(content.rowSpacing)));
+    gtk_grid_set_column_spacing(GTK_GRID(widget()), static_cast<guint>(std::lround(content.columnSpacing)));
+  }
+};
+
+class ScrollAreaView : public GtkRenderedView {
+ public:
+  explicit ScrollAreaView(const Element& element) : GtkRenderedView(gtk_scrolled_window_new()) {
+    gtk_scrolled_window_set_propagate_natural_width(GTK_SCROLLED_WINDOW(widget()), TRUE);
+    gtk_scrolled_window_set_propagate_natural_height(GTK_SCROLLED_WINDOW(widget()), TRUE);
+    gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(widget()), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
+    holder_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+    gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(widget()), holder_);
+    gtk_widget_set_vexpand(widget(), TRUE);
+    update(element);
+  }
+
+  void setChildren(std::span<RenderedView* const> children) override {
+    for (auto* child : children) static_cast<GtkRenderedView*>(child)->align(Axis::vertical, Alignment::fill);
+    arrangeChildren(holder_, widgetsOf(children), insertIntoBox, removeFromBox);
+  }
+
+ protected:
+  void updateContent(const Element&) override {}
+
+ private:
+  GtkWidget* holder_;
+};
+
+/// A view with a bubble that points at it.
+class BubbleView : public GtkRenderedView {
+ public:
+  explicit BubbleView(const Element& element) : GtkRenderedView(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)) {
+    bubble_ = gtk_popover_new();
+    g_object_ref_sink(bubble_);
+    holder_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+    gtk_popover_set_child(GTK_POPOVER(bubble_), holder_);
+    gtk_widget_set_parent(bubble_, widget());
+    g_signal_connect_swapped(bubble_, "closed", G_CALLBACK(+[](BubbleView* self) {
+                               if (!self->isUpdating()) {
+                                 contentOf<PopoverContent>(self->element()).isPresented.set(false);
+                               }
+                             }),
+                             this);
+    update(element);
+  }
+  ~BubbleView() override {
+    g_signal_handlers_disconnect_by_data(bubble_, this);
+    gtk_widget_unparent(bubble_);
+    g_object_unref(bubble_);
+  }
+
+  void setChildren(std::span<RenderedView* const> children) override {
+    if (children.empty()) return;
+    const auto wanted = widgetsOf(children);
+    static_cast<GtkRenderedView*>(children.front())->align(Axis::vertical, Alignment::fill);
+    if (gtk_widget_get_parent(wanted.front()) != widget()) {
+      gtk_box_insert_child_after(GTK_BOX(widget()), wanted.front(), nullptr);
+    }
+    arrangeChildren(holder_, std::span(wanted).subspan(1), insertIntoBox, removeFromBox);
+    const bool isPresented = contentOf<PopoverContent>(element()).isPresented.get() && children.size() > 1;
+    if (isPresented) {
+      gtk_popover_popup(GTK_POPOVER(bubble_));
+    } else {
+      gtk_popover_popdown(GTK_POPOVER(bubble_));
+    }
+  }
+
+ protected:
+  void updateContent(const Element&) override {}
+
+ private:
+  GtkWidget* bubble_;
+  GtkWidget* holder_;
+};
+
+/// The place of a platform view, which may leave for another place at any time.
+class HostedPlace : public GtkRenderedView {
+ public:
+  explicit HostedPlace(const Element& element)
+      : GtkRenderedView(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)),
+        view_(contentOf<HostedContent>(element).makeNSView()) {
+    gtk_widget_set_hexpand(widget(), TRUE);
+    gtk_widget_set_vexpand(widget(), TRUE);
+    if (auto* hosted = dynamic_cast<GtkViewBase*>(view_)) {
+      guest_ = hosted->widget();
+      g_object_ref(guest_);
+      if (GtkWidget* parent = gtk_widget_get_parent(guest_)) gtk_box_remove(GTK_BOX(parent), guest_);
+      gtk_widget_set_hexpand(guest_, TRUE);
+      gtk_widget_set_vexpand(guest_, TRUE);
+      gtk_box_append(GTK_BOX(widget()), guest_);
+    }
+    update(element);
+  }
+  ~HostedPlace() override {
+    if (guest_ == nullptr) return;
+    if (gtk_widget_get_parent(guest_) == widget()) gtk_box_remove(GTK_BOX(widget()), guest_);
+    g_object_unref(guest_);
+  }
+
+ protected:
+  void updateContent(const Element& element) override {
+    contentOf<HostedContent>(element).updateNSView(*view_);
+  }
+
+ private:
+  NSView* view_;
+  GtkWidget* guest_ = nullptr;
+};
+
+}  // namespace
+
+std::unique_ptr<GtkRenderedView> renderContainer(const Element& element) {
+  if (const auto* stack = std::get_if<StackContent>(&element.content)) {
+    if (stack->axis == Axis::depth) return std::make_unique<LayersView>(element);
+    return std::make_unique<StackView>(element);
+  }
+  if (std::holds_alternative<GridContent>(element.content)) return std::make_unique<GridView>(element);
+  if (std::holds_alternative<ScrollContent>(element.content))
+    return std::make_unique<ScrollAreaView>(element);
+  if (std::holds_alternative<PopoverContent>(element.content)) return std::make_unique<BubbleView>(element);
+  if (std::holds_alternative<HostedContent>(element.content)) return std::make_unique<HostedPlace>(element);
+  return nullptr;
+}
+
+}  // namespace platform

@@ -1,0 +1,351 @@
+#include "Platform/Gtk/GtkControls.h"
+
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkAssets.h"
+
+#include <cmath>
+
+namespace platform {
+
+namespace {
+
+template <class Content>
+const Content& contentOf(const Element& element) {
+  return std::get<Content>(element.content);
+}
+
+float xalign(Alignment alignment) {
+  if (alignment == Alignment::leading) return 0;
+  return alignment == Alignment::trailing ? 1 : 0.5F;
+}
+
+class LabelView : public GtkRenderedView {
+ public:
+  explicit LabelView(const Element& element) : GtkRenderedView(gtk_label_new(nullptr)) {
+    gtk_label_set_wrap(GTK_LABEL(widget()), TRUE);
+    gtk_label_set_wrap_mode(GTK_LABEL(widget()), PANGO_WRAP_WORD_CHAR);
+    update(element);
+  }
+
+ protected:
+  void updateContent(const Element& element) override {
+    auto* label = GTK_LABEL(widget());
+    const auto& m = element.modifiers;
+    gtk_label_set_text(label, contentOf<TextContent>(element).text.c_str());
+    gtk_label_set_xalign(label, xalign(m.frame.alignment.value_or(Alignment::center)));
+    const auto alignment = m.textAlignment.value_or(m.frame.alignment.value_or(Alignment::center));
+    gtk_label_set_justify(label, alignment == Alignment::leading    ? GTK_JUSTIFY_LEFT
+                                 : alignment == Alignment::trailing ? GTK_JUSTIFY_RIGHT
+                                                                    : GTK_JUSTIFY_CENTER);
+    // A label of a fixed width wraps at it, rather than asking for the width of its whole text.
+    gtk_label_set_max_width_chars(label, m.frame.width ? 1 : -1);
+    gtk_label_set_lines(label, m.lineLimit.value_or(-1));
+    gtk_label_set_ellipsize(label, m.lineLimit ? PANGO_ELLIPSIZE_END : PANGO_ELLIPSIZE_NONE);
+  }
+};
+
+class SymbolView : public GtkRenderedView {
+ public:
+  explicit SymbolView(const Element& element) : GtkRenderedView(gtk_image_new()) { update(element); }
+
+ protected:
+  void updateContent(const Element& element) override {
+    auto* image = GTK_IMAGE(widget());
+    gtk_image_set_from_icon_name(image, iconNameOfSymbol(contentOf<ImageContent>(element).name).c_str());
+    const auto& height = element.modifiers.frame.height;
+    gtk_image_set_pixel_size(image, height ? static_cast<int>(std::lround(*height)) : -1);
+  }
+};
+
+class PictureView : public GtkRenderedView {
+ public:
+  explicit PictureView(const Element& element) : GtkRenderedView(gtk_picture_new()) {
+    gtk_picture_set_can_shrink(GTK_PICTURE(widget()), TRUE);
+    update(element);
+  }
+
+ protected:
+  void updateContent(const Element& element) override {
+    const auto& name = contentOf<ImageContent>(element).name;
+    if (name == name_) return;
+    name_ = name;
+    gtk_picture_set_filename(GTK_PICTURE(widget()), fileOfImage(name).c_str());
+  }
+
+ private:
+  std::string name_;
+};
+
+class ButtonView : public GtkRenderedView {
+ public:
+  explicit ButtonView(const Element& element) : GtkRenderedView(gtk_button_new()) {
+    g_signal_connect_swapped(widget(), "clicked", G_CALLBACK(+[](ButtonView* self) {
+                               // A copy: the action may replace this very button.
+                               const auto action = contentOf<ButtonContent>(self->element()).action;
+                               if (action) action();
+                             }),
+                             this);
+    update(element);
+  }
+
+  void setChildren(std::span<RenderedView* const> children) override {
+    const auto wanted = widgetsOf(children);
+    GtkWidget* label = wanted.empty() ? nullptr : wanted.front();
+    if (label != nullptr)
+      static_cast<GtkRenderedView*>(children.front())->align(Axis::depth, Alignment::center);
+    if (gtk_button_get_child(GTK_BUTTON(widget())) != label)
+      gtk_button_set_child(GTK_BUTTON(widget()), label);
+  }
+
+ protected:
+  void updateContent(const Element& element) override {
+    const auto style = contentOf<ButtonContent>(element).style;
+    gtk_button_set_has_frame(GTK_BUTTON(widget()), style != ButtonStyle::borderless);
+    if (style == ButtonStyle::prominent) {
+      gtk_widget_add_css_class(widget(), "suggested-action");
+    } else {
+      gtk_widget_remove_css_class(widget(), "suggested-action");
+    }
+  }
+};
+
+class FieldView : public GtkRenderedView {
+ public:
+  explicit FieldView(const Element& element) : GtkRenderedView(gtk_entry_new()) {
+    gtk_widget_set_hexpand(widget(), TRUE);
+    g_signal_connect_swapped(widget(), "changed", G_CALLBACK(+[](FieldView* self) {
+                               if (self->isUpdating()) return;
+                               const auto binding = contentOf<TextFieldContent>(self->element()).text;
+                               binding.set(gtk_editable_get_text(GTK_EDITABLE(self->widget())));
+                             }),
+                             this);
+    g_signal_connect_swapped(widget(), "activate", G_CALLBACK(+[](FieldView* self) {
+                               const auto action = contentOf<TextFieldContent>(self->element()).onCommit;
+                               if (action) action();
+                             }),
+                             this);
+    update(element);
+  }
+
+ protected:
+  GtkWidget* focusWidget() const override {
+    return GTK_WIDGET(gtk_editable_get_delegate(GTK_EDITABLE(widget())));
+  }
+  void updateContent(const Element& element) override {
+    const auto& content = contentOf<TextFieldContent>(element);
+    auto* entry = GTK_ENTRY(widget());
+    gtk_entry_set_placeholder_text(entry, content.placeholder.c_str());
+    gtk_entry_set_visibility(entry, !content.isSecure);
+    gtk_entry_set_has_frame(entry, !content.isPlain);
+    // Setting the text that it has would lose the cursor, the selection and a composition under way.
+    const auto text = content.text.get();
+    if (text != gtk_editable_get_text(GTK_EDITABLE(entry))) {
+      gtk_editable_set_text(GTK_EDITABLE(entry), text.c_str());
+      gtk_editable_set_position(GTK_EDITABLE(entry), -1);
+    }
+  }
+};
+
+class EditorView : public GtkRenderedView {
+ public:
+  explicit EditorView(const Element& element) : GtkRenderedView(gtk_scrolled_window_new()) {
+    editor_ = gtk_text_view_new();
+    gtk_text_view_set_wrap_mode(GTK_TEXT_VIEW(editor_), GTK_WRAP_WORD_CHAR);
+    gtk_text_view_set_left_margin(GTK_TEXT_VIEW(editor_), 8);
+    gtk_text_view_set_right_margin(GTK_TEXT_VIEW(editor_), 8);
+    gtk_text_view_set_top_margin(GTK_TEXT_VIEW(editor_), 8);
+    gtk_text_view_set_bottom_margin(GTK_TEXT_VIEW(editor_), 8);
+    gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(widget()), editor_);
+    gtk_widget_set_hexpand(widget(), TRUE);
+    gtk_widget_set_vexpand(widget(), TRUE);
+    g_signal_connect_swapped(buffer(), "changed", G_CALLBACK(+[](EditorView* self) {
+                               if (self->isUpdating()) return;
+                               const auto binding = contentOf<TextEditorContent>(self->element()).text;
+                               binding.set(self->text());
+                             }),
+                             this);
+    update(element);
+  }
+  ~EditorView() override { g_signal_handlers_disconnect_by_data(buffer(), this); }
+
+ protected:
+  GtkWidget* focusWidget() const override { return editor_; }
+  void updateContent(const Element& element) override {
+    const auto wanted = contentOf<TextEditorContent>(element).text.get();
+    if (wanted != text()) gtk_text_buffer_set_text(buffer(), wanted.data(), static_cast<int>(wanted.size()));
+  }
+
+ private:
+  GtkTextBuffer* buffer() const { return gtk_text_view_get_buffer(GTK_TEXT_VIEW(editor_)); }
+  std::string text() const {
+    GtkTextIter start;
+    GtkTextIter end;
+    gtk_text_buffer_get_bounds(buffer(), &start, &end);
+    const GStringPtr text(gtk_text_buffer_get_text(buffer(), &start, &end, TRUE));
+    return text.get();
+  }
+
+  GtkWidget* editor_;
+};
+
+class MenuPickerView : public GtkRenderedView {
+ public:
+  explicit MenuPickerView(const Element& element) : GtkRenderedView(gtk_drop_down_new(nullptr, nullptr)) {
+    g_signal_connect_swapped(widget(), "notify::selected", G_CALLBACK(+[](MenuPickerView* self) {
+                               const auto selected =
+                                   gtk_drop_down_get_selected(GTK_DROP_DOWN(self->widget()));
+                               if (self->isUpdating() || selected == GTK_INVALID_LIST_POSITION) return;
+                               const auto binding = contentOf<PickerContent>(self->element()).selection;
+                               binding.set(static_cast<int>(selected));
+                             }),
+                             this);
+    update(element);
+  }
+
+ protected:
+  void updateContent(const Element& element) override {
+    const auto& content = contentOf<PickerContent>(element);
+    if (content.options != options_) {
+      options_ = content.options;
+      const auto list = GObjectPtr<GtkStringList>::adopt(gtk_string_list_new(nullptr));
+      for (const auto& option : options_) gtk_string_list_append(list.get(), option.c_str());
+      gtk_drop_down_set_model(GTK_DROP_DOWN(widget()), G_LIST_MODEL(list.get()));
+    }
+    gtk_drop_down_set_selected(GTK_DROP_DOWN(widget()), static_cast<guint>(content.selection.get()));
+  }
+
+ private:
+  std::vector<std::string> options_;
+};
+
+/// Radio buttons below one another, or joined buttons in a row.
+class ChoiceView : public GtkRenderedView {
+ public:
+  explicit ChoiceView(const Element& element)
+      : GtkRenderedView(
+            gtk_box_new(isSegmented(element) ? GTK_ORIENTATION_HORIZONTAL : GTK_ORIENTATION_VERTICAL, 0)) {
+    if (isSegmented(element)) gtk_widget_add_css_class(widget(), "linked");
+    update(element);
+  }
+  ~ChoiceView() override { disconnect(); }
+
+ protected:
+  void updateContent(const Element& element) override {
+    const auto& content = contentOf<PickerContent>(element);
+    if (content.options != options_) rebuild(content);
+    const auto selected = content.selection.get();
+    for (std::size_t i = 0; i < buttons_.size(); ++i) {
+      g_object_set(buttons_[i], "active", static_cast<int>(i) == selected, nullptr);
+    }
+  }
+
+ private:
+  static bool isSegmented(const Element& element) {
+    return contentOf<PickerContent>(element).style == PickerStyle::segmented;
+  }
+
+  void disconnect() {
+    for (auto* button : buttons_) g_signal_handlers_disconnect_by_data(button, this);
+  }
+
+  void rebuild(const PickerContent& content) {
+    disconnect();
+    for (auto* button : buttons_) gtk_box_remove(GTK_BOX(widget()), button);
+    buttons_.clear();
+    options_ = content.options;
+    for (const auto& option : options_) {
+      GtkWidget* button = content.style == PickerStyle::segmented
+                              ? gtk_toggle_button_new_with_label(option.c_str())
+                              : gtk_check_button_new_with_label(option.c_str());
+      if (!buttons_.empty() && content.style == PickerStyle::segmented) {
+        gtk_toggle_button_set_group(GTK_TOGGLE_BUTTON(button), GTK_TOGGLE_BUTTON(buttons_.front()));
+      } else if (!buttons_.empty()) {
+        gtk_check_button_set_group(GTK_CHECK_BUTTON(button), GTK_CHECK_BUTTON(buttons_.front()));
+      }
+      gtk_box_append(GTK_BOX(widget()), button);
+      g_signal_connect_swapped(button, "toggled", G_CALLBACK(+[](ChoiceView* self) { self->toggled(); }),
+                               this);
+      buttons_.push_back(button);
+    }
+  }
+
+  void toggled() {
+    if (isUpdating()) return;
+    for (std::size_t i = 0; i < buttons_.size(); ++i) {
+      gboolean isActive = FALSE;
+      g_object_get(buttons_[i], "active", &isActive, nullptr);
+      if (!isActive) continue;
+      const auto binding = contentOf<PickerContent>(element()).selection;
+      if (binding.get() != static_cast<int>(i)) binding.set(static_cast<int>(i));
+      return;
+    }
+  }
+
+  std::vector<std::string> options_;
+  std::vector<GtkWidget*> buttons_;
+};
+
+class CheckBoxView : public GtkRenderedView {
+ public:
+  explicit CheckBoxView(const Element& element) : GtkRenderedView(gtk_check_button_new()) {
+    g_signal_connect_swapped(widget(), "toggled", G_CALLBACK(+[](CheckBoxView* self) {
+                               if (self->isUpdating()) return;
+                               const auto binding = contentOf<CheckBoxContent>(self->element()).isOn;
+                               binding.set(gtk_check_button_get_active(GTK_CHECK_BUTTON(self->widget())));
+                             }),
+                             this);
+    update(element);
+  }
+
+ protected:
+  void updateContent(const Element& element) override {
+    const auto& content = contentOf<CheckBoxContent>(element);
+    gtk_check_button_set_label(GTK_CHECK_BUTTON(widget()), content.title.c_str());
+    gtk_check_button_set_active(GTK_CHECK_BUTTON(widget()), content.isOn.get());
+  }
+};
+
+/// A kind that is all there is to it.
+class PlainView : public GtkRenderedView {
+ public:
+  PlainView(const Element& element, GtkWidget* plain) : GtkRenderedView(plain) { update(element); }
+
+ protected:
+  void updateContent(const Element&) override {}
+};
+
+GtkWidget* spinner() {
+  GtkWidget* widget = gtk_spinner_new();
+  gtk_spinner_start(GTK_SPINNER(widget));
+  return widget;
+}
+
+}  // namespace
+
+std::unique_ptr<GtkRenderedView> renderControl(const Element& element) {
+  const auto& content = element.content;
+  if (std::holds_alternative<TextContent>(content)) return std::make_unique<LabelView>(element);
+  if (const auto* image = std::get_if<ImageContent>(&content)) {
+    if (image->source == ImageContent::Source::symbol) return std::make_unique<SymbolView>(element);
+    return std::make_unique<PictureView>(element);
+  }
+  if (std::holds_alternative<ButtonContent>(content)) return std::make_unique<ButtonView>(element);
+  if (std::holds_alternative<TextFieldContent>(content)) return std::make_unique<FieldView>(element);
+  if (std::holds_alternative<TextEditorContent>(content)) return std::make_unique<EditorView>(element);
+  if (const auto* picker = std::get_if<PickerContent>(&content)) {
+    if (picker->style == PickerStyle::menu) return std::make_unique<MenuPickerView>(element);
+    return std::make_unique<ChoiceView>(element);
+  }
+  if (std::holds_alternative<CheckBoxContent>(content)) return std::make_unique<CheckBoxView>(element);
+  if (std::holds_alternative<ProgressContent>(content))
+    return std::make_unique<PlainView>(element, spinner());
+  if (std::holds_alternative<DividerContent>(content)) {
+    return std::make_unique<PlainView>(element, gtk_separator_new(GTK_ORIENTATION_HORIZONTAL));
+  }
+  if (std::holds_alternative<SpacerContent>(content)) {
+    return std::make_unique<PlainView>(element, gtk_box_new(GTK_ORIENTATION_VERTICAL, 0));
+  }
+  return nullptr;
+}
+
+}  // namespace platform

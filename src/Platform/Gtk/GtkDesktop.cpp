@@ -1,0 +1,111 @@
+#include "Platform/Gtk/GtkDesktop.h"
+
+#include "Platform/DebugLog.h"
+#include "Platform/Gtk/GObjectPtr.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+constexpr const char* notificationPath = "/com/tarnvale/Velkin";
+constexpr const char* notificationInterface = "com.tarnvale.Velkin.Notifications";
+constexpr const char* notificationSignal = "Posted";
+constexpr const char* ourPrefix = "com.tarnvale.";
+constexpr int answerTime = 500;
+
+}  // namespace
+
+bool GtkWorkspace::open(const URL& url) {
+  GError* raw = nullptr;
+  const bool isOpened =
+      g_app_info_launch_default_for_uri(url.absoluteString().c_str(), nullptr, &raw) != FALSE;
+  const GErrorPtr error(raw);
+  if (error) debugLog("GtkDesktop", "open(_:)", url.absoluteString() + ": " + error->message);
+  return isOpened;
+}
+
+std::vector<NSRunningApplication> GtkWorkspace::runningApplications() {
+  std::vector<NSRunningApplication> running;
+  auto* connection = connection_();
+  if (connection == nullptr) return running;
+  const GVariantPtr reply(g_dbus_connection_call_sync(
+      connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames",
+      nullptr, G_VARIANT_TYPE("(as)"), G_DBUS_CALL_FLAGS_NONE, answerTime, nullptr, nullptr));
+  if (!reply) return running;
+  GVariantIter* names = nullptr;
+  g_variant_get(reply.get(), "(as)", &names);
+  const char* name = nullptr;
+  while (g_variant_iter_next(names, "&s", &name)) {
+    if (g_str_has_prefix(name, ourPrefix)) running.push_back({name});
+  }
+  g_variant_iter_free(names);
+  return running;
+}
+
+class BusNotificationCenter::ObserverToken : public Token {
+ public:
+  explicit ObserverToken(std::shared_ptr<Action> action) : action_(std::move(action)) {}
+
+ private:
+  std::shared_ptr<Action> action_;
+};
+
+BusNotificationCenter::BusNotificationCenter(std::function<GDBusConnection*()> connection)
+    : connection_(std::move(connection)) {}
+
+BusNotificationCenter::~BusNotificationCenter() {
+  if (subscription_ != 0) g_dbus_connection_signal_unsubscribe(connection_(), subscription_);
+}
+
+void BusNotificationCenter::post(const std::string& name, const std::string& object) {
+  auto* connection = connection_();
+  if (connection == nullptr) {
+    deliver(name, object);
+    return;
+  }
+  // Comes back to this process's own observers by the bus, as it does to everybody's.
+  g_dbus_connection_emit_signal(connection, nullptr, notificationPath, notificationInterface,
+                                notificationSignal, g_variant_new("(ss)", name.c_str(), object.c_str()),
+                                nullptr);
+}
+
+void BusNotificationCenter::subscribe() {
+  auto* connection = connection_();
+  if (connection == nullptr || subscription_ != 0) return;
+  subscription_ = g_dbus_connection_signal_subscribe(
+      connection, nullptr, notificationInterface, notificationSignal, notificationPath, nullptr,
+      G_DBUS_SIGNAL_FLAGS_NONE,
+      [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters,
+         gpointer self) {
+        const char* name = nullptr;
+        const char* object = nullptr;
+        if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ss)"))) return;
+        g_variant_get(parameters, "(&s&s)", &name, &object);
+        static_cast<BusNotificationCenter*>(self)->deliver(name, object);
+      },
+      this, nullptr);
+}
+
+std::unique_ptr<NSDistributedNotificationCenter::Token> BusNotificationCenter::addObserver(
+    const std::string& name, std::function<void(const std::string& object)> action) {
+  subscribe();
+  std::erase_if(observers_, [](const auto& entry) { return entry.second.expired(); });
+  auto shared = std::make_shared<Action>(std::move(action));
+  observers_.emplace(name, shared);
+  return std::make_unique<ObserverToken>(std::move(shared));
+}
+
+void BusNotificationCenter::deliver(const std::string& name, const std::string& object) {
+  std::vector<std::shared_ptr<Action>> present;
+  const auto [first, last] = observers_.equal_range(name);
+  for (auto it = first; it != last; ++it) {
+    if (auto action = it->second.lock()) present.push_back(std::move(action));
+  }
+  for (const auto& action : present) (*action)(object);
+}
+
+}  // namespace platform

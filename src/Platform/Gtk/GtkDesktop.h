@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Platform/NSDistributedNotificationCenter.h"
+#include "Platform/NSWorkspace.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include <gio/gio.h>
+
+namespace platform {
+
+class GtkWorkspace : public NSWorkspace {
+ public:
+  explicit GtkWorkspace(std::function<GDBusConnection*()> connection) : connection_(std::move(connection)) {}
+
+  bool open(const URL& url) override;
+  std::vector<NSRunningApplication> runningApplications() override;
+
+ private:
+  std::function<GDBusConnection*()> connection_;
+};
+
+/// Notifications as signals on the session bus; without one, they stay in the process.
+class BusNotificationCenter : public NSDistributedNotificationCenter {
+ public:
+  explicit BusNotificationCenter(std::function<GDBusConnection*()> connection);
+  ~BusNotificationCenter() override;
+  BusNotificationCenter(const BusNotificationCenter&) = delete;
+  BusNotificationCenter& operator=(const BusNotificationCenter&) = delete;
+
+  void post(const std::string& name, const std::string& object) override;
+  std::unique_ptr<Token> addObserver(const std::string& name,
+                                     std::function<void(const std::string& object)> action) override;
+
+  /// To the observers in this process alone.
+  void deliver(const std::string& name, const std::string& object);
+
+ private:
+  class ObserverToken;
+  using Action = std::function<void(const std::string&)>;
+
+  void subscribe();
+
+  std::function<GDBusConnection*()> connection_;
+  unsigned subscription_ = 0;
+  std::multimap<std::string, std::weak_ptr<Action>> observers_;
+};
+
+}  // namespace platform

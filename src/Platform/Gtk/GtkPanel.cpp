@@ -1,0 +1,117 @@
+#include "Platform/Gtk/GtkPanel.h"
+
+#include "Platform/Gtk/GtkViewBase.h"
+#include "Platform/Gtk/X11Desktop.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace platform {
+
+GtkPanel::GtkPanel(NSRect contentRect, std::uint32_t styleMask)
+    : frame_(contentRect), styleMask_(styleMask) {}
+
+GtkPanel::~GtkPanel() {
+  if (window_ == nullptr) return;
+  g_signal_handlers_disconnect_by_data(window_, this);
+  controller_.reset();
+  gtk_window_destroy(window_);
+}
+
+NSRect GtkPanel::frame() const {
+  NSRect now = frame_;
+  if (controller_ && controller_->isViewLoaded()) {
+    const auto size = controller_->view().frame().size;
+    now.size.width = std::max(now.size.width, size.width);
+    now.size.height = std::max(now.size.height, size.height);
+  }
+  return now;
+}
+
+void GtkPanel::setFrameOrigin(NSPoint origin) {
+  frame_.origin = origin;
+  if (isVisible_) moveToFrame(false);
+}
+
+void GtkPanel::setTitle(std::string title) {
+  title_ = std::move(title);
+  if (window_ != nullptr) gtk_window_set_title(window_, title_.c_str());
+}
+
+void GtkPanel::setContentViewController(std::shared_ptr<NSViewController> controller) {
+  controller_ = std::move(controller);
+  if (controller_) controller_->view();
+  if (window_ != nullptr) installContent();
+}
+
+void GtkPanel::ensureWindow() {
+  if (window_ != nullptr) return;
+  window_ = GTK_WINDOW(gtk_window_new());
+  gtk_window_set_title(window_, title_.c_str());
+  gtk_window_set_decorated(window_, (styleMask_ & closable) != 0);
+  gtk_window_set_resizable(window_, FALSE);
+  gtk_widget_add_css_class(GTK_WIDGET(window_), "velkin-panel");
+  g_signal_connect(window_, "close-request", G_CALLBACK(+[](GtkWindow*, gpointer self) -> gboolean {
+                     static_cast<GtkPanel*>(self)->close();
+                     return TRUE;
+                   }),
+                   this);
+  g_signal_connect_swapped(window_, "map", G_CALLBACK(+[](GtkPanel* self) { self->onMapped(); }), this);
+  installContent();
+}
+
+void GtkPanel::installContent() {
+  auto* view = controller_ ? dynamic_cast<GtkViewBase*>(&controller_->view()) : nullptr;
+  // In a box of its own: a view leaves its window by leaving a box.
+  GtkWidget* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  gtk_widget_set_size_request(box, static_cast<int>(frame_.size.width), static_cast<int>(frame_.size.height));
+  if (view != nullptr) gtk_box_append(GTK_BOX(box), view->widget());
+  gtk_window_set_child(window_, box);
+}
+
+void GtkPanel::moveToFrame(bool beforeMap) {
+  if (!X11Desktop::isAvailable()) return;
+  std::size_t primary = 0;
+  const auto monitors = X11Desktop::monitors(primary);
+  if (monitors.empty()) return;
+  const auto& monitor = monitors[primary];
+  const int scale = X11Desktop::scale();
+  const auto size = frame().size;
+  // The program counts from the bottom left; the window system from the top left.
+  const PixelPoint place{
+      monitor.x + static_cast<int>(std::lround(frame_.origin.x)) * scale,
+      monitor.y + monitor.height - static_cast<int>(std::lround(frame_.origin.y + size.height)) * scale};
+  if (beforeMap) {
+    X11Desktop::setPositionHint(window_, place);
+  } else {
+    X11Desktop::move(window_, place);
+  }
+}
+
+void GtkPanel::onMapped() {
+  if (!X11Desktop::isAvailable()) return;
+  moveToFrame(false);
+  if (isFloating_) X11Desktop::keepAbove(window_);
+}
+
+void GtkPanel::makeKeyAndOrderFront() {
+  ensureWindow();
+  gtk_widget_realize(GTK_WIDGET(window_));
+  if (X11Desktop::isAvailable()) {
+    X11Desktop::setSkipsTaskbar(window_, true);
+    moveToFrame(true);
+  }
+  isVisible_ = true;
+  gtk_window_present(window_);
+}
+
+void GtkPanel::close() {
+  if (!isVisible_) return;
+  // The delegate may let go of what is inside; the panel itself stays its owner's.
+  if (delegate != nullptr) delegate->windowWillClose(*this);
+  isVisible_ = false;
+  if (window_ != nullptr) gtk_widget_set_visible(GTK_WIDGET(window_), FALSE);
+}
+
+}  // namespace platform

@@ -1,0 +1,243 @@
+#include "Platform/Gtk/GtkPlatform.h"
+
+#include "Platform/DebugLog.h"
+#include "Platform/FatalError.h"
+#include "Platform/FileUserDefaults.h"
+#include "Platform/Gtk/GtkHostingView.h"
+#include "Platform/Gtk/GtkPanel.h"
+#include "Platform/Gtk/GtkWebView.h"
+#include "Platform/Gtk/PopoverWindow.h"
+#include "Platform/Gtk/ProgramFolders.h"
+#include "Platform/Gtk/SoupURLSession.h"
+#include "Platform/Gtk/StatusNotifierItem.h"
+#include "Platform/Gtk/WebEngine.h"
+#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/NSAppearance.h"
+#include "Platform/NSScreen.h"
+#include "platform/BundleInfo.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+#include <adwaita.h>
+
+namespace platform {
+
+namespace {
+
+/// A panel that starts with the session may come some seconds after the programs that start with it.
+constexpr double trayPatience = 4;
+/// The toolkit waits for the tray's answer at the most this long.
+constexpr double registrationPatience = 0.3;
+
+std::filesystem::path fatalErrorFile() { return ProgramFolders::userState() / "fatal-error"; }
+
+[[noreturn]] void endWithMessage(const std::string& message) {
+  std::fprintf(stderr, "velkin: %s\n", message.c_str());
+  std::fflush(stderr);
+  std::_Exit(1);
+}
+
+}  // namespace
+
+GtkPlatform::GtkPlatform()
+    : workspace_([this] { return application_.connection(); }),
+      notifications_([this] { return application_.connection(); }) {
+  bundle_ = {bundle::identifier, bundle::shortVersion, bundle::buildNumber, bundle::creationDate};
+  g_set_prgname("velkin");
+  g_set_application_name("Velkin");
+  application_.willLaunch = [this] {
+    if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr) {
+      endWithMessage("There is no display. Start Velkin from a graphical session.");
+    }
+    appearance_.readFromDesktop(application_.connection());
+  };
+  install(this);
+}
+
+GtkPlatform::~GtkPlatform() { install(nullptr); }
+
+GtkPlatform& GtkPlatform::shared() { return static_cast<GtkPlatform&>(Platform::current()); }
+
+double GtkPlatform::now() const {
+  return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+NSUserDefaults& GtkPlatform::standardUserDefaults() {
+  if (!defaults_) {
+    defaults_ = std::make_unique<FileUserDefaults>(ProgramFolders::userConfig() /
+                                                   (std::string(bundle::identifier) + ".plist"));
+  }
+  return *defaults_;
+}
+
+NSURLSession& GtkPlatform::sharedURLSession() {
+  if (!urlSession_) urlSession_ = std::make_unique<SoupURLSession>();
+  return *urlSession_;
+}
+
+std::optional<NSAppearance> GtkPlatform::currentAppearance() const {
+  return NSAppearance{appearance_.isDark() ? NSAppearanceNameDarkAqua : NSAppearanceNameAqua};
+}
+
+std::vector<NSScreen> GtkPlatform::screens() const {
+  std::vector<NSScreen> screens;
+  if (!isToolkitRunning_) return screens;
+  if (!X11Desktop::isAvailable()) {
+    GListModel* monitors = gdk_display_get_monitors(gdk_display_get_default());
+    for (guint i = 0; i < g_list_model_get_n_items(monitors); ++i) {
+      const auto monitor =
+          GObjectPtr<GdkMonitor>::adopt(static_cast<GdkMonitor*>(g_list_model_get_item(monitors, i)));
+      GdkRectangle area;
+      gdk_monitor_get_geometry(monitor.get(), &area);
+      const NSRect frame{{0, 0}, {static_cast<double>(area.width), static_cast<double>(area.height)}};
+      screens.push_back({frame, frame});
+    }
+    return screens;
+  }
+  std::size_t primary = 0;
+  const auto monitors = X11Desktop::monitors(primary);
+  const auto struts = X11Desktop::struts();
+  const double scale = X11Desktop::scale();
+  PixelRect desktop;
+  for (const auto& monitor : monitors) {
+    desktop.width = std::max(desktop.width, monitor.x + monitor.width);
+    desktop.height = std::max(desktop.height, monitor.y + monitor.height);
+  }
+  if (monitors.empty()) return screens;
+  const auto& main = monitors[primary];
+  // The main screen's bottom left corner is where all screens are counted from.
+  const auto flipped = [&](const PixelRect& r) {
+    return NSRect{{(r.x - main.x) / scale, (main.y + main.height - r.y - r.height) / scale},
+                  {r.width / scale, r.height / scale}};
+  };
+  for (const auto& monitor : monitors) {
+    screens.push_back({flipped(monitor), flipped(workArea(monitor, struts, desktop))});
+  }
+  std::swap(screens.front(), screens[primary]);
+  return screens;
+}
+
+std::optional<NSScreen> GtkPlatform::mainScreen() const {
+  auto all = screens();
+  if (all.empty()) return std::nullopt;
+  return all.front();
+}
+
+std::unique_ptr<NSStatusItem> GtkPlatform::makeStatusItem(double length) {
+  auto item = std::make_unique<StatusNotifierItem>(
+      length, application_.connection(),
+      StatusNotifierItem::Events{[this] { queue_.async([this] { startToolkit(); }); },
+                                 [this](bool hasTray) { trayChanged(hasTray); }});
+  statusItem_ = item.get();
+  statusItem_->shouldIgnoreClick = [this] { return popover_ != nullptr && popover_->wasClosedByThisClick(); };
+  queue_.asyncAfter(registrationPatience, [this] { startToolkit(); });
+  trayTimer_ = queue_.timer(trayPatience, [this] {
+    if (!hasTray()) tellThatThereIsNoTray();
+  });
+  return item;
+}
+
+bool GtkPlatform::hasTray() const { return statusItem_ != nullptr && statusItem_->hasTray(); }
+
+void GtkPlatform::trayChanged(bool hasTray) {
+  debugLog("GtkPlatform", "trayChanged(_:)", hasTray ? "The tray shows the icon" : "The tray is gone");
+}
+
+void GtkPlatform::tellThatThereIsNoTray() {
+  if (std::exchange(hasToldOfNoTray_, true)) return;
+  startToolkit();
+  debugLog("GtkPlatform", "tellThatThereIsNoTray()", "This desktop has no system tray");
+  GtkWidget* notice = adw_message_dialog_new(nullptr, "There is no system tray", nullptr);
+  adw_message_dialog_set_body(
+      ADW_MESSAGE_DIALOG(notice),
+      "Velkin runs, but this desktop shows no tray icons. Start Velkin again to open its "
+      "window, and once more to close it. The icon appears as soon as there is a tray.");
+  adw_message_dialog_add_responses(ADW_MESSAGE_DIALOG(notice), "close", "Close", nullptr);
+  gtk_window_set_title(GTK_WINDOW(notice), "Velkin");
+  gtk_window_present(GTK_WINDOW(notice));
+}
+
+std::unique_ptr<NSPopover> GtkPlatform::makePopover() {
+  auto popover = std::make_unique<PopoverWindow>(
+      PopoverWindow::Surroundings{[this] { return hasTray(); },
+                                  [this]() -> std::optional<PixelPoint> {
+                                    if (statusItem_ == nullptr) return std::nullopt;
+                                    const auto click = statusItem_->lastClick();
+                                    if (click == NSPoint{}) return std::nullopt;
+                                    return PixelPoint{static_cast<int>(click.x), static_cast<int>(click.y)};
+                                  },
+                                  [this](std::function<void()> work) { whenToolkitReady(std::move(work)); }});
+  popover_ = popover.get();
+  return popover;
+}
+
+std::unique_ptr<NSPanel> GtkPlatform::makePanel(NSRect contentRect, std::uint32_t styleMask) {
+  return std::make_unique<GtkPanel>(contentRect, styleMask);
+}
+
+std::unique_ptr<WKWebView> GtkPlatform::makeWebView(NSRect frame, WKWebViewConfiguration configuration) {
+  return std::make_unique<GtkWebView>(
+      frame, std::move(configuration), +[]() -> WebEngine& { return shared().webEngine(); });
+}
+
+std::unique_ptr<NSHostingView> GtkPlatform::makeHostingView(View root) {
+  startToolkit();
+  return std::make_unique<GtkHostingView>(std::move(root));
+}
+
+void GtkPlatform::startToolkit() {
+  if (isToolkitRunning_) return;
+  // A window can be put at its icon only by way of X11, so that comes first where a session offers both.
+  gdk_set_allowed_backends("x11,wayland,*");
+  if (!gtk_init_check())
+    endWithMessage("The display can't be opened. Start Velkin from a graphical session.");
+  adw_init();
+  isToolkitRunning_ = true;
+  appearance_.followToolkit([this] { notifications_.deliver(interfaceThemeChangedNotification, ""); });
+  for (const auto& work : std::exchange(waitingForToolkit_, {})) work();
+}
+
+void GtkPlatform::whenToolkitReady(std::function<void()> work) {
+  if (isToolkitRunning_) {
+    work();
+  } else {
+    waitingForToolkit_.push_back(std::move(work));
+  }
+}
+
+WebEngine& GtkPlatform::webEngine() {
+  if (!webEngine_) {
+    startToolkit();
+    if (std::string reason; !WebEngine::canSandbox(reason)) {
+      endWithMessage("Web pages can't be shown, because their sandbox can't start: " + reason +
+                     "\nVelkin needs bubblewrap (bwrap) and the right to make user namespaces.");
+    }
+    webEngine_ = std::make_unique<WebEngine>(+[]() -> PopoverWindow& { return *shared().popover_; });
+  }
+  return *webEngine_;
+}
+
+void GtkPlatform::noteFatalError(std::string_view message) noexcept {
+  std::error_code error;
+  std::filesystem::create_directories(ProgramFolders::userState(), error);
+  std::ofstream(fatalErrorFile()) << message << '\n';
+}
+
+std::optional<std::string> GtkPlatform::takeLastFatalError() {
+  std::ifstream input(fatalErrorFile());
+  if (!input) return std::nullopt;
+  std::string message;
+  std::getline(input, message);
+  std::error_code error;
+  std::filesystem::remove(fatalErrorFile(), error);
+  return message;
+}
+
+}  // namespace platform

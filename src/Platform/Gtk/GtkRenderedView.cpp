@@ -1,0 +1,224 @@
+#include "Platform/Gtk/GtkRenderedView.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace platform {
+
+namespace {
+
+int pixels(double length) { return static_cast<int>(std::lround(length)); }
+
+GtkAlign gtkAlign(Alignment alignment) {
+  switch (alignment) {
+    case Alignment::leading:
+    case Alignment::top:
+      return GTK_ALIGN_START;
+    case Alignment::trailing:
+    case Alignment::bottom:
+      return GTK_ALIGN_END;
+    case Alignment::fill:
+      return GTK_ALIGN_FILL;
+    case Alignment::center:
+      break;
+  }
+  return GTK_ALIGN_CENTER;
+}
+
+}  // namespace
+
+GtkRenderedView::GtkRenderedView(GtkWidget* widget) : widget_(widget) { g_object_ref_sink(widget_); }
+
+GtkRenderedView::~GtkRenderedView() {
+  g_signal_handlers_disconnect_by_data(widget_, this);
+  // Containers without a protocol of their own for leaving take any child out by this.
+  if (GtkWidget* parent = gtk_widget_get_parent(widget_)) {
+    if (GTK_IS_BOX(parent)) {
+      gtk_box_remove(GTK_BOX(parent), widget_);
+    } else if (GTK_IS_GRID(parent)) {
+      gtk_grid_remove(GTK_GRID(parent), widget_);
+    } else if (GTK_IS_BUTTON(parent)) {
+      gtk_button_set_child(GTK_BUTTON(parent), nullptr);
+    } else if (GTK_IS_OVERLAY(parent)) {
+      if (gtk_overlay_get_child(GTK_OVERLAY(parent)) == widget_) {
+        gtk_overlay_set_child(GTK_OVERLAY(parent), nullptr);
+      } else {
+        gtk_overlay_remove_overlay(GTK_OVERLAY(parent), widget_);
+      }
+    } else {
+      gtk_widget_unparent(widget_);
+    }
+  }
+  g_object_unref(widget_);
+}
+
+void GtkRenderedView::setChildren(std::span<RenderedView* const>) {}
+
+void GtkRenderedView::update(const Element& element) {
+  element_ = element;
+  isUpdating_ = true;
+  updateContent(element_);
+  applyModifiers();
+  isUpdating_ = false;
+}
+
+void GtkRenderedView::applyModifiers() {
+  const auto& m = element_.modifiers;
+  style_.apply(widget_, m);
+  const bool hasPaddingInside = m.background || m.border;
+  const auto around = hasPaddingInside ? m.margin : m.margin + m.padding;
+  gtk_widget_set_margin_top(widget_, pixels(around.top));
+  gtk_widget_set_margin_bottom(widget_, pixels(around.bottom));
+  gtk_widget_set_margin_start(widget_, pixels(around.leading));
+  gtk_widget_set_margin_end(widget_, pixels(around.trailing));
+  gtk_widget_set_opacity(widget_, m.opacity.value_or(1));
+  gtk_widget_set_tooltip_text(widget_, m.help.empty() ? nullptr : m.help.c_str());
+  gtk_widget_set_sensitive(widget_, !m.isDisabled);
+  if (m.cornerRadius) gtk_widget_set_overflow(widget_, GTK_OVERFLOW_HIDDEN);
+  const auto& label = m.label.empty() ? m.help : m.label;
+  if (!label.empty()) {
+    gtk_accessible_update_property(GTK_ACCESSIBLE(focusWidget()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   label.c_str(), -1);
+  }
+  applyFrame(m);
+  ensureGestures();
+  applyFocus();
+}
+
+void GtkRenderedView::applyFrame(const Modifiers& m) {
+  const auto& f = m.frame;
+  const auto least = [](const std::optional<double>& fixed, const std::optional<double>& minimum) {
+    if (fixed) return pixels(*fixed);
+    return minimum ? pixels(*minimum) : -1;
+  };
+  gtk_widget_set_size_request(widget_, least(f.width, f.minWidth), least(f.height, f.minHeight));
+  const auto expand = [](GtkWidget* widget, const std::optional<double>& fixed,
+                         const std::optional<double>& most, auto setExpand, auto setIsSet) {
+    if (fixed) {
+      setExpand(widget, FALSE);
+    } else if (most == infinity) {
+      setExpand(widget, TRUE);
+    } else if (most) {
+      setExpand(widget, FALSE);
+    } else {
+      return;
+    }
+    setIsSet(widget, TRUE);
+  };
+  expand(widget_, f.width, f.maxWidth, gtk_widget_set_hexpand, gtk_widget_set_hexpand_set);
+  expand(widget_, f.height, f.maxHeight, gtk_widget_set_vexpand, gtk_widget_set_vexpand_set);
+}
+
+void GtkRenderedView::align(Axis axis, Alignment alignment) {
+  const auto& f = element_.modifiers.frame;
+  const bool isSpacer = std::holds_alternative<SpacerContent>(element_.content);
+  const bool isDivider = std::holds_alternative<DividerContent>(element_.content);
+  const auto own = f.alignment.value_or(Alignment::fill);
+  const auto horizontal = [&] {
+    if (gtk_widget_compute_expand(widget_, GTK_ORIENTATION_HORIZONTAL)) return gtkAlign(own);
+    if (axis == Axis::vertical && !isDivider && !isSpacer) return gtkAlign(alignment);
+    return axis == Axis::depth ? gtkAlign(alignment) : GTK_ALIGN_FILL;
+  };
+  const auto vertical = [&] {
+    if (gtk_widget_compute_expand(widget_, GTK_ORIENTATION_VERTICAL)) return GTK_ALIGN_FILL;
+    if (axis == Axis::horizontal && !isDivider && !isSpacer) return gtkAlign(alignment);
+    return axis == Axis::depth ? gtkAlign(alignment) : GTK_ALIGN_FILL;
+  };
+  const bool isLabel = GTK_IS_LABEL(widget_);
+  gtk_widget_set_halign(widget_, isLabel && own != Alignment::fill ? GTK_ALIGN_FILL : horizontal());
+  gtk_widget_set_valign(widget_, vertical());
+  if (isDivider) {
+    // A line stands across the direction in which its neighbours follow one another.
+    gtk_orientable_set_orientation(GTK_ORIENTABLE(widget_), axis == Axis::horizontal
+                                                                ? GTK_ORIENTATION_VERTICAL
+                                                                : GTK_ORIENTATION_HORIZONTAL);
+  }
+  if (isSpacer) {
+    gtk_widget_set_hexpand(widget_, axis == Axis::horizontal);
+    gtk_widget_set_vexpand(widget_, axis == Axis::vertical);
+  }
+}
+
+void GtkRenderedView::ensureGestures() {
+  const auto& m = element_.modifiers;
+  if (m.onTap && !hasTap_) {
+    hasTap_ = true;
+    GtkGesture* click = gtk_gesture_click_new();
+    g_signal_connect_swapped(click, "released", G_CALLBACK(+[](GtkRenderedView* self) {
+                               const auto action = self->element_.modifiers.onTap;
+                               if (action) action();
+                             }),
+                             this);
+    gtk_widget_add_controller(widget_, GTK_EVENT_CONTROLLER(click));
+  }
+  if (m.onHover && !hasHover_) {
+    hasHover_ = true;
+    GtkEventController* motion = gtk_event_controller_motion_new();
+    g_signal_connect_swapped(motion, "enter", G_CALLBACK(+[](GtkRenderedView* self) {
+                               const auto action = self->element_.modifiers.onHover;
+                               if (action) action(true);
+                             }),
+                             this);
+    g_signal_connect_swapped(motion, "leave", G_CALLBACK(+[](GtkRenderedView* self) {
+                               const auto action = self->element_.modifiers.onHover;
+                               if (action) action(false);
+                             }),
+                             this);
+    gtk_widget_add_controller(widget_, motion);
+  }
+}
+
+void GtkRenderedView::applyFocus() {
+  const auto& binding = element_.modifiers.focused;
+  if (!binding) return;
+  if (!followsFocus_) {
+    followsFocus_ = true;
+    GtkEventController* focus = gtk_event_controller_focus_new();
+    g_signal_connect_swapped(focus, "enter", G_CALLBACK(+[](GtkRenderedView* self) {
+                               if (self->element_.modifiers.focused)
+                                 self->element_.modifiers.focused->set(true);
+                             }),
+                             this);
+    g_signal_connect_swapped(focus, "leave", G_CALLBACK(+[](GtkRenderedView* self) {
+                               if (self->element_.modifiers.focused)
+                                 self->element_.modifiers.focused->set(false);
+                             }),
+                             this);
+    gtk_widget_add_controller(focusWidget(), focus);
+    // A view that isn't on show yet can't take the keyboard; it does as soon as it is.
+    g_signal_connect_swapped(focusWidget(), "map", G_CALLBACK(+[](GtkRenderedView* self) {
+                               const auto& wish = self->element_.modifiers.focused;
+                               if (wish && wish->get()) gtk_widget_grab_focus(self->focusWidget());
+                             }),
+                             this);
+  }
+  if (binding->get() && gtk_widget_get_mapped(focusWidget()) && !gtk_widget_has_focus(focusWidget())) {
+    gtk_widget_grab_focus(focusWidget());
+  }
+}
+
+std::vector<GtkWidget*> widgetsOf(std::span<RenderedView* const> views) {
+  std::vector<GtkWidget*> widgets;
+  widgets.reserve(views.size());
+  for (auto* view : views) widgets.push_back(static_cast<GtkRenderedView*>(view)->widget());
+  return widgets;
+}
+
+void arrangeChildren(GtkWidget* container, std::span<GtkWidget* const> wanted,
+                     void (*insertAfter)(GtkWidget*, GtkWidget*, GtkWidget*),
+                     void (*remove)(GtkWidget*, GtkWidget*)) {
+  for (GtkWidget* child = gtk_widget_get_first_child(container); child != nullptr;) {
+    GtkWidget* next = gtk_widget_get_next_sibling(child);
+    if (std::find(wanted.begin(), wanted.end(), child) == wanted.end()) remove(container, child);
+    child = next;
+  }
+  GtkWidget* before = nullptr;
+  for (GtkWidget* child : wanted) {
+    GtkWidget* atPlace =
+        before == nullptr ? gtk_widget_get_first_child(container) : gtk_widget_get_next_sibling(before);
+    if (atPlace != child) insertAfter(container, child, before);
+    before = child;
+  }
+}
+
+}  // namespace platform

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Platform/Gtk/GtkStyle.h"
+#include "Platform/View/ViewRenderer.h"
+
+#include <memory>
+
+#include <gtk/gtk.h>
+
+namespace platform {
+
+/// A widget that stands for one element. Kinds derive from it and fill in their content. Main thread.
+class GtkRenderedView : public RenderedView {
+ public:
+  ~GtkRenderedView() override;
+  GtkRenderedView(const GtkRenderedView&) = delete;
+  GtkRenderedView& operator=(const GtkRenderedView&) = delete;
+
+  /// What stands in the parent.
+  GtkWidget* widget() const noexcept { return widget_; }
+
+  void update(const Element& element) final;
+  void setChildren(std::span<RenderedView* const> children) override;
+
+  /// Where the parent's free space goes: fills what expands, puts all else as `alignment` says.
+  void align(Axis axis, Alignment alignment);
+
+ protected:
+  /// Takes over `widget`, floating or not.
+  explicit GtkRenderedView(GtkWidget* widget);
+
+  /// Brings the widget to the element's content. The content is of the kind that this was made for.
+  virtual void updateContent(const Element& element) = 0;
+  const Element& element() const noexcept { return element_; }
+  /// What has the keyboard when this view has it.
+  virtual GtkWidget* focusWidget() const { return widget_; }
+  /// True while a change comes from us and is no news to anybody.
+  bool isUpdating() const noexcept { return isUpdating_; }
+
+ private:
+  void applyModifiers();
+  void applyFrame(const Modifiers& modifiers);
+  void applyFocus();
+  void ensureGestures();
+
+  GtkWidget* widget_;
+  Element element_;
+  GtkStyle style_;
+  bool isUpdating_ = false;
+  bool hasTap_ = false;
+  bool hasHover_ = false;
+  bool followsFocus_ = false;
+};
+
+/// Puts exactly `wanted` into the container, in this order, moving only what is elsewhere.
+/// `insertAfter(child, sibling)` places a child behind a sibling, first for nullptr.
+void arrangeChildren(GtkWidget* container, std::span<GtkWidget* const> wanted,
+                     void (*insertAfter)(GtkWidget* container, GtkWidget* child, GtkWidget* sibling),
+                     void (*remove)(GtkWidget* container, GtkWidget* child));
+
+/// The rendered views' widgets.
+std::vector<GtkWidget*> widgetsOf(std::span<RenderedView* const> views);
+
+}  // namespace platform

@@ -1,0 +1,142 @@
+#include "Platform/Gtk/GtkStyle.h"
+
+#include <cmath>
+#include <map>
+#include <sstream>
+
+namespace platform {
+
+namespace {
+
+std::string cssColor(const Color& color) {
+  // The palette's names belong to the desktop's style, so they follow light and dark by themselves.
+  std::ostringstream css;
+  css.imbue(std::locale::classic());
+  css << "alpha(";
+  switch (color.role) {
+    case Color::Role::primary:
+    case Color::Role::secondary:
+      css << "@window_fg_color";
+      break;
+    case Color::Role::accent:
+      css << "@accent_color";
+      break;
+    case Color::Role::blue:
+      css << "@blue_3";
+      break;
+    case Color::Role::orange:
+      css << "@orange_4";
+      break;
+    case Color::Role::purple:
+      css << "@purple_3";
+      break;
+    case Color::Role::red:
+      css << "@error_color";
+      break;
+    case Color::Role::green:
+      css << "@success_color";
+      break;
+    case Color::Role::clear:
+      css << "transparent";
+      break;
+    case Color::Role::windowBackground:
+      css << "@window_bg_color";
+      break;
+    case Color::Role::fixed:
+      css << "rgb(" << std::lround(color.red * 255) << "," << std::lround(color.green * 255) << ","
+          << std::lround(color.blue * 255) << ")";
+      break;
+  }
+  css << "," << color.opacity * (color.role == Color::Role::secondary ? 0.6 : 1.0) << ")";
+  return css.str();
+}
+
+std::string declarations(const Modifiers& modifiers) {
+  std::ostringstream css;
+  css.imbue(std::locale::classic());
+  if (modifiers.background) css << "background-color:" << cssColor(*modifiers.background) << ";";
+  if (modifiers.border) css << "border:1px solid " << cssColor(*modifiers.border) << ";";
+  if (modifiers.background || modifiers.border) {
+    const auto& p = modifiers.padding;
+    css << "padding:" << p.top << "px " << p.trailing << "px " << p.bottom << "px " << p.leading << "px;";
+  }
+  if (modifiers.cornerRadius) css << "border-radius:" << *modifiers.cornerRadius << "px;";
+  if (modifiers.foreground) css << "color:" << cssColor(*modifiers.foreground) << ";";
+  if (modifiers.font == Font::subheadline) css << "font-size:92%;";
+  if (modifiers.isBold) css << "font-weight:bold;";
+  return css.str();
+}
+
+/// The style's own classes for text of each role.
+const char* classOf(Font font) {
+  switch (font) {
+    case Font::largeTitle:
+      return "title-1";
+    case Font::title:
+      return "title-2";
+    case Font::title2:
+      return "title-3";
+    case Font::headline:
+      return "heading";
+    case Font::caption:
+    case Font::footnote:
+      return "caption";
+    case Font::monospaced:
+      return "monospace";
+    case Font::body:
+    case Font::callout:
+    case Font::subheadline:
+      break;
+  }
+  return nullptr;
+}
+
+/// One style sheet for the display, with a class for each look in use. Looks are few, so none is ever
+/// dropped.
+class LookSheet {
+ public:
+  static LookSheet& shared() {
+    static LookSheet sheet;
+    return sheet;
+  }
+
+  std::string className(const std::string& css) {
+    if (css.empty()) return {};
+    const auto [entry, isNew] = classes_.try_emplace(css, "look-" + std::to_string(classes_.size()));
+    if (isNew) {
+      text_ += "." + entry->second + "{" + css + "}\n";
+      gtk_css_provider_load_from_data(provider_, text_.c_str(), -1);
+    }
+    return entry->second;
+  }
+
+ private:
+  LookSheet() : provider_(gtk_css_provider_new()) {
+    gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider_),
+                                               GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+  }
+
+  GtkCssProvider* provider_;
+  std::string text_;
+  std::map<std::string, std::string> classes_;
+};
+
+}  // namespace
+
+void GtkStyle::apply(GtkWidget* widget, const Modifiers& modifiers) {
+  const auto css = declarations(modifiers);
+  const auto className = css.empty() ? std::string() : LookSheet::shared().className(css);
+  if (className != className_) {
+    if (!className_.empty()) gtk_widget_remove_css_class(widget, className_.c_str());
+    if (!className.empty()) gtk_widget_add_css_class(widget, className.c_str());
+    className_ = className;
+  }
+  const char* fontClass = modifiers.font ? classOf(*modifiers.font) : nullptr;
+  if (fontClass != fontClass_) {
+    if (fontClass_ != nullptr) gtk_widget_remove_css_class(widget, fontClass_);
+    if (fontClass != nullptr) gtk_widget_add_css_class(widget, fontClass);
+    fontClass_ = fontClass;
+  }
+}
+
+}  // namespace platform

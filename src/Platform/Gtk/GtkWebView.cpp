@@ -1,0 +1,279 @@
+#include "Platform/Gtk/GtkWebView.h"
+
+#include "Platform/DebugLog.h"
+#include "Platform/DispatchQueue.h"
+#include "Platform/Gtk/WebViewManners.h"
+
+#include <cmath>
+#include <memory>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+NSError errorFrom(const GError& error) {
+  return {g_quark_to_string(error.domain), error.code, error.message};
+}
+
+/// Shown in place of a page whose process died too often.
+std::string crashPage(const std::string& address) {
+  const GStringPtr escaped(g_markup_escape_text(address.c_str(), -1));
+  return R"(<!DOCTYPE html><html><head><meta charset="utf-8"><title>This page stopped working</title><style>
+:root{color-scheme:light dark}
+body{font:15px/1.5 system-ui,sans-serif;display:flex;align-items:center;justify-content:center;min-height:90vh;margin:0}
+main{max-width:24em;padding:2em;text-align:center}
+h1{font-size:1.25em;margin:0 0 .5em}
+p{opacity:.75;margin:0 0 1.5em;overflow-wrap:anywhere}
+a{display:inline-block;padding:.5em 1.5em;border-radius:8px;background:#3584e4;color:#fff;text-decoration:none;font-weight:600}
+</style></head><body><main><h1>This page stopped working</h1><p>)" +
+         std::string(escaped.get()) + R"(</p><a href=")" + escaped.get() +
+         R"(" role="button">Reload</a></main></body></html>)";
+}
+
+struct ScriptRun {
+  WKWebView::ScriptCompletion completion;
+};
+
+void scriptEnded(GObject* source, GAsyncResult* result, gpointer data) {
+  const std::unique_ptr<ScriptRun> run(static_cast<ScriptRun*>(data));
+  GError* raw = nullptr;
+  const auto value = GObjectPtr<JSCValue>::adopt(
+      webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &raw));
+  const GErrorPtr error(raw);
+  if (!run->completion) return;
+  if (error) {
+    run->completion(std::nullopt, errorFrom(*error));
+    return;
+  }
+  const GStringPtr json(jsc_value_to_json(value.get(), 0));
+  run->completion(json ? std::string(json.get()) : std::string(), std::nullopt);
+}
+
+}  // namespace
+
+GtkWebView::GtkWebView(NSRect frame, WKWebViewConfiguration configuration, WebEngine& (*engine)())
+    : frame_(frame), configuration_(std::move(configuration)), engine_(engine) {}
+
+GtkWebView::~GtkWebView() {
+  g_cancellable_cancel(cancellable_);
+  g_object_unref(cancellable_);
+  if (view_ != nullptr) {
+    g_signal_handlers_disconnect_by_data(view_, this);
+    if (userContent_) g_signal_handlers_disconnect_by_data(userContent_.get(), this);
+    g_object_unref(view_);
+  }
+  if (holder_ != nullptr) {
+    g_signal_handlers_disconnect_by_data(holder_, this);
+    if (GtkWidget* parent = gtk_widget_get_parent(holder_); parent != nullptr && GTK_IS_BOX(parent)) {
+      gtk_box_remove(GTK_BOX(parent), holder_);
+    }
+    g_object_unref(holder_);
+  }
+}
+
+GtkWidget* GtkWebView::widget() {
+  if (holder_ == nullptr) {
+    holder_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+    g_object_ref_sink(holder_);
+    g_signal_connect_swapped(holder_, "map", G_CALLBACK(+[](GtkWebView* self) { self->engineView(); }), this);
+    if (view_ != nullptr) gtk_box_append(GTK_BOX(holder_), GTK_WIDGET(view_));
+  }
+  return holder_;
+}
+
+WebKitWebView* GtkWebView::engineView() {
+  if (view_ != nullptr) return view_;
+  auto& engine = engine_();
+  settings_ = engine.makeSettings();
+  webkit_settings_set_enable_developer_extras(settings_.get(),
+                                              configuration_.preferences.developerExtrasEnabled);
+  webkit_settings_set_enable_javascript(settings_.get(),
+                                        configuration_.defaultWebpagePreferences.allowsContentJavaScript);
+  webkit_settings_set_enable_back_forward_navigation_gestures(settings_.get(), allowsGestures_);
+  if (!userAgent_.empty()) webkit_settings_set_user_agent(settings_.get(), userAgent_.c_str());
+  userContent_ = GObjectPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new());
+  addUserContent();
+  view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session",
+                                       engine.session(configuration_.usesPersistentDataStore), "web-context",
+                                       engine.context(), "settings", settings_.get(), "user-content-manager",
+                                       userContent_.get(), nullptr));
+  g_object_ref_sink(view_);
+  webkit_web_view_set_zoom_level(view_, zoom_);
+  gtk_widget_set_hexpand(GTK_WIDGET(view_), TRUE);
+  gtk_widget_set_vexpand(GTK_WIDGET(view_), TRUE);
+  connectSignals();
+  teachManners(view_, engine);
+  if (holder_ != nullptr) gtk_box_append(GTK_BOX(holder_), GTK_WIDGET(view_));
+  return view_;
+}
+
+void GtkWebView::addUserContent() {
+  const auto& content = configuration_.userContentController;
+  for (const auto& script : content.userScripts) {
+    auto* userScript =
+        webkit_user_script_new(script.source.c_str(),
+                               script.forMainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME
+                                                       : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                               script.injectionTime == WKUserScript::InjectionTime::atDocumentStart
+                                   ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
+                                   : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
+                               nullptr, nullptr);
+    webkit_user_content_manager_add_script(userContent_.get(), userScript);
+    webkit_user_script_unref(userScript);
+  }
+  for (const auto& [name, handler] : content.messageHandlers) {
+    struct Receiver {
+      std::string name;
+      WKScriptMessageHandler* handler;
+    };
+    // Connected before the name is registered, or the first message could be lost.
+    g_signal_connect_data(
+        userContent_.get(), ("script-message-received::" + name).c_str(),
+        G_CALLBACK(+[](WebKitUserContentManager*, JSCValue* value, gpointer data) {
+          const auto& receiver = *static_cast<Receiver*>(data);
+          const GStringPtr json(jsc_value_to_json(value, 0));
+          receiver.handler->didReceiveScriptMessage(receiver.name, json ? json.get() : "");
+        }),
+        std::make_unique<Receiver>(Receiver{name, handler}).release(),
+        [](gpointer data, GClosure*) { std::default_delete<Receiver>()(static_cast<Receiver*>(data)); },
+        GConnectFlags(0));
+    webkit_user_content_manager_register_script_message_handler(userContent_.get(), name.c_str(), nullptr);
+  }
+}
+
+void GtkWebView::connectSignals() {
+  g_signal_connect(view_, "notify::uri", G_CALLBACK(+[](WebKitWebView* view, GParamSpec*, gpointer self) {
+                     const char* uri = webkit_web_view_get_uri(view);
+                     if (uri == nullptr) return;
+                     if (auto url = URL::parse(uri)) static_cast<GtkWebView*>(self)->url_ = std::move(url);
+                   }),
+                   this);
+  g_signal_connect(view_, "load-changed",
+                   G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer data) {
+                     auto* self = static_cast<GtkWebView*>(data);
+                     if (event == WEBKIT_LOAD_FINISHED && self->navigationDelegate != nullptr) {
+                       self->navigationDelegate->didFinish(*self);
+                     }
+                   }),
+                   this);
+  g_signal_connect(view_, "load-failed",
+                   G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, const char* uri, GError* error,
+                                  gpointer data) -> gboolean {
+                     auto* self = static_cast<GtkWebView*>(data);
+                     debugLog("GtkWebView", "load-failed", std::string(uri) + ": " + error->message);
+                     if (self->navigationDelegate != nullptr) {
+                       self->navigationDelegate->didFail(*self, errorFrom(*error));
+                     }
+                     // The engine goes on to show its own page that says so.
+                     return FALSE;
+                   }),
+                   this);
+  g_signal_connect(view_, "web-process-terminated",
+                   G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason reason, gpointer self) {
+                     static_cast<GtkWebView*>(self)->processTerminated(reason);
+                   }),
+                   this);
+}
+
+void GtkWebView::processTerminated(WebKitWebProcessTerminationReason reason) {
+  if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API) return;
+  const auto address = url_ ? url_->absoluteString() : std::string("about:blank");
+  const bool reloads = crashPolicy_.shouldReload(now());
+  debugLog("GtkWebView", "processTerminated(reason:)",
+           "The process of " + address + " died; " + (reloads ? "loading it again" : "it died too often"));
+  if (reloads) {
+    webkit_web_view_reload(view_);
+  } else {
+    webkit_web_view_load_alternate_html(view_, crashPage(address).c_str(), address.c_str(), nullptr);
+  }
+}
+
+NSRect GtkWebView::frame() const {
+  if (holder_ == nullptr || gtk_widget_get_width(holder_) == 0) return frame_;
+  return {{0, 0},
+          {static_cast<double>(gtk_widget_get_width(holder_)),
+           static_cast<double>(gtk_widget_get_height(holder_))}};
+}
+
+void GtkWebView::makeFirstResponder() { gtk_widget_grab_focus(GTK_WIDGET(engineView())); }
+
+std::optional<URL> GtkWebView::url() const { return url_; }
+
+std::string GtkWebView::title() const {
+  const char* title = view_ != nullptr ? webkit_web_view_get_title(view_) : nullptr;
+  return title != nullptr ? title : "";
+}
+
+bool GtkWebView::isLoading() const { return view_ != nullptr && webkit_web_view_is_loading(view_); }
+
+void GtkWebView::load(const URLRequest& request) {
+  auto* view = engineView();
+  url_ = request.url;
+  const auto uriRequest =
+      GObjectPtr<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.absoluteString().c_str()));
+  if (SoupMessageHeaders* headers = webkit_uri_request_get_http_headers(uriRequest.get())) {
+    for (const auto& [name, value] : request.allHTTPHeaderFields)
+      soup_message_headers_replace(headers, name.c_str(), value.c_str());
+  }
+  webkit_web_view_load_request(view, uriRequest.get());
+}
+
+void GtkWebView::loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) {
+  auto* view = engineView();
+  url_ = baseURL ? baseURL : URL::parse("about:blank");
+  webkit_web_view_load_html(view, html.c_str(), baseURL ? baseURL->absoluteString().c_str() : nullptr);
+}
+
+void GtkWebView::reload() {
+  if (view_ != nullptr) webkit_web_view_reload(view_);
+}
+
+void GtkWebView::reloadFromOrigin() {
+  if (view_ != nullptr) webkit_web_view_reload_bypass_cache(view_);
+}
+
+void GtkWebView::stopLoading() {
+  if (view_ != nullptr) webkit_web_view_stop_loading(view_);
+}
+
+bool GtkWebView::canGoBack() const { return view_ != nullptr && webkit_web_view_can_go_back(view_); }
+bool GtkWebView::canGoForward() const { return view_ != nullptr && webkit_web_view_can_go_forward(view_); }
+
+void GtkWebView::goBack() {
+  if (view_ != nullptr) webkit_web_view_go_back(view_);
+}
+
+void GtkWebView::goForward() {
+  if (view_ != nullptr) webkit_web_view_go_forward(view_);
+}
+
+void GtkWebView::setPageZoom(double zoom) {
+  zoom_ = zoom;
+  if (view_ != nullptr) webkit_web_view_set_zoom_level(view_, zoom);
+}
+
+void GtkWebView::setCustomUserAgent(std::string userAgent) {
+  userAgent_ = std::move(userAgent);
+  if (view_ != nullptr) {
+    webkit_settings_set_user_agent(settings_.get(), userAgent_.empty() ? nullptr : userAgent_.c_str());
+  }
+}
+
+void GtkWebView::setAllowsBackForwardNavigationGestures(bool isAllowed) {
+  allowsGestures_ = isAllowed;
+  if (view_ != nullptr)
+    webkit_settings_set_enable_back_forward_navigation_gestures(settings_.get(), isAllowed);
+}
+
+void GtkWebView::evaluateJavaScript(const std::string& script, ScriptCompletion completion) {
+  if (view_ == nullptr) {
+    if (completion) completion(std::nullopt, NSError{"WKErrorDomain", 3, "No page has been loaded"});
+    return;
+  }
+  webkit_web_view_evaluate_javascript(
+      view_, script.data(), static_cast<gssize>(script.size()), nullptr, nullptr, cancellable_, scriptEnded,
+      std::make_unique<ScriptRun>(ScriptRun{std::move(completion)}).release());
+}
+
+}  // namespace platform

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "Platform/CrashReloadPolicy.h"
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkViewBase.h"
+#include "Platform/Gtk/WebEngine.h"
+#include "Platform/WKWebView.h"
+
+#include <string>
+
+#include <webkit/webkit.h>
+
+namespace platform {
+
+/// A web view whose engine widget is made when a page is first loaded or shown. Main thread.
+class GtkWebView : public WKWebView, public GtkViewBase {
+ public:
+  GtkWebView(NSRect frame, WKWebViewConfiguration configuration, WebEngine& (*engine)());
+  ~GtkWebView() override;
+  GtkWebView(const GtkWebView&) = delete;
+  GtkWebView& operator=(const GtkWebView&) = delete;
+
+  GtkWidget* widget() override;
+  NSRect frame() const override;
+  void makeFirstResponder() override;
+
+  const WKWebViewConfiguration& configuration() const override { return configuration_; }
+  std::optional<URL> url() const override;
+  std::string title() const override;
+  bool isLoading() const override;
+  void load(const URLRequest& request) override;
+  void loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) override;
+  void reload() override;
+  void reloadFromOrigin() override;
+  void stopLoading() override;
+  bool canGoBack() const override;
+  bool canGoForward() const override;
+  void goBack() override;
+  void goForward() override;
+  double pageZoom() const override { return zoom_; }
+  void setPageZoom(double zoom) override;
+  std::string customUserAgent() const override { return userAgent_; }
+  void setCustomUserAgent(std::string userAgent) override;
+  bool allowsBackForwardNavigationGestures() const override { return allowsGestures_; }
+  void setAllowsBackForwardNavigationGestures(bool isAllowed) override;
+  void evaluateJavaScript(const std::string& script, ScriptCompletion completion) override;
+
+ private:
+  WebKitWebView* engineView();
+  void addUserContent();
+  void connectSignals();
+  void processTerminated(WebKitWebProcessTerminationReason reason);
+
+  NSRect frame_;
+  WKWebViewConfiguration configuration_;
+  WebEngine& (*engine_)();
+  GtkWidget* holder_ = nullptr;
+  GObjectPtr<WebKitSettings> settings_;
+  GObjectPtr<WebKitUserContentManager> userContent_;
+  WebKitWebView* view_ = nullptr;
+  std::optional<URL> url_;
+  double zoom_ = 1;
+  std::string userAgent_;
+  bool allowsGestures_ = false;
+  CrashReloadPolicy crashPolicy_;
+  GCancellable* cancellable_ = g_cancellable_new();
+};
+
+}  // namespace platform

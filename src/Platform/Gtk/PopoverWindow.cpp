@@ -1,0 +1,203 @@
+#include "Platform/Gtk/PopoverWindow.h"
+
+#include "Platform/Gtk/GtkViewBase.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+/// The active window is unclear for some milliseconds whenever the focus moves, also among our own windows.
+constexpr double focusSettlingTime = 0.08;
+/// A tray that takes the focus at a press reports the click this much later at the most.
+constexpr double sameClickTime = 0.25;
+/// How long the presses are followed after the popover closed by itself, to know whether a click on the tray
+/// that follows is the press that closed it.
+constexpr double pressMemory = 3.0;
+
+}  // namespace
+
+PopoverWindow::PopoverWindow(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+
+PopoverWindow::~PopoverWindow() {
+  *isAlive_ = false;
+  if (window_ == nullptr) return;
+  g_signal_handlers_disconnect_by_data(window_, this);
+  controller_.reset();
+  gtk_window_destroy(window_);
+}
+
+void PopoverWindow::setContentSize(NSSize size) {
+  if (size == size_) return;
+  size_ = size;
+  if (isShown_) place(false);
+}
+
+void PopoverWindow::setContentViewController(std::shared_ptr<NSViewController> controller) {
+  const auto earlier = std::exchange(controller_, std::move(controller));
+  surroundings_.whenToolkitReady([this, alive = isAlive_, expected = controller_.get()] {
+    if (*alive && controller_.get() == expected) {
+      prepare();
+      installContent();
+    }
+  });
+}
+
+void PopoverWindow::prepare() {
+  ensureWindow();
+  // From here the window has its place in the window system; showing it is one request.
+  gtk_widget_realize(GTK_WIDGET(window_));
+}
+
+void PopoverWindow::ensureWindow() {
+  if (window_ != nullptr) return;
+  window_ = GTK_WINDOW(gtk_window_new());
+  gtk_window_set_title(window_, "Velkin");
+  gtk_window_set_decorated(window_, FALSE);
+  // Before the window is realized: until it is shown, a later size would not be taken.
+  gtk_window_set_default_size(window_, static_cast<int>(size_.width), static_cast<int>(size_.height));
+  gtk_window_set_hide_on_close(window_, TRUE);
+  gtk_widget_add_css_class(GTK_WIDGET(window_), "velkin-popover");
+  content_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  gtk_window_set_child(window_, toasts_.wrap(content_));
+  g_signal_connect_swapped(window_, "map", G_CALLBACK(+[](PopoverWindow* self) { self->onMapped(); }), this);
+  g_signal_connect_swapped(window_, "notify::is-active",
+                           G_CALLBACK(+[](PopoverWindow* self) { self->onActiveChanged(); }), this);
+  g_signal_connect(window_, "close-request", G_CALLBACK(+[](GtkWindow*, gpointer self) -> gboolean {
+                     static_cast<PopoverWindow*>(self)->hide();
+                     return TRUE;
+                   }),
+                   this);
+}
+
+void PopoverWindow::installContent() {
+  GtkWidget* wanted = nullptr;
+  if (controller_) {
+    auto* view = dynamic_cast<GtkViewBase*>(&controller_->view());
+    if (view != nullptr) wanted = view->widget();
+  }
+  GtkWidget* present = gtk_widget_get_first_child(content_);
+  if (present == wanted) return;
+  if (present != nullptr) gtk_box_remove(GTK_BOX(content_), present);
+  if (wanted == nullptr) return;
+  gtk_widget_set_hexpand(wanted, TRUE);
+  gtk_widget_set_vexpand(wanted, TRUE);
+  gtk_box_append(GTK_BOX(content_), wanted);
+}
+
+PixelRect PopoverWindow::wantedPlace() const {
+  std::size_t primary = 0;
+  const auto monitors = X11Desktop::monitors(primary);
+  const auto struts = X11Desktop::struts();
+  const int scale = X11Desktop::scale();
+  const int width = static_cast<int>(std::lround(size_.width)) * scale;
+  const int height = static_cast<int>(std::lround(size_.height)) * scale;
+  if (isOrdinaryWindow_) return placeInMiddle(width, height, monitors, struts, primary);
+  auto anchor = surroundings_.anchor();
+  if (!anchor) anchor = X11Desktop::pointer();
+  const bool isOnScreen = std::any_of(monitors.begin(), monitors.end(),
+                                      [&](const auto& m) { return m.contains(anchor->x, anchor->y); });
+  if (!isOnScreen) anchor.reset();
+  return placeAtIcon(anchor, width, height, monitors, struts, primary);
+}
+
+void PopoverWindow::place(bool beforeMap) {
+  if (!X11Desktop::isAvailable()) {
+    gtk_window_set_default_size(window_, static_cast<int>(size_.width), static_cast<int>(size_.height));
+    return;
+  }
+  const auto rect = wantedPlace();
+  const int scale = X11Desktop::scale();
+  gtk_window_set_default_size(window_, rect.width / scale, rect.height / scale);
+  if (beforeMap) {
+    X11Desktop::setPositionHint(window_, {rect.x, rect.y});
+  } else {
+    X11Desktop::move(window_, {rect.x, rect.y});
+  }
+}
+
+void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
+  if (isShown_) return;
+  isShown_ = true;
+  surroundings_.whenToolkitReady([this, alive = isAlive_] {
+    if (!*alive || !isShown_) return;
+    ensureWindow();
+    installContent();
+    isOrdinaryWindow_ = !surroundings_.hasTray();
+    gtk_window_set_decorated(window_, isOrdinaryWindow_);
+    gtk_widget_realize(GTK_WIDGET(window_));
+    if (X11Desktop::isAvailable()) X11Desktop::setSkipsTaskbar(window_, !isOrdinaryWindow_);
+    place(true);
+    isClosedByLastPress_ = false;
+    gtk_window_present(window_);
+  });
+}
+
+void PopoverWindow::onMapped() {
+  if (!X11Desktop::isAvailable()) return;
+  // The toolkit rewrites the hints around mapping, and window managers read them before or after: so once
+  // more.
+  const auto rect = wantedPlace();
+  X11Desktop::move(window_, {rect.x, rect.y});
+  if (isOrdinaryWindow_) return;
+  X11Desktop::keepAbove(window_);
+  watcherTimer_.reset();
+  pressWatcher_ = std::make_unique<X11PressWatcher>([this](bool isOverOwnWindow) {
+    isClosedByLastPress_ = false;
+    if (!isShown_ || isOverOwnWindow || !closesByItself()) return;
+    isClosedByLastPress_ = true;
+    closeByItself();
+  });
+}
+
+bool PopoverWindow::closesByItself() const {
+  // An ordinary window that vanished would be hard to find again.
+  return behavior == Behavior::transient && !isOrdinaryWindow_ && pins_ == 0;
+}
+
+void PopoverWindow::onActiveChanged() {
+  focusTimer_.reset();
+  if (!isShown_ || gtk_window_is_active(window_)) return;
+  // Menus, drop-downs and other programs' key grabs take the focus away for a moment: look again when it
+  // settled.
+  focusTimer_ = DispatchQueue::main().timer(focusSettlingTime, [this] { lookWhereTheUserWent(); });
+}
+
+void PopoverWindow::lookWhereTheUserWent() {
+  if (!isShown_ || gtk_window_is_active(window_) || !closesByItself()) return;
+  if (X11Desktop::isAvailable() && X11Desktop::isActiveWindowOurs()) {
+    focusTimer_ = DispatchQueue::main().timer(focusSettlingTime, [this] { lookWhereTheUserWent(); });
+    return;
+  }
+  closeByItself();
+}
+
+void PopoverWindow::closeByItself() {
+  closedByItselfAt_ = now();
+  hide();
+}
+
+bool PopoverWindow::wasClosedByThisClick() const {
+  return isClosedByLastPress_ || now() - closedByItselfAt_ < sameClickTime;
+}
+
+void PopoverWindow::performClose() {
+  if (isShown_ && pins_ == 0) hide();
+}
+
+void PopoverWindow::hide() {
+  if (!isShown_) return;
+  isShown_ = false;
+  focusTimer_.reset();
+  if (window_ != nullptr) gtk_widget_set_visible(GTK_WIDGET(window_), FALSE);
+  // A closed popover leaves nothing running.
+  watcherTimer_ = DispatchQueue::main().timer(pressMemory, [this] {
+    pressWatcher_.reset();
+    isClosedByLastPress_ = false;
+  });
+}
+
+}  // namespace platform

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Platform/DispatchQueue.h"
+#include "Platform/Gtk/ToastHost.h"
+#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/NSPopover.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include <gtk/gtk.h>
+
+namespace platform {
+
+/// The popover as a window of its own: at the tray icon where there is one, an ordinary window in the middle
+/// of the screen where there is none. Its window is made when it is first needed. Main thread.
+class PopoverWindow : public NSPopover {
+ public:
+  struct Surroundings {
+    /// True while a tray shows the icon.
+    std::function<bool()> hasTray;
+    /// Where the icon was clicked last, in device pixels; nothing if that isn't known.
+    std::function<std::optional<PixelPoint>()> anchor;
+    /// Runs work once the toolkit may be used, at once if it may be by now.
+    std::function<void(std::function<void()>)> whenToolkitReady;
+  };
+
+  explicit PopoverWindow(Surroundings surroundings);
+  ~PopoverWindow() override;
+  PopoverWindow(const PopoverWindow&) = delete;
+  PopoverWindow& operator=(const PopoverWindow&) = delete;
+
+  NSSize contentSize() const override { return size_; }
+  void setContentSize(NSSize size) override;
+  std::shared_ptr<NSViewController> contentViewController() const override { return controller_; }
+  void setContentViewController(std::shared_ptr<NSViewController> controller) override;
+  bool isShown() const override { return isShown_; }
+  void show(NSRect rect, NSStatusBarButton& view, NSRectEdge edge) override;
+  void performClose() override;
+
+  /// True if the click that is being handled has closed the popover already, by landing outside of it.
+  bool wasClosedByThisClick() const;
+  /// While at least one is open, going elsewhere closes nothing: a dialogue of ours has the user's attention.
+  void pin() { ++pins_; }
+  void unpin() { --pins_; }
+  /// The window; nullptr before its first need.
+  GtkWindow* window() const noexcept { return window_; }
+  ToastHost& toasts() noexcept { return toasts_; }
+  /// Makes the window, so that its first opening need not wait for it.
+  void prepare();
+
+ private:
+  void ensureWindow();
+  void installContent();
+  void place(bool beforeMap);
+  PixelRect wantedPlace() const;
+  void onMapped();
+  void onActiveChanged();
+  void lookWhereTheUserWent();
+  void closeByItself();
+  bool closesByItself() const;
+  void hide();
+
+  Surroundings surroundings_;
+  NSSize size_{600, 600};
+  std::shared_ptr<NSViewController> controller_;
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+  GtkWindow* window_ = nullptr;
+  GtkWidget* content_ = nullptr;
+  ToastHost toasts_;
+  std::unique_ptr<Timer> focusTimer_;
+  std::unique_ptr<Timer> watcherTimer_;
+  std::unique_ptr<X11PressWatcher> pressWatcher_;
+  double closedByItselfAt_ = 0;
+  bool isClosedByLastPress_ = false;
+  bool isShown_ = false;
+  bool isOrdinaryWindow_ = false;
+  int pins_ = 0;
+};
+
+}  // namespace platform

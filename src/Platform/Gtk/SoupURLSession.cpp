@@ -1,0 +1,202 @@
+#include "Platform/Gtk/SoupURLSession.h"
+
+#include "Platform/Gtk/GObjectPtr.h"
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include <libsoup/soup.h>
+
+namespace platform {
+
+namespace {
+
+int urlErrorCode(const GError& error) {
+  if (error.domain == G_RESOLVER_ERROR) return NSURLErrorCannotFindHost;
+  if (error.domain == G_TLS_ERROR) return NSURLErrorSecureConnectionFailed;
+  if (error.domain == SOUP_SESSION_ERROR && error.code == SOUP_SESSION_ERROR_TOO_MANY_REDIRECTS) {
+    return NSURLErrorHTTPTooManyRedirects;
+  }
+  if (error.domain == G_IO_ERROR) {
+    switch (error.code) {
+      case G_IO_ERROR_CANCELLED:
+        return NSURLErrorCancelled;
+      case G_IO_ERROR_TIMED_OUT:
+        return NSURLErrorTimedOut;
+      case G_IO_ERROR_CONNECTION_REFUSED:
+      case G_IO_ERROR_HOST_UNREACHABLE:
+      case G_IO_ERROR_NETWORK_UNREACHABLE:
+        return NSURLErrorCannotConnectToHost;
+      default:
+        break;
+    }
+  }
+  return NSURLErrorNetworkConnectionLost;
+}
+
+}  // namespace
+
+/// The thread, its main loop and the client that lives there.
+class SoupURLSession::Loop {
+ public:
+  Loop() : context_(g_main_context_new()), loop_(g_main_loop_new(context_, FALSE)) {}
+  ~Loop() {
+    g_main_loop_quit(loop_);
+    if (thread_.joinable()) thread_.join();
+    g_main_loop_unref(loop_);
+    g_main_context_unref(context_);
+  }
+  Loop(const Loop&) = delete;
+  Loop& operator=(const Loop&) = delete;
+
+  GMainContext* context() const noexcept { return context_; }
+  /// On the thread only.
+  SoupSession* session() {
+    if (!session_) session_ = GObjectPtr<SoupSession>::adopt(soup_session_new());
+    return session_.get();
+  }
+
+  void run(std::function<void()> work) {
+    start();
+    auto* boxed = std::make_unique<std::function<void()>>(std::move(work)).release();
+    g_main_context_invoke_full(
+        context_, G_PRIORITY_DEFAULT,
+        [](gpointer data) -> gboolean {
+          (*static_cast<std::function<void()>*>(data))();
+          return G_SOURCE_REMOVE;
+        },
+        boxed,
+        [](gpointer data) {
+          std::default_delete<std::function<void()>>()(static_cast<std::function<void()>*>(data));
+        });
+  }
+
+ private:
+  void start() {
+    const std::lock_guard lock(mutex_);
+    if (thread_.joinable()) return;
+    thread_ = std::thread([this] {
+      g_main_context_push_thread_default(context_);
+      g_main_loop_run(loop_);
+      session_ = {};
+      g_main_context_pop_thread_default(context_);
+    });
+  }
+
+  GMainContext* context_;
+  GMainLoop* loop_;
+  std::mutex mutex_;
+  std::thread thread_;
+  GObjectPtr<SoupSession> session_;
+};
+
+/// One request with everything that belongs to it. Lives on the loop's thread.
+struct SoupURLSession::Exchange {
+  URLRequest request;
+  Completion completion;
+  GObjectPtr<GCancellable> cancellable;
+  GObjectPtr<SoupMessage> message = {};
+  GSource* timeout = nullptr;
+  bool hasTimedOut = false;
+
+  ~Exchange() {
+    if (timeout == nullptr) return;
+    g_source_destroy(timeout);
+    g_source_unref(timeout);
+  }
+
+  void start(Loop& loop) {
+    message = GObjectPtr<SoupMessage>::adopt(
+        soup_message_new(request.httpMethod.c_str(), request.url.absoluteString().c_str()));
+    if (!message) {
+      completion({}, std::nullopt, NSError{NSURLErrorDomain, -1002, "unsupported URL"});
+      std::default_delete<Exchange>()(this);
+      return;
+    }
+    SoupMessageHeaders* headers = soup_message_get_request_headers(message.get());
+    for (const auto& [name, value] : request.allHTTPHeaderFields) {
+      soup_message_headers_replace(headers, name.c_str(), value.c_str());
+    }
+    if (!request.httpBody.empty()) {
+      GBytes* body = g_bytes_new(request.httpBody.data(), request.httpBody.size());
+      soup_message_set_request_body_from_bytes(message.get(), nullptr, body);
+      g_bytes_unref(body);
+    }
+    timeout = g_timeout_source_new(static_cast<guint>(request.timeoutInterval * 1000));
+    g_source_set_callback(
+        timeout,
+        [](gpointer self) -> gboolean {
+          auto* exchange = static_cast<Exchange*>(self);
+          exchange->hasTimedOut = true;
+          g_cancellable_cancel(exchange->cancellable.get());
+          return G_SOURCE_REMOVE;
+        },
+        this, nullptr);
+    g_source_attach(timeout, loop.context());
+    soup_session_send_and_read_async(loop.session(), message.get(), G_PRIORITY_DEFAULT, cancellable.get(),
+                                     ended, this);
+  }
+
+  static void ended(GObject* source, GAsyncResult* result, gpointer self) {
+    const std::unique_ptr<Exchange> exchange(static_cast<Exchange*>(self));
+    GError* raw = nullptr;
+    GBytes* bytes = soup_session_send_and_read_finish(SOUP_SESSION(source), result, &raw);
+    const GErrorPtr error(raw);
+    if (error) {
+      const int code = exchange->hasTimedOut ? NSURLErrorTimedOut : urlErrorCode(*error);
+      exchange->completion(
+          {}, std::nullopt,
+          NSError{NSURLErrorDomain, code,
+                  exchange->hasTimedOut ? "The request timed out." : std::string(error->message)});
+      return;
+    }
+    gsize size = 0;
+    const auto* data = static_cast<const char*>(g_bytes_get_data(bytes, &size));
+    std::string body(data != nullptr ? data : "", size);
+    g_bytes_unref(bytes);
+    exchange->completion(std::move(body), exchange->response(), std::nullopt);
+  }
+
+  HTTPURLResponse response() const {
+    HTTPURLResponse answer{static_cast<int>(soup_message_get_status(message.get())), {}, request.url};
+    const GStringPtr address(g_uri_to_string(soup_message_get_uri(message.get())));
+    if (auto url = URL::parse(address.get())) answer.url = std::move(*url);
+    SoupMessageHeadersIter fields;
+    soup_message_headers_iter_init(&fields, soup_message_get_response_headers(message.get()));
+    const char* name = nullptr;
+    const char* value = nullptr;
+    while (soup_message_headers_iter_next(&fields, &name, &value)) answer.allHeaderFields[name] = value;
+    return answer;
+  }
+};
+
+class SoupURLSession::Task : public NSURLSessionDataTask {
+ public:
+  Task(std::weak_ptr<Loop> loop, GObjectPtr<GCancellable> cancellable)
+      : loop_(std::move(loop)), cancellable_(std::move(cancellable)) {}
+
+  void cancel() override {
+    if (const auto loop = loop_.lock()) {
+      loop->run([cancellable = cancellable_] { g_cancellable_cancel(cancellable.get()); });
+    }
+  }
+
+ private:
+  std::weak_ptr<Loop> loop_;
+  GObjectPtr<GCancellable> cancellable_;
+};
+
+SoupURLSession::SoupURLSession() : loop_(std::make_shared<Loop>()) {}
+SoupURLSession::~SoupURLSession() = default;
+
+std::unique_ptr<NSURLSessionDataTask> SoupURLSession::dataTask(URLRequest request, Completion completion) {
+  auto cancellable = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
+  auto* exchange =
+      std::make_unique<Exchange>(Exchange{std::move(request), std::move(completion), cancellable}).release();
+  loop_->run([loop = loop_.get(), exchange] { exchange->start(*loop); });
+  return std::make_unique<Task>(loop_, std::move(cancellable));
+}
+
+}  // namespace platform

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Platform/NSMenu.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include <gio/gio.h>
+
+namespace platform {
+
+/// Offers a menu to the desktop's panel, which draws it (the interface com.canonical.dbusmenu). Main thread.
+class StatusMenuExporter {
+ public:
+  static constexpr const char* objectPath = "/MenuBar";
+
+  /// `willOpen` is called when the panel is about to put the menu up, `didClose` when it is known to be gone.
+  StatusMenuExporter(std::function<void()> willOpen, std::function<void()> didClose);
+  ~StatusMenuExporter();
+  StatusMenuExporter(const StatusMenuExporter&) = delete;
+  StatusMenuExporter& operator=(const StatusMenuExporter&) = delete;
+
+  void setMenu(std::shared_ptr<NSMenu> menu);
+  void registerOn(GDBusConnection* connection);
+
+ private:
+  static void onMethodCall(GDBusConnection*, const char* sender, const char* path, const char* interface,
+                           const char* method, GVariant* parameters, GDBusMethodInvocation* invocation,
+                           gpointer self);
+  static GVariant* onGetProperty(GDBusConnection*, const char* sender, const char* path,
+                                 const char* interface, const char* property, GError** error, gpointer self);
+
+  void handle(const std::string& method, GVariant* parameters, GDBusMethodInvocation* invocation);
+  GVariant* layout(int parent, int depth) const;
+  GVariant* properties(int id) const;
+  void itemEvent(int id, const std::string& event);
+  void aboutToShow(int id);
+  void menuClosed();
+  void itemChanged(int id);
+  void layoutChanged();
+  NSMenuItem* item(int id) const;
+
+  std::function<void()> willOpen_;
+  std::function<void()> didClose_;
+  std::shared_ptr<NSMenu> menu_;
+  Subscription menuSubscription_;
+  std::vector<Subscription> itemSubscriptions_;
+  GDBusConnection* connection_ = nullptr;
+  unsigned registration_ = 0;
+  unsigned revision_ = 1;
+  bool isOpen_ = false;
+};
+
+}  // namespace platform

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Platform/Gtk/StatusMenuExporter.h"
+#include "Platform/NSEvent.h"
+#include "Platform/NSStatusItem.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <gio/gio.h>
+
+namespace platform {
+
+/// The tray icon, as a StatusNotifierItem on the session bus. Main thread.
+class StatusNotifierItem : public NSStatusItem {
+ public:
+  /// What the item finds out about its desktop.
+  struct Events {
+    /// The tray answered the registration, or it is known that there is none. Once.
+    std::function<void()> settled;
+    /// There is a tray that shows the icon, or there no longer is.
+    std::function<void(bool hasTray)> trayChanged;
+  };
+
+  /// `connection` may be nullptr: then there is no tray, ever.
+  StatusNotifierItem(double length, GDBusConnection* connection, Events events);
+  ~StatusNotifierItem() override;
+  StatusNotifierItem(const StatusNotifierItem&) = delete;
+  StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
+
+  double length() const override { return length_; }
+  NSStatusBarButton* button() override;
+  void prepareMenu(std::shared_ptr<NSMenu> menu) override;
+  void popUpStatusItemMenu(std::shared_ptr<NSMenu> menu) override;
+
+  bool hasTray() const noexcept { return hasTray_; }
+  /// Where the last click was, in device pixels of the root window; (0, 0) if the panel didn't say.
+  NSPoint lastClick() const noexcept { return lastClick_; }
+  /// Asked before a click is passed on; true swallows it.
+  std::function<bool()> shouldIgnoreClick;
+
+ private:
+  class Button;
+
+  static void onMethodCall(GDBusConnection*, const char* sender, const char* path, const char* interface,
+                           const char* method, GVariant* parameters, GDBusMethodInvocation* invocation,
+                           gpointer self);
+  static GVariant* onGetProperty(GDBusConnection*, const char* sender, const char* path,
+                                 const char* interface, const char* property, GError** error, gpointer self);
+  static void onWatcherAppeared(GDBusConnection*, const char* name, const char* owner, gpointer self);
+  static void onWatcherVanished(GDBusConnection*, const char* name, gpointer self);
+  static void onHostSignal(GDBusConnection*, const char* sender, const char* path, const char* interface,
+                           const char* signal, GVariant* parameters, gpointer self);
+
+  NSMenu* preparedMenu() const noexcept { return preparedMenu_.get(); }
+  void registerWithWatcher();
+  void readHostRegistered();
+  void setHasTray(bool hasTray);
+  void settle();
+  void send(NSEvent::EventType type, NSPoint point);
+  GVariant* property(const std::string& name) const;
+  void iconChanged();
+
+  double length_;
+  GDBusConnection* connection_;
+  Events events_;
+  std::unique_ptr<Button> button_;
+  std::shared_ptr<NSMenu> preparedMenu_;
+  StatusMenuExporter menuExporter_;
+  GCancellable* cancellable_ = g_cancellable_new();
+  std::string busName_;
+  unsigned registration_ = 0;
+  unsigned ownedName_ = 0;
+  unsigned watch_ = 0;
+  unsigned hostSignal_ = 0;
+  bool hasTray_ = false;
+  bool isSettled_ = false;
+  NSPoint lastClick_;
+};
+
+}  // namespace platform

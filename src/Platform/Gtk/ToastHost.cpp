@@ -1,0 +1,36 @@
+#include "Platform/Gtk/ToastHost.h"
+
+#include <memory>
+#include <utility>
+
+#include <adwaita.h>
+
+namespace platform {
+
+GtkWidget* ToastHost::wrap(GtkWidget* child) {
+  overlay_ = adw_toast_overlay_new();
+  adw_toast_overlay_set_child(ADW_TOAST_OVERLAY(overlay_), child);
+  return overlay_;
+}
+
+void ToastHost::show(const std::string& text) { show(text, {}, {}); }
+
+void ToastHost::show(const std::string& text, const std::string& button, std::function<void()> action) {
+  if (overlay_ == nullptr) return;
+  const std::unique_ptr<char, decltype(&g_free)> escaped(g_markup_escape_text(text.c_str(), -1), g_free);
+  AdwToast* toast = adw_toast_new(escaped.get());
+  if (action) {
+    adw_toast_set_button_label(toast, button.c_str());
+    g_signal_connect_data(
+        toast, "button-clicked",
+        G_CALLBACK(+[](AdwToast*, gpointer data) { (*static_cast<std::function<void()>*>(data))(); }),
+        std::make_unique<std::function<void()>>(std::move(action)).release(),
+        [](gpointer data, GClosure*) {
+          std::default_delete<std::function<void()>>()(static_cast<std::function<void()>*>(data));
+        },
+        GConnectFlags(0));
+  }
+  adw_toast_overlay_add_toast(ADW_TOAST_OVERLAY(overlay_), toast);
+}
+
+}  // namespace platform

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <gtk/gtk.h>
+
+namespace platform {
+
+/// Short notices at the foot of the popover, which go by themselves. Main thread.
+class ToastHost {
+ public:
+  /// The overlay that holds `child` and the notices above it.
+  GtkWidget* wrap(GtkWidget* child);
+
+  void show(const std::string& text);
+  /// With a button.
+  void show(const std::string& text, const std::string& button, std::function<void()> action);
+
+ private:
+  GtkWidget* overlay_ = nullptr;
+};
+
+}  // namespace platform

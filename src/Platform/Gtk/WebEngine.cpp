@@ -1,0 +1,175 @@
+#include "Platform/Gtk/WebEngine.h"
+
+#include "Platform/DebugLog.h"
+#include "Platform/Gtk/ProgramFolders.h"
+#include "Platform/NSWorkspace.h"
+#include "Platform/UnusedFileName.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+namespace platform {
+
+namespace {
+
+/// Where pictures are computed by the processor, a graphics context in each web process is memory for
+/// nothing.
+bool hasGraphicsHardware() {
+  if (const char* forced = std::getenv("LIBGL_ALWAYS_SOFTWARE"); forced != nullptr && *forced == '1')
+    return false;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator("/dev/dri", error)) {
+    if (entry.path().filename().string().starts_with("renderD")) return true;
+  }
+  return false;
+}
+
+std::filesystem::path downloadFolder() {
+  const char* folder = g_get_user_special_dir(G_USER_DIRECTORY_DOWNLOAD);
+  return folder != nullptr ? std::filesystem::path(folder)
+                           : std::filesystem::path(g_get_home_dir()) / "Downloads";
+}
+
+/// What is known of a download while it runs.
+struct RunningDownload {
+  WebEngine* engine;
+  std::filesystem::path file;
+  bool hasFailed = false;
+};
+
+}  // namespace
+
+WebEngine::WebEngine(PopoverWindow& (*popoverOfProgram)())
+    : popover_(popoverOfProgram),
+      permissions_(ProgramFolders::userData() / "site-permissions.json"),
+      context_(GObjectPtr<WebKitWebContext>::adopt(webkit_web_context_new())) {
+  GList* allowed = nullptr;
+  GList* refused = nullptr;
+  for (const auto& [key, isAllowed] : permissions_.all()) {
+    if (key.second != "notifications") continue;
+    auto& list = isAllowed ? allowed : refused;
+    list = g_list_prepend(list, webkit_security_origin_new_for_uri(key.first.c_str()));
+  }
+  webkit_web_context_initialize_notification_permissions(context_.get(), allowed, refused);
+  const auto unref =
+      +[](gpointer origin) { webkit_security_origin_unref(static_cast<WebKitSecurityOrigin*>(origin)); };
+  g_list_free_full(allowed, unref);
+  g_list_free_full(refused, unref);
+}
+
+WebEngine::~WebEngine() {
+  for (auto* session : {persistent_.get(), ephemeral_.get()}) {
+    if (session != nullptr) g_signal_handlers_disconnect_by_data(session, this);
+  }
+}
+
+bool WebEngine::canSandbox(std::string& reason) {
+  // The engine itself would end the program at the first page.
+  if (const char* off = std::getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS");
+      off != nullptr && *off == '1') {
+    return true;
+  }
+  const char* command[] = {"bwrap", "--ro-bind", "/", "/", "true", nullptr};
+  char* output = nullptr;
+  GError* raw = nullptr;
+  int status = 0;
+  const bool isStarted = g_spawn_sync(nullptr, const_cast<char**>(command), nullptr,
+                                      GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL), nullptr,
+                                      nullptr, nullptr, &output, &status, &raw) != FALSE;
+  const GErrorPtr error(raw);
+  const GStringPtr text(output);
+  if (!isStarted) {
+    reason = error->message;
+    return false;
+  }
+  if (g_spawn_check_wait_status(status, nullptr)) return true;
+  reason = g_strchomp(text.get());
+  return false;
+}
+
+WebKitNetworkSession* WebEngine::session(bool isPersistent) {
+  auto& session = isPersistent ? persistent_ : ephemeral_;
+  if (session) return session.get();
+  if (!isPersistent) {
+    session = GObjectPtr<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral());
+  } else {
+    const auto data = ProgramFolders::userData();
+    std::error_code error;
+    std::filesystem::create_directories(data, error);
+    if (error) debugLog("WebEngine", "session(isPersistent:)", data.string() + ": " + error.message());
+    // Logins are in here.
+    std::filesystem::permissions(data, std::filesystem::perms::owner_all, error);
+    session = GObjectPtr<WebKitNetworkSession>::adopt(
+        webkit_network_session_new(data.c_str(), ProgramFolders::userCache().c_str()));
+    webkit_cookie_manager_set_persistent_storage(webkit_network_session_get_cookie_manager(session.get()),
+                                                 (data / "cookies.sqlite").c_str(),
+                                                 WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
+  }
+  watchDownloads(session.get());
+  return session.get();
+}
+
+GObjectPtr<WebKitSettings> WebEngine::makeSettings() const {
+  auto settings = GObjectPtr<WebKitSettings>::adopt(webkit_settings_new());
+  static const bool usesGraphics = hasGraphicsHardware();
+  webkit_settings_set_hardware_acceleration_policy(
+      settings.get(),
+      usesGraphics ? WEBKIT_HARDWARE_ACCELERATION_POLICY_ALWAYS : WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER);
+  webkit_settings_set_enable_media_stream(settings.get(), TRUE);
+  return settings;
+}
+
+void WebEngine::watchDownloads(WebKitNetworkSession* session) {
+  g_signal_connect(session, "download-started",
+                   G_CALLBACK(+[](WebKitNetworkSession*, WebKitDownload* download, gpointer self) {
+                     static_cast<WebEngine*>(self)->downloadStarted(download);
+                   }),
+                   this);
+}
+
+void WebEngine::downloadStarted(WebKitDownload* download) {
+  auto* running = std::make_unique<RunningDownload>(RunningDownload{this, {}, false}).release();
+  g_object_set_data_full(G_OBJECT(download), "velkin-download", running, [](gpointer data) {
+    std::default_delete<RunningDownload>()(static_cast<RunningDownload*>(data));
+  });
+  g_signal_connect(download, "decide-destination",
+                   G_CALLBACK(+[](WebKitDownload* d, const char* suggestion, gpointer data) -> gboolean {
+                     auto& self = *static_cast<RunningDownload*>(data);
+                     const auto file =
+                         reserveUnusedFile(downloadFolder(), suggestion != nullptr ? suggestion : "");
+                     if (!file) {
+                       webkit_download_cancel(d);
+                       return TRUE;
+                     }
+                     self.file = *file;
+                     // The file there is the empty one that keeps the name.
+                     webkit_download_set_allow_overwrite(d, TRUE);
+                     webkit_download_set_destination(d, file->c_str());
+                     self.engine->notify("Downloading “" + file->filename().string() + "”");
+                     return TRUE;
+                   }),
+                   running);
+  g_signal_connect(download, "failed", G_CALLBACK(+[](WebKitDownload*, GError* error, gpointer data) {
+                     auto& self = *static_cast<RunningDownload*>(data);
+                     self.hasFailed = true;
+                     std::error_code ignored;
+                     if (!self.file.empty()) std::filesystem::remove(self.file, ignored);
+                     debugLog("WebEngine", "downloadStarted(_:)", error->message);
+                     self.engine->notify("The download failed: " + std::string(error->message));
+                   }),
+                   running);
+  g_signal_connect(download, "finished", G_CALLBACK(+[](WebKitDownload*, gpointer data) {
+                     auto& self = *static_cast<RunningDownload*>(data);
+                     if (self.hasFailed) return;
+                     self.engine->popover().toasts().show(
+                         "Downloaded “" + self.file.filename().string() + "”", "Open", [file = self.file] {
+                           const GStringPtr uri(g_filename_to_uri(file.c_str(), nullptr, nullptr));
+                           const auto url = URL::parse(uri ? uri.get() : "");
+                           if (url) NSWorkspace::shared().open(*url);
+                         });
+                   }),
+                   running);
+}
+
+}  // namespace platform

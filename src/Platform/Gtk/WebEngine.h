@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/PopoverWindow.h"
+#include "Platform/SitePermissions.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <webkit/webkit.h>
+
+namespace platform {
+
+/// What all web views share: the store of cookies and data, downloads, permissions, and the popover that
+/// shows their notices. Made with the first web view. Main thread.
+class WebEngine {
+ public:
+  explicit WebEngine(PopoverWindow& (*popoverOfProgram)());
+  ~WebEngine();
+  WebEngine(const WebEngine&) = delete;
+  WebEngine& operator=(const WebEngine&) = delete;
+
+  /// True if web processes can be locked up as they must be; otherwise `reason` says why not.
+  static bool canSandbox(std::string& reason);
+
+  WebKitNetworkSession* session(bool isPersistent);
+  WebKitWebContext* context() { return context_.get(); }
+  /// Settings of one view's own.
+  GObjectPtr<WebKitSettings> makeSettings() const;
+
+  SitePermissions& permissions() noexcept { return permissions_; }
+  PopoverWindow& popover() { return popover_(); }
+
+  /// A notice at the foot of the popover.
+  void notify(const std::string& text) { popover().toasts().show(text); }
+
+ private:
+  void watchDownloads(WebKitNetworkSession* session);
+  void downloadStarted(WebKitDownload* download);
+
+  PopoverWindow& (*popover_)();
+  SitePermissions permissions_;
+  GObjectPtr<WebKitWebContext> context_;
+  GObjectPtr<WebKitNetworkSession> persistent_;
+  GObjectPtr<WebKitNetworkSession> ephemeral_;
+};
+
+}  // namespace platform

@@ -1,0 +1,270 @@
+#include "Platform/Gtk/X11Desktop.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include <X11/Xatom.h>
+#include <X11/Xlib-xcb.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XInput2.h>
+#include <gdk/x11/gdkx.h>
+#include <glib-unix.h>
+
+namespace platform {
+
+namespace {
+
+GdkDisplay* gdkDisplay() { return gdk_display_get_default(); }
+
+Display* xDisplay() {
+  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+  return gdk_x11_display_get_xdisplay(gdkDisplay());
+  G_GNUC_END_IGNORE_DEPRECATIONS
+}
+
+Atom atom(const char* name) { return XInternAtom(xDisplay(), name, False); }
+
+GdkSurface* surfaceOf(GtkWindow* window) { return gtk_native_get_surface(GTK_NATIVE(window)); }
+
+Window xid(GtkWindow* window) { return gdk_x11_surface_get_xid(surfaceOf(window)); }
+
+/// Windows of others vanish at any moment; what X says of that is of no interest.
+class ErrorTrap {
+ public:
+  ErrorTrap() { gdk_x11_display_error_trap_push(gdkDisplay()); }
+  ~ErrorTrap() { gdk_x11_display_error_trap_pop_ignored(gdkDisplay()); }
+  ErrorTrap(const ErrorTrap&) = delete;
+  ErrorTrap& operator=(const ErrorTrap&) = delete;
+};
+
+/// A property of 32-bit items, which Xlib hands out as longs.
+std::vector<unsigned long> readProperty(Display* display, Window window, Atom property, Atom type) {
+  Atom actualType = None;
+  int format = 0;
+  unsigned long count = 0;
+  unsigned long rest = 0;
+  unsigned char* data = nullptr;
+  std::vector<unsigned long> values;
+  if (XGetWindowProperty(display, window, property, 0, 65536, False, type, &actualType, &format, &count,
+                         &rest, &data) == Success &&
+      data != nullptr && format == 32) {
+    const std::span items(reinterpret_cast<unsigned long*>(data), count);
+    values.assign(items.begin(), items.end());
+  }
+  if (data != nullptr) XFree(data);
+  return values;
+}
+
+void sendToRoot(GtkWindow* window, const char* message, std::array<long, 5> data) {
+  XEvent event = {};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = xid(window);
+  event.xclient.message_type = atom(message);
+  event.xclient.format = 32;
+  std::copy(data.begin(), data.end(), event.xclient.data.l);
+  XSendEvent(xDisplay(), DefaultRootWindow(xDisplay()), False,
+             SubstructureRedirectMask | SubstructureNotifyMask, &event);
+}
+
+/// True if X gave the identifier to GDK's own connection.
+bool isOwn(Window window) {
+  const auto* setup = xcb_get_setup(XGetXCBConnection(xDisplay()));
+  return (window & ~static_cast<Window>(setup->resource_id_mask)) == setup->resource_id_base;
+}
+
+}  // namespace
+
+bool X11Desktop::isAvailable() {
+  auto* display = gdkDisplay();
+  return display != nullptr && GDK_IS_X11_DISPLAY(display);
+}
+
+int X11Desktop::scale() {
+  int most = 1;
+  GListModel* list = gdk_display_get_monitors(gdkDisplay());
+  for (guint i = 0; i < g_list_model_get_n_items(list); ++i) {
+    auto* monitor = static_cast<GdkMonitor*>(g_list_model_get_item(list, i));
+    most = std::max(most, gdk_monitor_get_scale_factor(monitor));
+    g_object_unref(monitor);
+  }
+  return most;
+}
+
+std::vector<PixelRect> X11Desktop::monitors(std::size_t& primary) {
+  std::vector<PixelRect> rects;
+  primary = 0;
+  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+  auto* first = gdk_x11_display_get_primary_monitor(gdkDisplay());
+  G_GNUC_END_IGNORE_DEPRECATIONS
+  GListModel* list = gdk_display_get_monitors(gdkDisplay());
+  for (guint i = 0; i < g_list_model_get_n_items(list); ++i) {
+    auto* monitor = static_cast<GdkMonitor*>(g_list_model_get_item(list, i));
+    GdkRectangle area;
+    gdk_monitor_get_geometry(monitor, &area);
+    const int factor = gdk_monitor_get_scale_factor(monitor);
+    if (monitor == first) primary = rects.size();
+    rects.push_back({area.x * factor, area.y * factor, area.width * factor, area.height * factor});
+    g_object_unref(monitor);
+  }
+  return rects;
+}
+
+std::vector<Strut> X11Desktop::struts() {
+  const ErrorTrap trap;
+  std::vector<Strut> found;
+  const auto root = DefaultRootWindow(xDisplay());
+  for (const auto window : readProperty(xDisplay(), root, atom("_NET_CLIENT_LIST"), XA_WINDOW)) {
+    const auto values = readProperty(xDisplay(), window, atom("_NET_WM_STRUT_PARTIAL"), XA_CARDINAL);
+    if (values.size() < 12) continue;
+    for (std::size_t edge = 0; edge < 4; ++edge) {
+      if (values[edge] == 0) continue;
+      found.push_back({static_cast<Strut::Edge>(edge), static_cast<int>(values[edge]),
+                       static_cast<int>(values[4 + 2 * edge]), static_cast<int>(values[5 + 2 * edge])});
+    }
+  }
+  return found;
+}
+
+PixelPoint X11Desktop::pointer() {
+  Window root = None;
+  Window child = None;
+  int x = 0;
+  int y = 0;
+  int childX = 0;
+  int childY = 0;
+  unsigned mask = 0;
+  XQueryPointer(xDisplay(), DefaultRootWindow(xDisplay()), &root, &child, &x, &y, &childX, &childY, &mask);
+  return {x, y};
+}
+
+void X11Desktop::setSkipsTaskbar(GtkWindow* window, bool skips) {
+  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+  gdk_x11_surface_set_skip_taskbar_hint(surfaceOf(window), skips);
+  gdk_x11_surface_set_skip_pager_hint(surfaceOf(window), skips);
+  G_GNUC_END_IGNORE_DEPRECATIONS
+}
+
+void X11Desktop::setPositionHint(GtkWindow* window, PixelPoint position) {
+  XSizeHints hints = {};
+  long supplied = 0;
+  XGetWMNormalHints(xDisplay(), xid(window), &hints, &supplied);
+  hints.flags |= USPosition;
+  XSetWMNormalHints(xDisplay(), xid(window), &hints);
+  move(window, position);
+}
+
+void X11Desktop::move(GtkWindow* window, PixelPoint position) {
+  XMoveWindow(xDisplay(), xid(window), position.x, position.y);
+}
+
+PixelRect X11Desktop::frame(GtkWindow* window) {
+  const ErrorTrap trap;
+  Window root = None;
+  Window child = None;
+  int x = 0;
+  int y = 0;
+  unsigned width = 0;
+  unsigned height = 0;
+  unsigned border = 0;
+  unsigned depth = 0;
+  XGetGeometry(xDisplay(), xid(window), &root, &x, &y, &width, &height, &border, &depth);
+  XTranslateCoordinates(xDisplay(), xid(window), root, 0, 0, &x, &y, &child);
+  return {x, y, static_cast<int>(width), static_cast<int>(height)};
+}
+
+void X11Desktop::keepAbove(GtkWindow* window) {
+  constexpr long add = 1;
+  constexpr long fromApplication = 1;
+  sendToRoot(window, "_NET_WM_STATE",
+             {add, static_cast<long>(atom("_NET_WM_STATE_ABOVE")), 0, fromApplication, 0});
+}
+
+void X11Desktop::activate(GtkWindow* window) {
+  constexpr long fromPager = 2;
+  const auto time = gdk_x11_get_server_time(surfaceOf(window));
+  sendToRoot(window, "_NET_ACTIVE_WINDOW", {fromPager, static_cast<long>(time), 0, 0, 0});
+}
+
+bool X11Desktop::isActiveWindowOurs() {
+  const ErrorTrap trap;
+  const auto active =
+      readProperty(xDisplay(), DefaultRootWindow(xDisplay()), atom("_NET_ACTIVE_WINDOW"), XA_WINDOW);
+  return !active.empty() && active.front() != None && isOwn(active.front());
+}
+
+struct X11PressWatcher::Connection {
+  Display* display = nullptr;
+  int inputOpcode = 0;
+  guint source = 0;
+  std::function<void(bool)> onPress;
+
+  ~Connection() {
+    if (source != 0) g_source_remove(source);
+    if (display != nullptr) XCloseDisplay(display);
+  }
+
+  bool isPointerOverOwnWindow() const {
+    Window window = DefaultRootWindow(display);
+    while (window != None) {
+      Window root = None;
+      Window child = None;
+      int ignored = 0;
+      unsigned mask = 0;
+      XQueryPointer(display, window, &root, &child, &ignored, &ignored, &ignored, &ignored, &mask);
+      if (child != None && isOwn(child)) return true;
+      window = child;
+    }
+    return false;
+  }
+
+  void drain() {
+    bool pressed = false;
+    while (XPending(display) > 0) {
+      XEvent event;
+      XNextEvent(display, &event);
+      if (event.type == GenericEvent && event.xcookie.extension == inputOpcode &&
+          event.xcookie.evtype == XI_RawButtonPress) {
+        pressed = true;
+      }
+    }
+    if (pressed) {
+      const bool isOver = isPointerOverOwnWindow();
+      // A copy: being told may end this watcher.
+      const auto tell = onPress;
+      tell(isOver);
+    }
+  }
+};
+
+X11PressWatcher::X11PressWatcher(std::function<void(bool)> onPress)
+    : connection_(std::make_unique<Connection>()) {
+  connection_->onPress = std::move(onPress);
+  connection_->display = XOpenDisplay(gdk_display_get_name(gdkDisplay()));
+  if (connection_->display == nullptr) return;
+  int event = 0;
+  int error = 0;
+  int major = 2;
+  int minor = 2;
+  if (!XQueryExtension(connection_->display, "XInputExtension", &connection_->inputOpcode, &event, &error) ||
+      XIQueryVersion(connection_->display, &major, &minor) != Success) {
+    return;
+  }
+  std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> bits = {};
+  XISetMask(bits.data(), XI_RawButtonPress);
+  XIEventMask mask = {XIAllMasterDevices, static_cast<int>(bits.size()), bits.data()};
+  XISelectEvents(connection_->display, DefaultRootWindow(connection_->display), &mask, 1);
+  XFlush(connection_->display);
+  connection_->source = g_unix_fd_add(
+      ConnectionNumber(connection_->display), G_IO_IN,
+      [](gint, GIOCondition, gpointer self) -> gboolean {
+        static_cast<Connection*>(self)->drain();
+        return G_SOURCE_CONTINUE;
+      },
+      connection_.get());
+}
+
+X11PressWatcher::~X11PressWatcher() = default;
+
+}  // namespace platform

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Platform/NSDistributedNotificationCenter.h"
+#include "Platform/NSWorkspace.h"
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace platform {
+
+/// Remembers what it was asked to open.
+class HeadlessWorkspace : public NSWorkspace {
+ public:
+  std::vector<URL> opened;
+  std::vector<NSRunningApplication> running;
+
+  bool open(const URL& url) override {
+    opened.push_back(url);
+    return true;
+  }
+  std::vector<NSRunningApplication> runningApplications() override { return running; }
+};
+
+/// Delivers at once and remembers what was posted.
+class HeadlessDistributedNotificationCenter : public NSDistributedNotificationCenter {
+ public:
+  std::vector<std::pair<std::string, std::string>> posted;
+
+  void post(const std::string& name, const std::string& object) override;
+  std::unique_ptr<Token> addObserver(const std::string& name,
+                                     std::function<void(const std::string& object)> action) override;
+
+ private:
+  class ObserverToken;
+  std::multimap<std::string, std::weak_ptr<std::function<void(const std::string&)>>> observers_;
+};
+
+}  // namespace platform

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Platform/NSHostingController.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+/// One element as it stands on the screen that isn't there.
+class HeadlessView : public RenderedView {
+ public:
+  explicit HeadlessView(const Element& shown);
+  ~HeadlessView() override;
+
+  const Element& element() const noexcept { return element_; }
+  const std::vector<HeadlessView*>& children() const noexcept { return children_; }
+  /// How often its content was set after it was made.
+  int updateCount = 0;
+  /// The platform view, if this element hosts one.
+  NSView* hosted = nullptr;
+
+  /// All words in it, in order.
+  std::string text() const;
+  /// As a click on a button, a check box or a view with a tap; nothing happens while it is disabled.
+  void press();
+  /// As a user's replacing all of a text field's or an editor's text.
+  void type(std::string text);
+  /// As Return in a text field.
+  void commit();
+  void select(int option);
+  void hover(bool isInside);
+  bool isEnabled() const;
+
+  void update(const Element& element) override;
+  void setChildren(std::span<RenderedView* const> children) override;
+
+ private:
+  Element element_;
+  HeadlessView* parent_ = nullptr;
+  std::vector<HeadlessView*> children_;
+};
+
+/// The description as it is on show, for tests to look through and to press.
+class HeadlessHostingView : public NSHostingView {
+ public:
+  explicit HeadlessHostingView(View root);
+
+  ViewHost& host() noexcept override { return *host_; }
+  NSRect frame() const override { return {}; }
+  void makeFirstResponder() override {}
+
+  const std::vector<HeadlessView*>& roots() const noexcept;
+
+  /// Every view that `matches`, from the outside in and in order.
+  std::vector<HeadlessView*> all(const std::function<bool(const HeadlessView&)>& matches) const;
+  template <class Content>
+  std::vector<HeadlessView*> all() const {
+    return all(
+        [](const HeadlessView& view) { return std::holds_alternative<Content>(view.element().content); });
+  }
+  /// The first button, check box or tappable view with this text, label or tooltip; nullptr if there is none.
+  HeadlessView* control(std::string_view name) const;
+  /// The first text field with this placeholder or label.
+  HeadlessView* field(std::string_view name) const;
+  bool showsText(std::string_view text) const;
+
+ private:
+  class Renderer;
+  Renderer* renderer_;
+  std::unique_ptr<ViewHost> host_;
+};
+
+/// The tree of a controller's described view.
+template <class V>
+HeadlessHostingView& headlessTree(NSHostingController<V>& controller) {
+  return dynamic_cast<HeadlessHostingView&>(controller.hostingView());
+}
+
+}  // namespace platform

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace platform {
+
+inline constexpr const char* NSAppearanceNameAqua = "NSAppearanceNameAqua";
+inline constexpr const char* NSAppearanceNameDarkAqua = "NSAppearanceNameDarkAqua";
+inline constexpr const char* NSAppearanceNameVibrantDark = "NSAppearanceNameVibrantDark";
+
+/// Posted to the distributed notification centre when the user changes between light and dark.
+inline constexpr const char* interfaceThemeChangedNotification = "AppleInterfaceThemeChangedNotification";
+
+/// The desktop's look.
+struct NSAppearance {
+  std::string name;
+
+  bool isDark() const { return name == NSAppearanceNameDarkAqua || name == NSAppearanceNameVibrantDark; }
+
+  /// As the desktop has it now. Any thread.
+  static std::optional<NSAppearance> currentAppearance();
+};
+
+}  // namespace platform

@@ -1,0 +1,125 @@
+#pragma once
+
+#include "Platform/NSError.h"
+#include "Platform/NSView.h"
+#include "Platform/URL.h"
+#include "Platform/URLRequest.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace platform {
+
+class WKWebView;
+
+enum class WKContentMode : int { recommended = 0, mobile = 1, desktop = 2 };
+
+struct WKWebpagePreferences {
+  bool allowsContentJavaScript = true;
+  WKContentMode preferredContentMode = WKContentMode::recommended;
+};
+
+/// A script that every page runs.
+struct WKUserScript {
+  enum class InjectionTime { atDocumentStart, atDocumentEnd };
+  std::string source;
+  InjectionTime injectionTime = InjectionTime::atDocumentEnd;
+  bool forMainFrameOnly = true;
+};
+
+/// Told of what a page posts under a name. Main thread.
+class WKScriptMessageHandler {
+ public:
+  virtual ~WKScriptMessageHandler() = default;
+  /// `body` is what the page posted, as JSON text.
+  virtual void didReceiveScriptMessage(const std::string& name, const std::string& body) = 0;
+};
+
+/// Scripts and message handlers of the web views that are made with it. What is added later holds from the
+/// next page on.
+struct WKUserContentController {
+  std::vector<WKUserScript> userScripts;
+  std::vector<std::pair<std::string, WKScriptMessageHandler*>> messageHandlers;
+
+  void addUserScript(WKUserScript script) { userScripts.push_back(std::move(script)); }
+  void addScriptMessageHandler(WKScriptMessageHandler& handler, std::string name) {
+    messageHandlers.emplace_back(std::move(name), &handler);
+  }
+};
+
+struct WKPreferences {
+  bool developerExtrasEnabled = false;
+};
+
+/// What a web view is made with.
+struct WKWebViewConfiguration {
+  WKWebpagePreferences defaultWebpagePreferences;
+  WKPreferences preferences;
+  WKUserContentController userContentController;
+  /// False keeps the page's cookies and storage out of the program's persistent store.
+  bool usesPersistentDataStore = true;
+};
+
+/// Told of a web view's loading. Main thread.
+class WKNavigationDelegate {
+ public:
+  virtual ~WKNavigationDelegate() = default;
+  virtual void didFinish(WKWebView&) {}
+  virtual void didFail(WKWebView&, const NSError&) {}
+};
+
+/// Who answers for a web view's windows and dialogues. What it doesn't answer, the engine does.
+class WKUIDelegate {
+ public:
+  virtual ~WKUIDelegate() = default;
+};
+
+/// A page. The engine behind it starts when a page is first loaded or shown. Main thread.
+class WKWebView : public NSView {
+ public:
+  static std::unique_ptr<WKWebView> make(NSRect frame, WKWebViewConfiguration configuration);
+
+  WKUIDelegate* uiDelegate = nullptr;
+  WKNavigationDelegate* navigationDelegate = nullptr;
+
+  virtual const WKWebViewConfiguration& configuration() const = 0;
+
+  /// The address that was loaded last, or is being loaded; nothing before the first.
+  virtual std::optional<URL> url() const = 0;
+  virtual std::string title() const = 0;
+  virtual bool isLoading() const = 0;
+
+  virtual void load(const URLRequest& request) = 0;
+  virtual void loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) = 0;
+  virtual void reload() = 0;
+  /// Past every cache.
+  virtual void reloadFromOrigin() = 0;
+  virtual void stopLoading() = 0;
+  virtual bool canGoBack() const = 0;
+  virtual bool canGoForward() const = 0;
+  virtual void goBack() = 0;
+  virtual void goForward() = 0;
+
+  virtual double pageZoom() const = 0;
+  virtual void setPageZoom(double zoom) = 0;
+  /// Empty: the engine's own.
+  virtual std::string customUserAgent() const = 0;
+  virtual void setCustomUserAgent(std::string userAgent) = 0;
+
+  bool allowsMagnification = false;
+  bool allowsLinkPreview = false;
+  virtual bool allowsBackForwardNavigationGestures() const = 0;
+  virtual void setAllowsBackForwardNavigationGestures(bool isAllowed) = 0;
+
+  /// Runs `script` in the page. The completion gets its value as JSON text (empty for one that has none), or
+  /// the error.
+  using ScriptCompletion =
+      std::function<void(const std::optional<std::string>& json, const std::optional<NSError>& error)>;
+  virtual void evaluateJavaScript(const std::string& script, ScriptCompletion completion = {}) = 0;
+};
+
+}  // namespace platform

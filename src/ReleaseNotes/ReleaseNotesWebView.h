@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Platform/NSViewController.h"
+#include "Platform/View/View.h"
+#include "Platform/WKWebView.h"
+
+#include <memory>
+
+namespace velkin {
+
+/// Composes the page of the release notes and shows it in a web view of its own. Light or dark is decided
+/// when it is made. Main thread.
+class ReleaseNotesWebViewController : public platform::NSViewController,
+                                      public platform::WKNavigationDelegate {
+ public:
+  ReleaseNotesWebViewController();
+
+  const bool isDarkMode;
+
+  /// Composes the page and loads it.
+  void setupView(bool isDarkMode);
+
+  void didFinish(platform::WKWebView& webView) override;
+
+ protected:
+  void loadView() override;
+  platform::NSView& loadedView() override { return *webView_; }
+
+ private:
+  std::unique_ptr<platform::WKWebView> webView_;
+};
+
+/// The release notes' page among the described views.
+struct ReleaseNotesWebView {
+  std::shared_ptr<ReleaseNotesWebViewController> controller =
+      std::make_shared<ReleaseNotesWebViewController>();
+
+  platform::View body() const;
+};
+
+}  // namespace velkin

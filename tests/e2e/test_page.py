@@ -1,0 +1,205 @@
+"""What a user expects of a web page in the popover: links, sign-in windows, dialogs, downloads, and a page whose
+process dies."""
+import subprocess
+import time
+
+from harness import VelkinTestCase, waitFor
+from harness.waiting import settle
+
+
+class Page(VelkinTestCase):
+    def open(self, **settings):
+        """The program with its popover open on the chat page: sets velkin, window and page."""
+        self.velkin = self.startOnChat(**settings)
+        self.window = self.openPopover(self.velkin)
+        self.page = self.chat.page()
+
+    def click(self, id):
+        self.clickInPage(self.page, self.window, id)
+
+    def testALinkToANewWindowGoesToTheBrowser(self):
+        self.open()
+        windows = len(self.desktop.windows())
+        self.click("outside")
+        opened = waitFor("the default browser to be called", self.home.openedInBrowser, 10,
+                         lambda: self.page.last("click"))
+        self.assertEqual(opened, ["http://127.83.0.9:8471/outside"])
+        settle()
+        self.assertEqual(self.page.ask("location.pathname"), "/chat")
+        self.assertLessEqual(len(self.desktop.windows()), windows)
+
+    def testAnOrdinaryLinkStaysInThePopover(self):
+        self.open()
+        self.click("other")
+        self.assertEqual(self.chat.page("/other").ask("document.title"), "chatgpt: another page")
+        self.assertEqual(self.home.openedInBrowser(), [])
+
+    def testASignInWindowOpensAndCloses(self):
+        self.open()
+        before = {window.id for window in self.desktop.windows()}
+        self.click("signIn")
+        form = self.chat.page("/sign-in")
+        window = waitFor("the sign-in window",
+                         lambda: [w for w in self.desktop.windows() if w.id not in before and not w.overrideRedirect],
+                         10, self.describeWindows)[0]
+        settle()
+        self.desktop.picture(self.artefact("open.png"))
+        self.assertLess(window.width, 600)
+        # The same session: it sends the login that the page got.
+        self.assertIn("login", self.chat.loads("/sign-in")[0].cookies)
+        self.assertIsNotNone(self.popover(), "the popover closed under its own sign-in window")
+        form.post("done()")
+        waitFor("the sign-in window to close",
+                lambda: window.id not in {w.id for w in self.desktop.windows()}, 10, self.describeWindows)
+        waitFor("the page to hear of it",
+                lambda: any(m["data"] == "signed in" for m in self.page.all("message")), 10)
+        self.assertIn("signedIn=yes", self.page.ask("document.cookie"))
+        self.assertEqual(len(self.chat.loads()), 1)
+
+    def pasteFrom(self, holder, id):
+        self.addCleanup(holder.wait)
+        self.addCleanup(holder.kill)
+        self.click(id)
+        waitFor("the field to have the focus", lambda: self.page.ask("document.activeElement.id") == id, 10)
+        self.desktop.key("ctrl+v")
+        return waitFor("the page to get the paste", lambda: self.page.last("paste"), 10)
+
+    def testTextCopiedElsewhereIsPasted(self):
+        self.open()
+        told = self.pasteFrom(self.desktop.copy("Grüße aus dem Nachbarfenster".encode()), "text")
+        self.assertEqual(told["text"], "Grüße aus dem Nachbarfenster")
+        waitFor("the text", lambda: self.page.ask("document.getElementById('text').value") == told["text"], 10)
+
+    def testAPictureCopiedElsewhereIsPasted(self):
+        self.open()
+        picture = subprocess.run(["convert", "-size", "20x20", "xc:red", "png:-"], check=True, capture_output=True)
+        told = self.pasteFrom(self.desktop.copy(picture.stdout, "image/png"), "rich")
+        waitFor("the picture in the field",
+                lambda: self.page.ask("document.querySelector('#rich img') && 1"), 10, lambda: told)
+
+    def testThePagesContextMenuOpensAndHoldsThePopover(self):
+        self.open()
+        x, y, zoom = self.pageOrigin(self.page, self.window)
+        self.desktop.click(round(x + 300 * zoom), round(y + 400 * zoom), button=3)
+        menu = waitFor("the context menu", lambda: [w for w in self.desktop.windows() if w.overrideRedirect], 10,
+                       self.describeWindows)[0]
+        self.desktop.picture(self.artefact("menu.png"))
+        self.assertGreater(menu.height, 40)
+        settle(0.5)
+        self.assertIsNotNone(self.popover(), "the popover closed under the page's menu")
+        self.desktop.key("Escape")
+        waitFor("the context menu to close",
+                lambda: not [w for w in self.desktop.windows() if w.overrideRedirect], 10, self.describeWindows)
+        settle(0.5)
+        self.assertIsNotNone(self.popover(), "the popover closed with the page's menu")
+
+    def dialog(self, name, *keys):
+        """Clicks the button of a dialog, answers it with the keys, and returns what the page got."""
+        self.click(name)
+        waitFor("the page to ask", lambda: [a for a in self.page.all("asked") if a["dialog"] == name], 10)
+        settle(1)
+        self.desktop.picture(self.artefact(f"{name}.png"))
+        self.assertFalse([d for d in self.page.all("dialog") if d["dialog"] == name], "the page was not made to wait")
+        self.assertIsNotNone(self.popover(), "the popover closed under the dialog")
+        for key in keys:
+            if len(key) > 1 and key[0] == "=":
+                self.desktop.type(key[1:])
+            else:
+                self.desktop.key(key)
+        told = waitFor("the dialog's answer",
+                       lambda: [d for d in self.page.all("dialog") if d["dialog"] == name], 10, self.describeWindows)
+        return told[-1]["value"]
+
+    def testAlert(self):
+        self.open()
+        self.assertIsNone(self.dialog("alert", "Return"))
+        self.assertIsNotNone(self.popover())
+
+    def testConfirm(self):
+        self.open()
+        self.assertIs(self.dialog("confirm", "Return"), True)
+
+    def testPrompt(self):
+        self.open()
+        self.assertEqual(self.dialog("prompt", "ctrl+a", "=Ada", "Return"), "Ada")
+
+    def testAPermissionIsAskedForAndTheAnswerIsRemembered(self):
+        self.open()
+        # The safe answer is the one that a mere Return gives.
+        self.assertEqual(self.dialog("notify", "Return"), "denied")
+        self.click("notify")
+        waitFor("the second answer", lambda: len([d for d in self.page.all("dialog") if d["dialog"] == "notify"]) == 2,
+                10, self.describeWindows)
+        self.assertEqual(self.page.last("dialog")["value"], "denied")
+
+        self.velkin.end()
+        waitFor("the icon to go", lambda: not self.session.trayItems(), 10)
+        self.services.clear()
+        self.open()
+        self.click("notify")
+        told = waitFor("the answer after a restart", lambda: self.page.last("dialog"), 10, self.describeWindows)
+        self.assertEqual(told["value"], "denied")
+
+    def testAPermissionThatIsGranted(self):
+        self.open()
+        self.assertEqual(self.dialog("notify", "Tab", "Return"), "granted")
+
+    def testDownloadsGetUnusedNames(self):
+        self.open()
+        taken = self.home.downloads / "report.txt"
+        taken.write_text("mine")
+        for count in (2, 3):
+            self.page.ask("document.getElementById('file').blur()")
+            self.click("file")
+            waitFor(f"{count} files in the download folder", lambda: len(self.files()) == count, 15, self.files)
+        self.assertEqual(taken.read_text(), "mine", "a download wrote over a file")
+        for path in self.files():
+            if path != taken:
+                self.assertEqual(path.suffix, ".txt")
+                waitFor("the whole content", lambda: path.read_text() == "a file of chatgpt\n", 10)
+        self.assertEqual(self.page.ask("location.pathname"), "/chat")
+        self.desktop.picture(self.artefact("notice.png"))
+
+    def files(self):
+        """The finished files of the download folder."""
+        return sorted(path for path in self.home.downloads.iterdir()
+                      if not path.name.startswith(".") and path.suffix != ".part")
+
+    def testAnUploadShowsAFileChooser(self):
+        self.open()
+        before = {window.id for window in self.desktop.windows()}
+        self.click("upload")
+        chooser = waitFor("the file chooser", lambda: [w for w in self.desktop.windows() if w.id not in before], 15,
+                          self.describeWindows)[0]
+        settle()
+        self.assertTrue([w for w in self.desktop.windows() if w.id == self.window.id],
+                        "the popover closed under its own file chooser")
+        self.desktop.key("Escape")
+        waitFor("the file chooser to close", lambda: chooser.id not in {w.id for w in self.desktop.windows()}, 10)
+        self.assertEqual(self.page.ask("document.getElementById('upload').files.length"), 0)
+
+    def testAWebProcessThatDiesComesBack(self):
+        self.open()
+        self.assertTrue(self.velkin.killWebProcesses(), "there is no web process to kill")
+        waitFor("the page to load again", lambda: len(self.chat.loads()) == 2, 20, self.chat.seen)
+        again = self.chat.page(number=1)
+        self.assertEqual(again.ask("document.title"), "chatgpt")
+        self.assertTrue(self.velkin.running())
+        self.assertIsNotNone(self.popover())
+
+    def testAWebProcessThatDiesAgainAndAgainIsLeftAlone(self):
+        self.open()
+        started = time.monotonic()
+        for count in (2, 3, 4):
+            self.velkin.killWebProcesses()
+            self.chat.page(number=count - 1)
+            self.assertEqual(len(self.chat.loads()), count)
+        self.velkin.killWebProcesses()
+        settle(4)
+        if time.monotonic() - started > 55:
+            self.skipTest("this machine is too slow to kill four times within a minute")
+        self.assertEqual(len(self.chat.loads()), 4, "a fourth reload within a minute")
+        window = self.popover()
+        self.assertIsNotNone(window)
+        self.assertGreater(self.desktop.coloursIn(window), 4, "nothing tells the user what happened")
+        self.assertTrue(self.velkin.running())
