@@ -16,7 +16,7 @@ using platform::PropertyListValue;
 
 namespace {
 
-constexpr std::int64_t threeHours = 3 * 60 * 60;
+constexpr std::int64_t threeHours = 10'800;
 
 std::optional<int> digitIn(std::optional<char32_t> character) {
   if (!character || *character < U'0' || *character > U'9') return std::nullopt;

@@ -184,7 +184,7 @@ PropertyListValue::Dictionary FileUserDefaults::merged() const {
   return result;
 }
 
-void FileUserDefaults::note(std::string_view function, std::string message) const {
+void FileUserDefaults::note(std::string_view function, std::string_view message) const {
   std::string line = "Q$: FileUserDefaults.cpp.";
   notes_.push_back(line.append(function).append(" ").append(message));
 }

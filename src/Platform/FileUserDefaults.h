@@ -44,7 +44,7 @@ class FileUserDefaults : public NSUserDefaults {
   void load() const;
   bool setAside();
   PropertyListValue::Dictionary merged() const;
-  void note(std::string_view function, std::string message) const;
+  void note(std::string_view function, std::string_view message) const;
 
   std::filesystem::path path_;
   std::filesystem::path lockPath_;

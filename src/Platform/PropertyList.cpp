@@ -51,7 +51,7 @@ bool isStorable(char32_t character) noexcept {
   return character != 0xFFFE && character != 0xFFFF;
 }
 
-std::string storableText(std::string text) {
+std::string storableText(const std::string& text) {
   std::string result;
   std::string_view rest = text;
   bool isChanged = false;
@@ -181,8 +181,9 @@ std::optional<PropertyListValue> valueOf(plist_t node, int depth = 0) {
       PropertyListValue::Dictionary dictionary;
       const bool isWhole = forEachItem(node, true, [&](const char* key, plist_t child) {
         auto item = valueOf(child, depth + 1);
-        if (item && key != nullptr) dictionary.insert_or_assign(key, *std::move(item));
-        return item.has_value();
+        if (!item) return false;
+        if (key != nullptr) dictionary.insert_or_assign(key, *std::move(item));
+        return true;
       });
       if (!isWhole) return std::nullopt;
       return dictionary;

@@ -49,9 +49,12 @@ class SizeSignalBlock {
   }
   ~SizeSignalBlock() {
     if (sigismember(&before_, SIGXFSZ) == 1) return;
+    // The write's own error is still to be told.
+    const auto error = errno;
     const timespec now{};
     retried([&] { return sigtimedwait(&signal_, nullptr, &now); });
     pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    errno = error;
   }
   SizeSignalBlock(const SizeSignalBlock&) = delete;
   SizeSignalBlock& operator=(const SizeSignalBlock&) = delete;

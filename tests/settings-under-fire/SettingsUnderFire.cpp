@@ -20,7 +20,9 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sched.h>
 #include <signal.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -57,6 +59,7 @@ template <class Work>
 Child start(Work work) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) fail("no pipe");
+  std::fflush(nullptr);
   const auto process = fork();
   if (process < 0) fail("no process");
   if (process == 0) {
@@ -190,6 +193,53 @@ void fillDisk(const fs::path& path) {
   if (velkin::contentsOf(path) != before) fail("a full disk changed the file");
 }
 
+constexpr int cannotMount = 77;
+
+/// Gives this process a view of the mounted disks that is its own and that it may change.
+bool ownMounts() {
+  const auto user = geteuid();
+  const auto group = getegid();
+  if (user == 0) return unshare(CLONE_NEWNS) == 0;
+  if (unshare(CLONE_NEWNS | CLONE_NEWUSER) != 0) return false;
+  velkin::writeFile("/proc/self/setgroups", "deny");
+  velkin::writeFile("/proc/self/uid_map", "0 " + std::to_string(user) + " 1");
+  velkin::writeFile("/proc/self/gid_map", "0 " + std::to_string(group) + " 1");
+  return geteuid() == 0;
+}
+
+/// The same on a disk that is really full: a small one, seen by one child only. False where none may be
+/// mounted.
+bool fillSmallDisk(const fs::path& folder) {
+  fs::create_directories(folder);
+  const auto writer = start([&](int) {
+    if (!ownMounts() || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=64k") != 0) {
+      _exit(cannotMount);
+    }
+    const auto path = folder / "domain.plist";
+    FileUserDefaults defaults(path);
+    defaults.setObject("before", "text");
+    const auto before = velkin::contentsOf(path);
+    velkin::writeFile(folder / "filler", std::string(200'000, 'x'));
+    bool isLogged = false;
+    platform::setDebugLogSink([&](std::string_view line) {
+      isLogged = isLogged || line.find("No space left on device") != line.npos;
+    });
+    const std::string large(6000, 'n');
+    defaults.setObject(large, "text");
+    const bool isWhole = velkin::contentsOf(path) == before && defaults.stringForKey("text") == large;
+    fs::remove(folder / "filler");
+    defaults.setObject(1, "later");
+    const bool isWritten = FileUserDefaults(path).stringForKey("text") == large;
+    _exit(isLogged && isWhole && isWritten ? 0 : 1);
+  });
+  const auto status = await(writer.process);
+  close(writer.reports);
+  if (WIFEXITED(status) && WEXITSTATUS(status) == cannotMount) return false;
+  if (status != 0) fail("a small disk that was full changed the file, or wasn't told");
+  return true;
+}
+
 /// Two processes, each with keys of its own, at the same time.
 void writeAtOnce(const fs::path& path, int count) {
   std::vector<Child> writers;
@@ -233,7 +283,10 @@ int run(int count) {
   // A fire that never hits anything proves nothing.
   if (count >= 1000 && (tally.leftovers == 0 || tally.sets == 0)) fail("no kill fell into a write");
   fillDisk(folder.path() / "velkin" / "full.plist");
-  std::puts("full disk: the old file stayed whole");
+  std::puts("size limit: the old file stayed whole");
+  const bool isMounted = fillSmallDisk(folder.path() / "small");
+  std::puts(isMounted ? "full disk: the old file stayed whole"
+                      : "full disk: left out, no disk may be mounted here");
   writeAtOnce(folder.path() / "velkin" / "shared.plist", 100);
   std::puts("two writers at once: nothing lost");
   return 0;
