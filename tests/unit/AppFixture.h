@@ -22,7 +22,6 @@ class AppFixture : public testing::Test {
 
   /// As on a relaunch of a build whose notes were read and whose onboarding is done.
   void settleIn() {
-    UserDefaultsHelper defaults;
     defaults.set(23, UserDefault::releaseNoteBuildVersion);
     defaults.set(true, UserDefault::onboardingCompleted);
   }
