@@ -1,7 +1,5 @@
 #include "AppDelegate.h"
 
-#include <algorithm>
-
 #include "Appearance/AppearanceHeight.h"
 #include "Appearance/AppearanceWidth.h"
 #include "Platform/DebugLog.h"
@@ -12,6 +10,8 @@
 #include "Platform/NSWorkspace.h"
 #include "Platform/Platform.h"
 #include "UserData/FatalErrorRecovery.h"
+
+#include <algorithm>
 
 namespace velkin {
 
@@ -84,8 +84,8 @@ void AppDelegate::applicationDidFinishLaunching() {
   defaults.set(platform::unwrap(appearance).isDark(), UserDefault::isDarkMode);
   setupDarkModeMonitor();
   popover->setContentSize({defaults.webViewWidth(), defaults.webViewHeight()});
-  menuBar = std::make_unique<VelkinImpl>(popover, bardWebView(), bitbucketWebView(), chatWebView(), gitlabWebView(),
-                                         hemingWebView(), jiraWebView());
+  menuBar = std::make_unique<VelkinImpl>(popover, bardWebView(), bitbucketWebView(), chatWebView(),
+                                         gitlabWebView(), hemingWebView(), jiraWebView());
 }
 
 void AppDelegate::applicationDidReopen() {

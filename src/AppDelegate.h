@@ -1,20 +1,20 @@
 #pragma once
 
-#include <map>
-#include <memory>
-#include <optional>
-#include <string>
-
 #include "Helpers/UserDefaultsHelper.h"
 #include "Platform/NSApplication.h"
 #include "Platform/NSPopover.h"
 #include "VelkinImpl.h"
 #include "WebView/WebViewHelper.h"
 
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
 namespace velkin {
 
-/// The program's entry: makes the six web views and the popover and hands them to the controller, which it keeps
-/// for the life of the process. Main thread.
+/// The program's entry: makes the six web views and the popover and hands them to the controller, which it
+/// keeps for the life of the process. Main thread.
 class AppDelegate : public platform::NSApplicationDelegate {
  public:
   /// Posted to the login helper, which ends itself on it.

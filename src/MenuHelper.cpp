@@ -28,8 +28,9 @@ MenuHelper::MenuHelper(MenuHelperDelegate* menuDelegate)
       reloadMenuItem(item("Reload", menuDelegate, &MenuHelperDelegate::reloadClicked, "r")),
       openMenuItem(item("Open In Browser", menuDelegate, &MenuHelperDelegate::openClicked, "o")),
       quitMenuItem(item("Quit", menuDelegate, &MenuHelperDelegate::quitClicked, "q")),
-      menuItems{versionMenuItem, NSMenuItem::separator(), stickyMenuItem, NSMenuItem::separator(), reloadMenuItem,
-                openMenuItem,    NSMenuItem::separator(), quitMenuItem} {
+      menuItems{
+          versionMenuItem, NSMenuItem::separator(), stickyMenuItem, NSMenuItem::separator(), reloadMenuItem,
+          openMenuItem,    NSMenuItem::separator(), quitMenuItem} {
   for (const auto& menuItem : menuItems) menuItem->target = menuDelegate;
   setDefaultStates();
 }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Platform/NSMenu.h"
+
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "Platform/NSMenu.h"
 
 namespace velkin {
 

@@ -1,9 +1,5 @@
 #include "VelkinImpl.h"
 
-#include <charconv>
-#include <string>
-#include <utility>
-
 #include "Appearance/AppearanceHeight.h"
 #include "Appearance/AppearanceWidth.h"
 #include "Platform/DebugLog.h"
@@ -12,6 +8,10 @@
 #include "Platform/NSApplication.h"
 #include "Platform/NSBundle.h"
 #include "Platform/NSWorkspace.h"
+
+#include <charconv>
+#include <string>
+#include <utility>
 
 namespace velkin {
 
@@ -125,8 +125,8 @@ void VelkinImpl::menuDidClose(platform::NSMenu&) {
 
 void VelkinImpl::togglePopover() {
   const auto last = defaults.lastVisibleWebView();
-  const bool useLargeSize = last == WebViewSwitchType::onboarding || last == WebViewSwitchType::releaseNotes ||
-                            !defaults.onboardingCompleted();
+  const bool useLargeSize = last == WebViewSwitchType::onboarding ||
+                            last == WebViewSwitchType::releaseNotes || !defaults.onboardingCompleted();
   isInitialLaunch = false;
   if (popover->isShown()) {
     popover->performClose();
@@ -205,8 +205,8 @@ void VelkinImpl::showPage(WebViewSwitchType type) {
   const auto shown = isToggle ? type : WebViewSwitchType::chatgpt;
   currentWebView = webViewOf(shown);
   hostedWebView = std::make_shared<platform::NSHostingController<FindableWebView>>(
-      FindableWebView{currentWebView, bardWebView, bitbucketWebView, chatWebView, gitlabWebView, hemingwayWebView,
-                      jiraWebView, isFindingWebState});
+      FindableWebView{currentWebView, bardWebView, bitbucketWebView, chatWebView, gitlabWebView,
+                      hemingwayWebView, jiraWebView, isFindingWebState});
   popover->setContentViewController(hostedWebView);
   defaults.set(std::int64_t{rawValue(shown)}, UserDefault::lastVisibleWebView);
   defaults.set(isToggle, UserDefault::isAlternateViewVisible);

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-
 #include "Helpers/UserDefaultsHelper.h"
 #include "MenuHelper.h"
 #include "Platform/NSHostingController.h"
@@ -16,10 +13,13 @@
 #include "WebView/WebView.h"
 #include "WebView/WebViewSwitchType.h"
 
+#include <memory>
+#include <optional>
+
 namespace velkin {
 
-/// The central controller: one for the life of the process. It owns the status item, the popover's content and
-/// the six web views, and everything else calls back on it. Main thread.
+/// The central controller: one for the life of the process. It owns the status item, the popover's content
+/// and the six web views, and everything else calls back on it. Main thread.
 class VelkinImpl : public platform::NSMenuDelegate,
                    public platform::WKUIDelegate,
                    public MenuHelperDelegate,
@@ -58,7 +58,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
   /// The action of the status item's button.
   void menuButtonClicked();
   void togglePopover();
-  /// With `useLargeSize`, at the size of the pages that introduce the program; else at the size of the settings.
+  /// With `useLargeSize`, at the size of the pages that introduce the program; else at the size of the
+  /// settings.
   void showPopover(bool useLargeSize = false);
   /// Puts up the right-click menu, or clears it while it is up.
   void toggleMenu();

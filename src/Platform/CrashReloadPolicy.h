@@ -5,8 +5,8 @@
 
 namespace platform {
 
-/// How often a page whose process died comes back by itself: at most three times in any minute, so that a page
-/// that kills its process at once doesn't keep the machine busy.
+/// How often a page whose process died comes back by itself: at most three times in any minute, so that a
+/// page that kills its process at once doesn't keep the machine busy.
 class CrashReloadPolicy {
  public:
   static constexpr std::size_t mostReloads = 3;

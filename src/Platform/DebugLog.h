@@ -8,7 +8,8 @@ namespace platform {
 /// Writes one line to the debug log, which goes to standard error. For diagnostics only. Any thread.
 void debugLog(std::string_view line);
 
-/// The log's usual form: "Q$: ", the source file's name, ".", the function's signature, a blank and the message.
+/// The log's usual form: "Q$: ", the source file's name, ".", the function's signature, a blank and the
+/// message.
 void debugLog(std::string_view sourceFile, std::string_view function, std::string_view message);
 
 /// Sends the log's lines elsewhere, one call for each line; an empty function sends them back to standard

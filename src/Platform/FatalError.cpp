@@ -1,10 +1,10 @@
 #include "Platform/FatalError.h"
 
-#include <cstdlib>
-#include <string>
-
 #include "Platform/DebugLog.h"
 #include "Platform/Platform.h"
+
+#include <cstdlib>
+#include <string>
 
 namespace platform {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Platform/NSEvent.h"
+
 #include <functional>
 #include <optional>
-
-#include "Platform/NSEvent.h"
 
 namespace platform {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Platform/Geometry.h"
+
 #include <cstdint>
 #include <string>
-
-#include "Platform/Geometry.h"
 
 namespace platform {
 

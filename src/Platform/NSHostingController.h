@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
-#include <utility>
-
 #include "Platform/NSViewController.h"
 #include "Platform/View/ViewHost.h"
+
+#include <memory>
+#include <utility>
 
 namespace platform {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Platform/View/Observers.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "Platform/View/Observers.h"
 
 namespace platform {
 

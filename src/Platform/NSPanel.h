@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Platform/Geometry.h"
+#include "Platform/NSViewController.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
-
-#include "Platform/Geometry.h"
-#include "Platform/NSViewController.h"
 
 namespace platform {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
-
 #include "Platform/Geometry.h"
 #include "Platform/NSStatusItem.h"
 #include "Platform/NSViewController.h"
+
+#include <memory>
 
 namespace platform {
 

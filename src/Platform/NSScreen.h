@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Platform/Geometry.h"
+
 #include <optional>
 #include <vector>
-
-#include "Platform/Geometry.h"
 
 namespace platform {
 

@@ -1,17 +1,17 @@
 #pragma once
 
+#include "Platform/Geometry.h"
+#include "Platform/NSMenu.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 
-#include "Platform/Geometry.h"
-#include "Platform/NSMenu.h"
-
 namespace platform {
 
-/// The image of a status item: one of the program's own, by name, at a size in points. A template is a shape that
-/// the desktop colours as its panel needs.
+/// The image of a status item: one of the program's own, by name, at a size in points. A template is a shape
+/// that the desktop colours as its panel needs.
 struct StatusImage {
   std::string name;
   NSSize size;
@@ -46,7 +46,8 @@ class NSStatusItem {
   /// The menu that a click of any kind would show; none here, since the program tells left from right.
   std::shared_ptr<NSMenu> menu;
 
-  /// The menu that the right click will put up: desktops that draw the menu themselves want to know it before.
+  /// The menu that the right click will put up: desktops that draw the menu themselves want to know it
+  /// before.
   virtual void prepareMenu(std::shared_ptr<NSMenu> menu) = 0;
   /// Puts `menu` up at the item. Where the desktop has put it up already, there is nothing left to do.
   virtual void popUpStatusItemMenu(std::shared_ptr<NSMenu> menu) = 0;

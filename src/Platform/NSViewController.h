@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Platform/NSView.h"
+
 #include <memory>
 #include <string>
-
-#include "Platform/NSView.h"
 
 namespace platform {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Platform/URL.h"
+
 #include <string>
 #include <vector>
-
-#include "Platform/URL.h"
 
 namespace platform {
 

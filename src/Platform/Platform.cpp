@@ -1,7 +1,5 @@
 #include "Platform/Platform.h"
 
-#include <atomic>
-
 #include "Platform/DispatchQueue.h"
 #include "Platform/FatalError.h"
 #include "Platform/NSAppearance.h"
@@ -15,6 +13,8 @@
 #include "Platform/NSStatusItem.h"
 #include "Platform/NSWorkspace.h"
 #include "Platform/WKWebView.h"
+
+#include <atomic>
 
 namespace platform {
 

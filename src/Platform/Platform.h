@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Platform/Geometry.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Platform/Geometry.h"
 
 namespace platform {
 
@@ -28,8 +28,8 @@ struct NSAppearance;
 struct NSScreen;
 struct WKWebViewConfiguration;
 
-/// The desktop below the program: what the static accessors of the seam's classes ask. One is installed for the
-/// life of the process (the real one by `main`, the in-memory one by a test's fixture).
+/// The desktop below the program: what the static accessors of the seam's classes ask. One is installed for
+/// the life of the process (the real one by `main`, the in-memory one by a test's fixture).
 class Platform {
  public:
   virtual ~Platform() = default;

@@ -34,31 +34,32 @@ PixelRect workArea(const PixelRect& monitor, std::span<const Strut> struts, cons
   int top = monitor.y;
   int right = monitor.x + monitor.width;
   int bottom = monitor.y + monitor.height;
+  const int middleX = monitor.x + monitor.width / 2;
+  const int middleY = monitor.y + monitor.height / 2;
   for (const auto& strut : struts) {
     const bool isVertical = strut.edge == Strut::Edge::left || strut.edge == Strut::Edge::right;
     const bool meets = isVertical ? overlaps(strut.start, strut.end, monitor.y, monitor.y + monitor.height)
                                   : overlaps(strut.start, strut.end, monitor.x, monitor.x + monitor.width);
     if (!meets) continue;
+    // Nobody's panel takes more than half a monitor: such a strut belongs to another one, or is nonsense.
     switch (strut.edge) {
       case Strut::Edge::left:
-        if (desktop.x + strut.depth < right) left = std::max(left, desktop.x + strut.depth);
+        if (const int edge = desktop.x + strut.depth; edge <= middleX) left = std::max(left, edge);
         break;
       case Strut::Edge::right:
-        if (desktop.x + desktop.width - strut.depth > left) {
-          right = std::min(right, desktop.x + desktop.width - strut.depth);
-        }
+        if (const int edge = desktop.x + desktop.width - strut.depth; edge >= middleX)
+          right = std::min(right, edge);
         break;
       case Strut::Edge::top:
-        if (desktop.y + strut.depth < bottom) top = std::max(top, desktop.y + strut.depth);
+        if (const int edge = desktop.y + strut.depth; edge <= middleY) top = std::max(top, edge);
         break;
       case Strut::Edge::bottom:
-        if (desktop.y + desktop.height - strut.depth > top) {
-          bottom = std::min(bottom, desktop.y + desktop.height - strut.depth);
+        if (const int edge = desktop.y + desktop.height - strut.depth; edge >= middleY) {
+          bottom = std::min(bottom, edge);
         }
         break;
     }
   }
-  if (right <= left || bottom <= top) return monitor;
   return {left, top, right - left, bottom - top};
 }
 
@@ -77,8 +78,9 @@ std::size_t monitorAt(PixelPoint point, std::span<const PixelRect> monitors) {
   return nearest;
 }
 
-PixelRect placeAtIcon(std::optional<PixelPoint> anchor, int width, int height, std::span<const PixelRect> monitors,
-                      std::span<const Strut> struts, std::size_t primary) {
+PixelRect placeAtIcon(std::optional<PixelPoint> anchor, int width, int height,
+                      std::span<const PixelRect> monitors, std::span<const Strut> struts,
+                      std::size_t primary) {
   const auto index = anchor ? monitorAt(*anchor, monitors) : std::min(primary, monitors.size() - 1);
   const auto& monitor = monitors[index];
   const auto area = workArea(monitor, struts, around(monitors));
@@ -90,8 +92,8 @@ PixelRect placeAtIcon(std::optional<PixelPoint> anchor, int width, int height, s
   return placed;
 }
 
-PixelRect placeInMiddle(int width, int height, std::span<const PixelRect> monitors, std::span<const Strut> struts,
-                        std::size_t primary) {
+PixelRect placeInMiddle(int width, int height, std::span<const PixelRect> monitors,
+                        std::span<const Strut> struts, std::size_t primary) {
   const auto area = workArea(monitors[std::min(primary, monitors.size() - 1)], struts, around(monitors));
   PixelRect placed{0, 0, std::min(width, area.width), std::min(height, area.height)};
   placed.x = area.x + (area.width - placed.width) / 2;

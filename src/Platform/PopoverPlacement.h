@@ -40,14 +40,15 @@ PixelRect workArea(const PixelRect& monitor, std::span<const Strut> struts, cons
 /// Which monitor `point` is on, or the nearest one; `monitors` isn't empty.
 std::size_t monitorAt(PixelPoint point, std::span<const PixelRect> monitors);
 
-/// Where a window of `width` by `height` stands that belongs to a tray icon at `anchor`: centred on it, at the
-/// edge of the work area on the icon's side, and no larger than the area. Without an anchor (the panel didn't
-/// say, or gave a point off the screen) the top right corner serves.
-PixelRect placeAtIcon(std::optional<PixelPoint> anchor, int width, int height, std::span<const PixelRect> monitors,
-                      std::span<const Strut> struts, std::size_t primary = 0);
+/// Where a window of `width` by `height` stands that belongs to a tray icon at `anchor`: centred on it, at
+/// the edge of the work area on the icon's side, and no larger than the area. Without an anchor (the panel
+/// didn't say, or gave a point off the screen) the top right corner serves.
+PixelRect placeAtIcon(std::optional<PixelPoint> anchor, int width, int height,
+                      std::span<const PixelRect> monitors, std::span<const Strut> struts,
+                      std::size_t primary = 0);
 
 /// In the middle of the work area of the primary monitor, and no larger than that.
-PixelRect placeInMiddle(int width, int height, std::span<const PixelRect> monitors, std::span<const Strut> struts,
-                        std::size_t primary = 0);
+PixelRect placeInMiddle(int width, int height, std::span<const PixelRect> monitors,
+                        std::span<const Strut> struts, std::size_t primary = 0);
 
 }  // namespace platform

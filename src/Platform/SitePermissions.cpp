@@ -1,11 +1,11 @@
 #include "Platform/SitePermissions.h"
 
+#include "Platform/DebugLog.h"
+
 #include <fstream>
 #include <system_error>
 
 #include <nlohmann/json.hpp>
-
-#include "Platform/DebugLog.h"
 
 namespace platform {
 
@@ -14,7 +14,8 @@ SitePermissions::SitePermissions(std::filesystem::path file) : file_(std::move(f
   if (!input) return;
   const auto document = nlohmann::json::parse(input, nullptr, false);
   if (!document.is_object()) {
-    debugLog("SitePermissions", "init(file:)", file_.string() + " can't be read; every site will be asked for again");
+    debugLog("SitePermissions", "init(file:)",
+             file_.string() + " can't be read; every site will be asked for again");
     return;
   }
   for (const auto& [site, kinds] : document.items()) {

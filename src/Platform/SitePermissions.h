@@ -13,8 +13,8 @@ class SitePermissions {
  public:
   explicit SitePermissions(std::filesystem::path file);
 
-  /// Nothing if the user wasn't asked yet. `site` is a page's origin ("https://example.org"), `kind` a word for
-  /// what it wants ("camera").
+  /// Nothing if the user wasn't asked yet. `site` is a page's origin ("https://example.org"), `kind` a word
+  /// for what it wants ("camera").
   std::optional<bool> answer(const std::string& site, const std::string& kind) const;
   /// Keeps the answer; one that can't be written holds until the program ends.
   void remember(const std::string& site, const std::string& kind, bool isAllowed);

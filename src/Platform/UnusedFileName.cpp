@@ -1,10 +1,10 @@
 #include "Platform/UnusedFileName.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace platform {
 
@@ -44,7 +44,8 @@ std::optional<std::filesystem::path> reserveUnusedFile(const std::filesystem::pa
   for (int number = 1; number <= mostNumbers; ++number) {
     auto candidate = folder / name;
     if (number > 1) {
-      candidate = folder / (name.stem().string() + " (" + std::to_string(number) + ")" + name.extension().string());
+      candidate =
+          folder / (name.stem().string() + " (" + std::to_string(number) + ")" + name.extension().string());
     }
     const int file = ::open(candidate.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (file >= 0) {

@@ -1,17 +1,16 @@
 #pragma once
 
+#include "Platform/NSError.h"
+#include "Platform/NSView.h"
+#include "Platform/URL.h"
+#include "Platform/URLRequest.h"
+
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
-
-
-#include "Platform/NSError.h"
-#include "Platform/NSView.h"
-#include "Platform/URL.h"
-#include "Platform/URLRequest.h"
 
 namespace platform {
 
@@ -40,8 +39,8 @@ class WKScriptMessageHandler {
   virtual void didReceiveScriptMessage(const std::string& name, const std::string& body) = 0;
 };
 
-/// Scripts and message handlers of the web views that are made with it. What is added later holds from the next
-/// page on.
+/// Scripts and message handlers of the web views that are made with it. What is added later holds from the
+/// next page on.
 struct WKUserContentController {
   std::vector<WKUserScript> userScripts;
   std::vector<std::pair<std::string, WKScriptMessageHandler*>> messageHandlers;
@@ -116,8 +115,8 @@ class WKWebView : public NSView {
   virtual bool allowsBackForwardNavigationGestures() const = 0;
   virtual void setAllowsBackForwardNavigationGestures(bool isAllowed) = 0;
 
-  /// Runs `script` in the page. The completion gets its value as JSON text (empty for one that has none), or the
-  /// error.
+  /// Runs `script` in the page. The completion gets its value as JSON text (empty for one that has none), or
+  /// the error.
   using ScriptCompletion =
       std::function<void(const std::optional<std::string>& json, const std::optional<NSError>& error)>;
   virtual void evaluateJavaScript(const std::string& script, ScriptCompletion completion = {}) = 0;

@@ -6,8 +6,9 @@ platform::View ReleaseNotesUIView::body() const {
   using namespace platform;
   return VStack({.spacing = 0, .alignment = Alignment::fill},
                 {View(notes).frame({.maxWidth = infinity, .maxHeight = infinity}), Divider(),
-                 HStack({Spacer(), Button("Done", [target = delegate] { target->didClickReleaseNotesDone(); },
-                                          ButtonStyle::prominent)})
+                 HStack({Spacer(), Button(
+                                       "Done", [target = delegate] { target->didClickReleaseNotesDone(); },
+                                       ButtonStyle::prominent)})
                      .padding(12)});
 }
 

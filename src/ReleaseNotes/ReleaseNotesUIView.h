@@ -1,11 +1,11 @@
 #pragma once
 
-#include <memory>
-
 #include "Platform/View/ObservableObject.h"
 #include "Platform/View/View.h"
 #include "ReleaseNotes/ReleaseNotesWebView.h"
 #include "UserData/SharedState.h"
+
+#include <memory>
 
 namespace velkin {
 

@@ -37,12 +37,13 @@ void ReleaseNotesWebViewController::setupView(bool isDark) {
 
 void ReleaseNotesWebViewController::didFinish(platform::WKWebView& webView) {
   // The engine sets text flush with the window; here and only here is the page known to be ours.
-  webView.evaluateJavaScript("document.body.style.padding = '0 1.5em 1.5em';",
-                             [](const auto&, const std::optional<platform::NSError>& error) {
-                               if (error) {
-                                 platform::debugLog("Error evaluating JavaScript: " + error->localizedDescription);
-                               }
-                             });
+  webView.evaluateJavaScript(
+      "document.body.style.padding = '0 1.5em 1.5em';",
+      [](const auto&, const std::optional<platform::NSError>& error) {
+        if (error) {
+          platform::debugLog("Error evaluating JavaScript: " + error->localizedDescription);
+        }
+      });
 }
 
 platform::View ReleaseNotesWebView::body() const {

@@ -1,16 +1,17 @@
 #pragma once
 
-#include <memory>
-
 #include "Platform/NSViewController.h"
 #include "Platform/View/View.h"
 #include "Platform/WKWebView.h"
 
+#include <memory>
+
 namespace velkin {
 
-/// Composes the page of the release notes and shows it in a web view of its own. Light or dark is decided when it
-/// is made. Main thread.
-class ReleaseNotesWebViewController : public platform::NSViewController, public platform::WKNavigationDelegate {
+/// Composes the page of the release notes and shows it in a web view of its own. Light or dark is decided
+/// when it is made. Main thread.
+class ReleaseNotesWebViewController : public platform::NSViewController,
+                                      public platform::WKNavigationDelegate {
  public:
   ReleaseNotesWebViewController();
 
@@ -31,7 +32,8 @@ class ReleaseNotesWebViewController : public platform::NSViewController, public 
 
 /// The release notes' page among the described views.
 struct ReleaseNotesWebView {
-  std::shared_ptr<ReleaseNotesWebViewController> controller = std::make_shared<ReleaseNotesWebViewController>();
+  std::shared_ptr<ReleaseNotesWebViewController> controller =
+      std::make_shared<ReleaseNotesWebViewController>();
 
   platform::View body() const;
 };

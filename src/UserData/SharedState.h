@@ -4,8 +4,8 @@
 
 namespace velkin {
 
-/// What is on screen at the moment, as the controller tells it to the views. One for the application; only the
-/// main thread writes it. The flags of the views are not kept beyond the process.
+/// What is on screen at the moment, as the controller tells it to the views. One for the application; only
+/// the main thread writes it. The flags of the views are not kept beyond the process.
 class SharedState : public platform::ObservableObject {
  public:
   platform::Published<bool> showToolbar{*this, true};

@@ -44,20 +44,22 @@ View FindableWebView::findableWebView() const {
 // The dividers belong to their sidebar and stand where they always stand, whichever sidebars are open.
 View FindableWebView::sideBySide() const {
   const double width = sideBarSize(UserDefaultsHelper().webViewWidth(), maxSideBarWidth);
-  const auto sidebar = [&](const WebView& view) { return View(view).frame({.width = width, .maxHeight = infinity}); };
+  const auto sidebar = [&](const WebView& view) {
+    return View(view).frame({.width = width, .maxHeight = infinity});
+  };
   const auto before = [&](bool isOpen, const WebView& view) {
     return when(isOpen, [&] { return platform::Group({Divider(), sidebar(view)}); });
   };
   const auto after = [&](bool isOpen, const WebView& view) {
     return when(isOpen, [&] { return platform::Group({sidebar(view), Divider()}); });
   };
-  return HStack(tight, {after(sharedState->isBarding.get(), bardWebView),
-                        after(sharedState->isChatting.get(), chatWebView),
-                        before(sharedState->isHemingwaying.get(), hemingwayWebView),
-                        after(sharedState->isBitBucketing.get(), bitBucketWebView),
-                        before(sharedState->isGitLabing.get(), gitLabWebView),
-                        before(sharedState->isJiring.get(), jiraWebView),
-                        filling(VStack(tight, {findableWebView()}))});
+  return HStack(
+      tight,
+      {after(sharedState->isBarding.get(), bardWebView), after(sharedState->isChatting.get(), chatWebView),
+       before(sharedState->isHemingwaying.get(), hemingwayWebView),
+       after(sharedState->isBitBucketing.get(), bitBucketWebView),
+       before(sharedState->isGitLabing.get(), gitLabWebView),
+       before(sharedState->isJiring.get(), jiraWebView), filling(VStack(tight, {findableWebView()}))});
 }
 
 View FindableWebView::oneAboveTheOther() const {

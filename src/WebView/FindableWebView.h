@@ -1,19 +1,19 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-
 #include "Platform/View/ObservableObject.h"
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
 #include "UserData/SharedState.h"
 #include "WebView/WebView.h"
 
+#include <memory>
+#include <optional>
+
 namespace velkin {
 
 /// The root view of the popover while a web view is on show: the main view and, beside or below it, the open
-/// sidebars, as `SharedState` and the window's size have them. A new one is made at every switch, around the same
-/// pages. Main thread.
+/// sidebars, as `SharedState` and the window's size have them. A new one is made at every switch, around the
+/// same pages. Main thread.
 struct FindableWebView {
   /// The smallest side of a sidebar, in points.
   static constexpr double minChatSize = 448;

@@ -63,7 +63,9 @@ std::shared_ptr<platform::WKWebView> WebViewHelper::getWKWebView(WebViewSwitchTy
   return webView;
 }
 
-WrappedWebView WebViewHelper::getWrappedWebView(WebViewSwitchType type) { return {getUrl(type), makeWebView(type)}; }
+WrappedWebView WebViewHelper::getWrappedWebView(WebViewSwitchType type) {
+  return {getUrl(type), makeWebView(type)};
+}
 
 WebView WebViewHelper::getWebUIView(WebViewSwitchType type) { return {getUrl(type), makeWebView(type)}; }
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-
 #include "Helpers/UserDefaultsHelper.h"
 #include "Platform/WKWebView.h"
 #include "WebView/WebView.h"
 #include "WebView/WebViewSwitchType.h"
 #include "WebView/WrappedWebView.h"
+
+#include <memory>
+#include <optional>
 
 namespace velkin {
 
@@ -20,7 +20,8 @@ class WebViewHelper {
 
   platform::WKWebViewConfiguration getConfig() const;
   void setAllows(platform::WKWebView& webView) const;
-  /// The chat services give their full pages to this desktop browser only; all others see the engine's own name.
+  /// The chat services give their full pages to this desktop browser only; all others see the engine's own
+  /// name.
   void setUserAgent(WebViewSwitchType type, platform::WKWebView& webView) const;
 
   /// A web view on which the page load has begun.

@@ -1,8 +1,8 @@
 #include "WebView/WrappedWebView.h"
 
-#include <utility>
-
 #include "Platform/DebugLog.h"
+
+#include <utility>
 
 namespace velkin {
 
@@ -28,7 +28,8 @@ const platform::WKWebViewConfiguration& WrappedWebViewController::config() {
   return *config_;
 }
 
-void WrappedWebViewController::loadPage(const platform::URL& url, std::shared_ptr<platform::WKWebView> webView) {
+void WrappedWebViewController::loadPage(const platform::URL& url,
+                                        std::shared_ptr<platform::WKWebView> webView) {
   webView->setPageZoom(defaults.webViewZoom());
   webView_ = std::move(webView);
   webView_->navigationDelegate = this;
@@ -36,12 +37,12 @@ void WrappedWebViewController::loadPage(const platform::URL& url, std::shared_pt
 }
 
 void WrappedWebViewController::didFinish(platform::WKWebView& webView) {
-  webView.evaluateJavaScript(markSubmitButton,
-                             [](const auto&, const std::optional<platform::NSError>& error) {
-                               if (error) {
-                                 platform::debugLog("Error evaluating JavaScript: " + error->localizedDescription);
-                               }
-                             });
+  webView.evaluateJavaScript(
+      markSubmitButton, [](const auto&, const std::optional<platform::NSError>& error) {
+        if (error) {
+          platform::debugLog("Error evaluating JavaScript: " + error->localizedDescription);
+        }
+      });
 }
 
 platform::View WrappedWebView::body() const {

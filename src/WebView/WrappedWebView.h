@@ -1,17 +1,17 @@
 #pragma once
 
-#include <memory>
-
 #include "Helpers/UserDefaultsHelper.h"
 #include "Platform/NSViewController.h"
 #include "Platform/URL.h"
 #include "Platform/View/View.h"
 #include "Platform/WKWebView.h"
 
+#include <memory>
+
 namespace velkin {
 
-/// A controller around a web view, which marks the chat page's submit button after each load. An alternative to
-/// `WebView`: the window uses that one alone. Main thread.
+/// A controller around a web view, which marks the chat page's submit button after each load. An alternative
+/// to `WebView`: the window uses that one alone. Main thread.
 class WrappedWebViewController : public platform::NSViewController, public platform::WKNavigationDelegate {
  public:
   WrappedWebViewController();

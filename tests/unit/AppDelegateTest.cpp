@@ -1,5 +1,4 @@
 #include "AppDelegate.h"
-
 #include "Platform/FatalError.h"
 #include "unit/AppFixture.h"
 
@@ -54,7 +53,8 @@ TEST_F(AppDelegateTest, AMissingAppearanceIsFatal) {
 TEST_F(AppDelegateTest, AThemeChangedWhileRunningChangesNothingStored) {
   launch();
   desktop.appearance = platform::NSAppearance{platform::NSAppearanceNameDarkAqua};
-  platform::NSDistributedNotificationCenter::defaultCenter().post(platform::interfaceThemeChangedNotification, "");
+  platform::NSDistributedNotificationCenter::defaultCenter().post(platform::interfaceThemeChangedNotification,
+                                                                  "");
   desktop.queue.drain();
   EXPECT_FALSE(defaults.isDarkMode());
 }

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include "AppDelegate.h"
+#include "Platform/DebugLog.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "AppDelegate.h"
-#include "Platform/DebugLog.h"
-#include "Platform/Headless/HeadlessPlatform.h"
+#include <gtest/gtest.h>
 
 namespace velkin {
 

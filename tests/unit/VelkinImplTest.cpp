@@ -1,6 +1,5 @@
-#include "VelkinImpl.h"
-
 #include "Platform/Headless/HeadlessViewTree.h"
+#include "VelkinImpl.h"
 #include "unit/AppFixture.h"
 
 namespace velkin {
@@ -321,7 +320,8 @@ TEST_F(VelkinImplTest, APageLoadsOnceThroughManySwitches) {
     controller.switchWebViews(chatgpt);
     desktop.queue.drain();
   }
-  // The first switch loads each page; chat also came back "after three hours" at the launch, where it never was.
+  // The first switch loads each page; chat also came back "after three hours" at the launch, where it never
+  // was.
   EXPECT_EQ(engineOf(controller.jiraWebView).loads.size(), 1U);
   EXPECT_EQ(engineOf(controller.chatWebView).loads.size(), 1U);
 }

@@ -1,13 +1,13 @@
 #include "Platform/Gtk/GtkAppearance.h"
 
+#include "Platform/Gtk/GObjectPtr.h"
+
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include <adwaita.h>
-
-#include "Platform/Gtk/GObjectPtr.h"
 
 namespace platform {
 
@@ -22,8 +22,9 @@ std::optional<bool> askPortal(GDBusConnection* connection) {
   // A portal that isn't running yet is not worth waiting for here: the toolkit asks it again later.
   const GVariantPtr reply(g_dbus_connection_call_sync(
       connection, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-      "org.freedesktop.portal.Settings", "Read", g_variant_new("(ss)", "org.freedesktop.appearance", "color-scheme"),
-      G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, answerTime, nullptr, nullptr));
+      "org.freedesktop.portal.Settings", "Read",
+      g_variant_new("(ss)", "org.freedesktop.appearance", "color-scheme"), G_VARIANT_TYPE("(v)"),
+      G_DBUS_CALL_FLAGS_NO_AUTO_START, answerTime, nullptr, nullptr));
   if (!reply) return std::nullopt;
   GVariant* outer = nullptr;
   g_variant_get(reply.get(), "(v)", &outer);

@@ -1,8 +1,9 @@
 #include "Platform/Gtk/GtkApplication.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
+#include "Platform/DebugLog.h"
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/ProgramFolders.h"
+#include "platform/BundleInfo.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -11,21 +12,19 @@
 #include <system_error>
 #include <utility>
 
+#include <fcntl.h>
 #include <glib-unix.h>
-
-#include "Platform/DebugLog.h"
-#include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/Gtk/ProgramFolders.h"
-#include "platform/BundleInfo.h"
+#include <sys/file.h>
+#include <unistd.h>
 
 namespace platform {
 
 GtkApplicationHost::GtkApplicationHost()
     : application_(g_application_new(bundle::identifier, G_APPLICATION_DEFAULT_FLAGS)) {
-  g_signal_connect_swapped(application_, "startup", G_CALLBACK(+[](GtkApplicationHost* self) { self->launched(); }),
-                           this);
-  g_signal_connect_swapped(application_, "activate", G_CALLBACK(+[](GtkApplicationHost* self) { self->activated(); }),
-                           this);
+  g_signal_connect_swapped(application_, "startup",
+                           G_CALLBACK(+[](GtkApplicationHost* self) { self->launched(); }), this);
+  g_signal_connect_swapped(application_, "activate",
+                           G_CALLBACK(+[](GtkApplicationHost* self) { self->activated(); }), this);
 }
 
 GtkApplicationHost::~GtkApplicationHost() {
@@ -55,7 +54,9 @@ void GtkApplicationHost::exit(int code) {
   std::_Exit(code);
 }
 
-GDBusConnection* GtkApplicationHost::connection() const { return g_application_get_dbus_connection(application_); }
+GDBusConnection* GtkApplicationHost::connection() const {
+  return g_application_get_dbus_connection(application_);
+}
 
 bool GtkApplicationHost::becomeTheOnlyProcessWithoutBus() {
   std::error_code error;

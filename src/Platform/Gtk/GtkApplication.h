@@ -1,14 +1,15 @@
 #pragma once
 
+#include "Platform/NSApplication.h"
+
 #include <functional>
 
 #include <gio/gio.h>
 
-#include "Platform/NSApplication.h"
-
 namespace platform {
 
-/// The process on the session bus: one for each user session, whoever starts it again only says so to the first.
+/// The process on the session bus: one for each user session, whoever starts it again only says so to the
+/// first.
 class GtkApplicationHost : public NSApplication {
  public:
   GtkApplicationHost();

@@ -1,8 +1,8 @@
 #include "Platform/Gtk/GtkAssets.h"
 
-#include <array>
-
 #include "Platform/Gtk/ProgramFolders.h"
+
+#include <array>
 
 namespace platform {
 
@@ -63,6 +63,8 @@ std::string iconNameOfSymbol(std::string_view symbol) { return std::string(find(
 
 std::string iconNameOfStatusImage(std::string_view image) { return std::string(find(statusImages, image)); }
 
-std::filesystem::path fileOfImage(std::string_view image) { return ProgramFolders::data() / find(images, image); }
+std::filesystem::path fileOfImage(std::string_view image) {
+  return ProgramFolders::data() / find(images, image);
+}
 
 }  // namespace platform

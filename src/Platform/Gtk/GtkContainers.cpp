@@ -1,11 +1,11 @@
 #include "Platform/Gtk/GtkContainers.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "Platform/Gtk/GtkRenderedView.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/NSView.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace platform {
 
@@ -93,7 +93,8 @@ class GridView : public GtkRenderedView {
 
   void setChildren(std::span<RenderedView* const> children) override {
     const auto wanted = widgetsOf(children);
-    while (GtkWidget* child = gtk_widget_get_first_child(widget())) gtk_grid_remove(GTK_GRID(widget()), child);
+    while (GtkWidget* child = gtk_widget_get_first_child(widget()))
+      gtk_grid_remove(GTK_GRID(widget()), child);
     // Each row arrives as its cells, one behind the other; the description tells how many there are in each.
     std::size_t next = 0;
     int row = 0;
@@ -212,7 +213,9 @@ class HostedPlace : public GtkRenderedView {
   }
 
  protected:
-  void updateContent(const Element& element) override { contentOf<HostedContent>(element).updateNSView(*view_); }
+  void updateContent(const Element& element) override {
+    contentOf<HostedContent>(element).updateNSView(*view_);
+  }
 
  private:
   NSView* view_;
@@ -227,7 +230,8 @@ std::unique_ptr<GtkRenderedView> renderContainer(const Element& element) {
     return std::make_unique<StackView>(element);
   }
   if (std::holds_alternative<GridContent>(element.content)) return std::make_unique<GridView>(element);
-  if (std::holds_alternative<ScrollContent>(element.content)) return std::make_unique<ScrollAreaView>(element);
+  if (std::holds_alternative<ScrollContent>(element.content))
+    return std::make_unique<ScrollAreaView>(element);
   if (std::holds_alternative<PopoverContent>(element.content)) return std::make_unique<BubbleView>(element);
   if (std::holds_alternative<HostedContent>(element.content)) return std::make_unique<HostedPlace>(element);
   return nullptr;

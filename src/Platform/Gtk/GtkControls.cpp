@@ -1,9 +1,9 @@
 #include "Platform/Gtk/GtkControls.h"
 
-#include <cmath>
-
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkAssets.h"
+
+#include <cmath>
 
 namespace platform {
 
@@ -91,8 +91,10 @@ class ButtonView : public GtkRenderedView {
   void setChildren(std::span<RenderedView* const> children) override {
     const auto wanted = widgetsOf(children);
     GtkWidget* label = wanted.empty() ? nullptr : wanted.front();
-    if (label != nullptr) static_cast<GtkRenderedView*>(children.front())->align(Axis::depth, Alignment::center);
-    if (gtk_button_get_child(GTK_BUTTON(widget())) != label) gtk_button_set_child(GTK_BUTTON(widget()), label);
+    if (label != nullptr)
+      static_cast<GtkRenderedView*>(children.front())->align(Axis::depth, Alignment::center);
+    if (gtk_button_get_child(GTK_BUTTON(widget())) != label)
+      gtk_button_set_child(GTK_BUTTON(widget()), label);
   }
 
  protected:
@@ -190,7 +192,8 @@ class MenuPickerView : public GtkRenderedView {
  public:
   explicit MenuPickerView(const Element& element) : GtkRenderedView(gtk_drop_down_new(nullptr, nullptr)) {
     g_signal_connect_swapped(widget(), "notify::selected", G_CALLBACK(+[](MenuPickerView* self) {
-                               const auto selected = gtk_drop_down_get_selected(GTK_DROP_DOWN(self->widget()));
+                               const auto selected =
+                                   gtk_drop_down_get_selected(GTK_DROP_DOWN(self->widget()));
                                if (self->isUpdating() || selected == GTK_INVALID_LIST_POSITION) return;
                                const auto binding = contentOf<PickerContent>(self->element()).selection;
                                binding.set(static_cast<int>(selected));
@@ -219,7 +222,8 @@ class MenuPickerView : public GtkRenderedView {
 class ChoiceView : public GtkRenderedView {
  public:
   explicit ChoiceView(const Element& element)
-      : GtkRenderedView(gtk_box_new(isSegmented(element) ? GTK_ORIENTATION_HORIZONTAL : GTK_ORIENTATION_VERTICAL, 0)) {
+      : GtkRenderedView(
+            gtk_box_new(isSegmented(element) ? GTK_ORIENTATION_HORIZONTAL : GTK_ORIENTATION_VERTICAL, 0)) {
     if (isSegmented(element)) gtk_widget_add_css_class(widget(), "linked");
     update(element);
   }
@@ -250,15 +254,17 @@ class ChoiceView : public GtkRenderedView {
     buttons_.clear();
     options_ = content.options;
     for (const auto& option : options_) {
-      GtkWidget* button = content.style == PickerStyle::segmented ? gtk_toggle_button_new_with_label(option.c_str())
-                                                                  : gtk_check_button_new_with_label(option.c_str());
+      GtkWidget* button = content.style == PickerStyle::segmented
+                              ? gtk_toggle_button_new_with_label(option.c_str())
+                              : gtk_check_button_new_with_label(option.c_str());
       if (!buttons_.empty() && content.style == PickerStyle::segmented) {
         gtk_toggle_button_set_group(GTK_TOGGLE_BUTTON(button), GTK_TOGGLE_BUTTON(buttons_.front()));
       } else if (!buttons_.empty()) {
         gtk_check_button_set_group(GTK_CHECK_BUTTON(button), GTK_CHECK_BUTTON(buttons_.front()));
       }
       gtk_box_append(GTK_BOX(widget()), button);
-      g_signal_connect_swapped(button, "toggled", G_CALLBACK(+[](ChoiceView* self) { self->toggled(); }), this);
+      g_signal_connect_swapped(button, "toggled", G_CALLBACK(+[](ChoiceView* self) { self->toggled(); }),
+                               this);
       buttons_.push_back(button);
     }
   }
@@ -331,7 +337,8 @@ std::unique_ptr<GtkRenderedView> renderControl(const Element& element) {
     return std::make_unique<ChoiceView>(element);
   }
   if (std::holds_alternative<CheckBoxContent>(content)) return std::make_unique<CheckBoxView>(element);
-  if (std::holds_alternative<ProgressContent>(content)) return std::make_unique<PlainView>(element, spinner());
+  if (std::holds_alternative<ProgressContent>(content))
+    return std::make_unique<PlainView>(element, spinner());
   if (std::holds_alternative<DividerContent>(content)) {
     return std::make_unique<PlainView>(element, gtk_separator_new(GTK_ORIENTATION_HORIZONTAL));
   }

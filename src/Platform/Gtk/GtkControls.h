@@ -1,8 +1,8 @@
 #pragma once
 
-#include <memory>
-
 #include "Platform/Gtk/GtkRenderedView.h"
+
+#include <memory>
 
 namespace platform {
 

@@ -1,11 +1,11 @@
 #include "Platform/Gtk/GtkDesktop.h"
 
+#include "Platform/DebugLog.h"
+#include "Platform/Gtk/GObjectPtr.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
-
-#include "Platform/DebugLog.h"
-#include "Platform/Gtk/GObjectPtr.h"
 
 namespace platform {
 
@@ -33,8 +33,8 @@ std::vector<NSRunningApplication> GtkWorkspace::runningApplications() {
   auto* connection = connection_();
   if (connection == nullptr) return running;
   const GVariantPtr reply(g_dbus_connection_call_sync(
-      connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames", nullptr,
-      G_VARIANT_TYPE("(as)"), G_DBUS_CALL_FLAGS_NONE, answerTime, nullptr, nullptr));
+      connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames",
+      nullptr, G_VARIANT_TYPE("(as)"), G_DBUS_CALL_FLAGS_NONE, answerTime, nullptr, nullptr));
   if (!reply) return running;
   GVariantIter* names = nullptr;
   g_variant_get(reply.get(), "(as)", &names);
@@ -68,8 +68,9 @@ void BusNotificationCenter::post(const std::string& name, const std::string& obj
     return;
   }
   // Comes back to this process's own observers by the bus, as it does to everybody's.
-  g_dbus_connection_emit_signal(connection, nullptr, notificationPath, notificationInterface, notificationSignal,
-                                g_variant_new("(ss)", name.c_str(), object.c_str()), nullptr);
+  g_dbus_connection_emit_signal(connection, nullptr, notificationPath, notificationInterface,
+                                notificationSignal, g_variant_new("(ss)", name.c_str(), object.c_str()),
+                                nullptr);
 }
 
 void BusNotificationCenter::subscribe() {
@@ -78,7 +79,8 @@ void BusNotificationCenter::subscribe() {
   subscription_ = g_dbus_connection_signal_subscribe(
       connection, nullptr, notificationInterface, notificationSignal, notificationPath, nullptr,
       G_DBUS_SIGNAL_FLAGS_NONE,
-      [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters, gpointer self) {
+      [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters,
+         gpointer self) {
         const char* name = nullptr;
         const char* object = nullptr;
         if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ss)"))) return;

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "Platform/NSDistributedNotificationCenter.h"
+#include "Platform/NSWorkspace.h"
+
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
 
 #include <gio/gio.h>
-
-#include "Platform/NSDistributedNotificationCenter.h"
-#include "Platform/NSWorkspace.h"
 
 namespace platform {
 

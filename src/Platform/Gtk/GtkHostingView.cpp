@@ -1,11 +1,11 @@
 #include "Platform/Gtk/GtkHostingView.h"
 
-#include <utility>
-
 #include "Platform/FatalError.h"
 #include "Platform/Gtk/GtkContainers.h"
 #include "Platform/Gtk/GtkControls.h"
 #include "Platform/Gtk/GtkRenderedView.h"
+
+#include <utility>
 
 namespace platform {
 

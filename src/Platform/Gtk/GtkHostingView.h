@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Platform/Gtk/GtkViewBase.h"
+#include "Platform/NSHostingController.h"
+
 #include <memory>
 
 #include <gtk/gtk.h>
-
-#include "Platform/Gtk/GtkViewBase.h"
-#include "Platform/NSHostingController.h"
 
 namespace platform {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <thread>
-
 #include "Platform/DispatchQueue.h"
+
+#include <thread>
 
 namespace platform {
 

@@ -1,15 +1,16 @@
 #include "Platform/Gtk/GtkPanel.h"
 
+#include "Platform/Gtk/GtkViewBase.h"
+#include "Platform/Gtk/X11Desktop.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "Platform/Gtk/GtkViewBase.h"
-#include "Platform/Gtk/X11Desktop.h"
-
 namespace platform {
 
-GtkPanel::GtkPanel(NSRect contentRect, std::uint32_t styleMask) : frame_(contentRect), styleMask_(styleMask) {}
+GtkPanel::GtkPanel(NSRect contentRect, std::uint32_t styleMask)
+    : frame_(contentRect), styleMask_(styleMask) {}
 
 GtkPanel::~GtkPanel() {
   if (window_ == nullptr) return;
@@ -78,9 +79,9 @@ void GtkPanel::moveToFrame(bool beforeMap) {
   const int scale = X11Desktop::scale();
   const auto size = frame().size;
   // The program counts from the bottom left; the window system from the top left.
-  const PixelPoint place{monitor.x + static_cast<int>(std::lround(frame_.origin.x)) * scale,
-                         monitor.y + monitor.height -
-                             static_cast<int>(std::lround(frame_.origin.y + size.height)) * scale};
+  const PixelPoint place{
+      monitor.x + static_cast<int>(std::lround(frame_.origin.x)) * scale,
+      monitor.y + monitor.height - static_cast<int>(std::lround(frame_.origin.y + size.height)) * scale};
   if (beforeMap) {
     X11Desktop::setPositionHint(window_, place);
   } else {

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Platform/NSPanel.h"
+
 #include <memory>
 #include <string>
 
 #include <gtk/gtk.h>
-
-#include "Platform/NSPanel.h"
 
 namespace platform {
 

@@ -1,16 +1,5 @@
 #include "Platform/Gtk/GtkPlatform.h"
 
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <system_error>
-#include <utility>
-
-#include <adwaita.h>
-
 #include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
 #include "Platform/FileUserDefaults.h"
@@ -26,6 +15,17 @@
 #include "Platform/NSAppearance.h"
 #include "Platform/NSScreen.h"
 #include "platform/BundleInfo.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+#include <adwaita.h>
 
 namespace platform {
 
@@ -155,24 +155,25 @@ void GtkPlatform::tellThatThereIsNoTray() {
   startToolkit();
   debugLog("GtkPlatform", "tellThatThereIsNoTray()", "This desktop has no system tray");
   GtkWidget* notice = adw_message_dialog_new(nullptr, "There is no system tray", nullptr);
-  adw_message_dialog_set_body(ADW_MESSAGE_DIALOG(notice),
-                              "Velkin runs, but this desktop shows no tray icons. Start Velkin again to open its "
-                              "window, and once more to close it. The icon appears as soon as there is a tray.");
+  adw_message_dialog_set_body(
+      ADW_MESSAGE_DIALOG(notice),
+      "Velkin runs, but this desktop shows no tray icons. Start Velkin again to open its "
+      "window, and once more to close it. The icon appears as soon as there is a tray.");
   adw_message_dialog_add_responses(ADW_MESSAGE_DIALOG(notice), "close", "Close", nullptr);
   gtk_window_set_title(GTK_WINDOW(notice), "Velkin");
   gtk_window_present(GTK_WINDOW(notice));
 }
 
 std::unique_ptr<NSPopover> GtkPlatform::makePopover() {
-  auto popover = std::make_unique<PopoverWindow>(PopoverWindow::Surroundings{
-      [this] { return hasTray(); },
-      [this]() -> std::optional<PixelPoint> {
-        if (statusItem_ == nullptr) return std::nullopt;
-        const auto click = statusItem_->lastClick();
-        if (click == NSPoint{}) return std::nullopt;
-        return PixelPoint{static_cast<int>(click.x), static_cast<int>(click.y)};
-      },
-      [this](std::function<void()> work) { whenToolkitReady(std::move(work)); }});
+  auto popover = std::make_unique<PopoverWindow>(
+      PopoverWindow::Surroundings{[this] { return hasTray(); },
+                                  [this]() -> std::optional<PixelPoint> {
+                                    if (statusItem_ == nullptr) return std::nullopt;
+                                    const auto click = statusItem_->lastClick();
+                                    if (click == NSPoint{}) return std::nullopt;
+                                    return PixelPoint{static_cast<int>(click.x), static_cast<int>(click.y)};
+                                  },
+                                  [this](std::function<void()> work) { whenToolkitReady(std::move(work)); }});
   popover_ = popover.get();
   return popover;
 }
@@ -182,8 +183,8 @@ std::unique_ptr<NSPanel> GtkPlatform::makePanel(NSRect contentRect, std::uint32_
 }
 
 std::unique_ptr<WKWebView> GtkPlatform::makeWebView(NSRect frame, WKWebViewConfiguration configuration) {
-  return std::make_unique<GtkWebView>(frame, std::move(configuration),
-                                      +[]() -> WebEngine& { return shared().webEngine(); });
+  return std::make_unique<GtkWebView>(
+      frame, std::move(configuration), +[]() -> WebEngine& { return shared().webEngine(); });
 }
 
 std::unique_ptr<NSHostingView> GtkPlatform::makeHostingView(View root) {
@@ -195,7 +196,8 @@ void GtkPlatform::startToolkit() {
   if (isToolkitRunning_) return;
   // A window can be put at its icon only by way of X11, so that comes first where a session offers both.
   gdk_set_allowed_backends("x11,wayland,*");
-  if (!gtk_init_check()) endWithMessage("The display can't be opened. Start Velkin from a graphical session.");
+  if (!gtk_init_check())
+    endWithMessage("The display can't be opened. Start Velkin from a graphical session.");
   adw_init();
   isToolkitRunning_ = true;
   appearance_.followToolkit([this] { notifications_.deliver(interfaceThemeChangedNotification, ""); });

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <vector>
-
 #include "Platform/Gtk/GtkAppearance.h"
 #include "Platform/Gtk/GtkApplication.h"
 #include "Platform/Gtk/GtkDesktop.h"
@@ -10,14 +7,17 @@
 #include "Platform/NSBundle.h"
 #include "Platform/Platform.h"
 
+#include <memory>
+#include <vector>
+
 namespace platform {
 
 class PopoverWindow;
 class StatusNotifierItem;
 class WebEngine;
 
-/// The real desktop: GTK 4, WebKitGTK, D-Bus and X11. The tray icon comes first; the toolkit and everything that
-/// takes time starts from the main loop after that. Main thread.
+/// The real desktop: GTK 4, WebKitGTK, D-Bus and X11. The tray icon comes first; the toolkit and everything
+/// that takes time starts from the main loop after that. Main thread.
 class GtkPlatform : public Platform {
  public:
   GtkPlatform();

@@ -77,7 +77,8 @@ void GtkRenderedView::applyModifiers() {
   if (m.cornerRadius) gtk_widget_set_overflow(widget_, GTK_OVERFLOW_HIDDEN);
   const auto& label = m.label.empty() ? m.help : m.label;
   if (!label.empty()) {
-    gtk_accessible_update_property(GTK_ACCESSIBLE(focusWidget()), GTK_ACCESSIBLE_PROPERTY_LABEL, label.c_str(), -1);
+    gtk_accessible_update_property(GTK_ACCESSIBLE(focusWidget()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   label.c_str(), -1);
   }
   applyFrame(m);
   ensureGestures();
@@ -91,8 +92,8 @@ void GtkRenderedView::applyFrame(const Modifiers& m) {
     return minimum ? pixels(*minimum) : -1;
   };
   gtk_widget_set_size_request(widget_, least(f.width, f.minWidth), least(f.height, f.minHeight));
-  const auto expand = [](GtkWidget* widget, const std::optional<double>& fixed, const std::optional<double>& most,
-                         auto setExpand, auto setIsSet) {
+  const auto expand = [](GtkWidget* widget, const std::optional<double>& fixed,
+                         const std::optional<double>& most, auto setExpand, auto setIsSet) {
     if (fixed) {
       setExpand(widget, FALSE);
     } else if (most == infinity) {
@@ -128,8 +129,9 @@ void GtkRenderedView::align(Axis axis, Alignment alignment) {
   gtk_widget_set_valign(widget_, vertical());
   if (isDivider) {
     // A line stands across the direction in which its neighbours follow one another.
-    gtk_orientable_set_orientation(GTK_ORIENTABLE(widget_), axis == Axis::horizontal ? GTK_ORIENTATION_VERTICAL
-                                                                                     : GTK_ORIENTATION_HORIZONTAL);
+    gtk_orientable_set_orientation(GTK_ORIENTABLE(widget_), axis == Axis::horizontal
+                                                                ? GTK_ORIENTATION_VERTICAL
+                                                                : GTK_ORIENTATION_HORIZONTAL);
   }
   if (isSpacer) {
     gtk_widget_set_hexpand(widget_, axis == Axis::horizontal);
@@ -173,11 +175,13 @@ void GtkRenderedView::applyFocus() {
     followsFocus_ = true;
     GtkEventController* focus = gtk_event_controller_focus_new();
     g_signal_connect_swapped(focus, "enter", G_CALLBACK(+[](GtkRenderedView* self) {
-                               if (self->element_.modifiers.focused) self->element_.modifiers.focused->set(true);
+                               if (self->element_.modifiers.focused)
+                                 self->element_.modifiers.focused->set(true);
                              }),
                              this);
     g_signal_connect_swapped(focus, "leave", G_CALLBACK(+[](GtkRenderedView* self) {
-                               if (self->element_.modifiers.focused) self->element_.modifiers.focused->set(false);
+                               if (self->element_.modifiers.focused)
+                                 self->element_.modifiers.focused->set(false);
                              }),
                              this);
     gtk_widget_add_controller(focusWidget(), focus);
@@ -201,7 +205,8 @@ std::vector<GtkWidget*> widgetsOf(std::span<RenderedView* const> views) {
 }
 
 void arrangeChildren(GtkWidget* container, std::span<GtkWidget* const> wanted,
-                     void (*insertAfter)(GtkWidget*, GtkWidget*, GtkWidget*), void (*remove)(GtkWidget*, GtkWidget*)) {
+                     void (*insertAfter)(GtkWidget*, GtkWidget*, GtkWidget*),
+                     void (*remove)(GtkWidget*, GtkWidget*)) {
   for (GtkWidget* child = gtk_widget_get_first_child(container); child != nullptr;) {
     GtkWidget* next = gtk_widget_get_next_sibling(child);
     if (std::find(wanted.begin(), wanted.end(), child) == wanted.end()) remove(container, child);

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Platform/Gtk/GtkStyle.h"
+#include "Platform/View/ViewRenderer.h"
+
 #include <memory>
 
 #include <gtk/gtk.h>
-
-#include "Platform/Gtk/GtkStyle.h"
-#include "Platform/View/ViewRenderer.h"
 
 namespace platform {
 

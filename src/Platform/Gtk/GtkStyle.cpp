@@ -91,7 +91,8 @@ const char* classOf(Font font) {
   return nullptr;
 }
 
-/// One style sheet for the display, with a class for each look in use. Looks are few, so none is ever dropped.
+/// One style sheet for the display, with a class for each look in use. Looks are few, so none is ever
+/// dropped.
 class LookSheet {
  public:
   static LookSheet& shared() {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gtk/gtk.h>
-
 #include "Platform/View/View.h"
+
+#include <gtk/gtk.h>
 
 namespace platform {
 

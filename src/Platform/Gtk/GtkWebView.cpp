@@ -1,18 +1,20 @@
 #include "Platform/Gtk/GtkWebView.h"
 
-#include <cmath>
-#include <memory>
-#include <utility>
-
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/WebViewManners.h"
+
+#include <cmath>
+#include <memory>
+#include <utility>
 
 namespace platform {
 
 namespace {
 
-NSError errorFrom(const GError& error) { return {g_quark_to_string(error.domain), error.code, error.message}; }
+NSError errorFrom(const GError& error) {
+  return {g_quark_to_string(error.domain), error.code, error.message};
+}
 
 /// Shown in place of a page whose process died too often.
 std::string crashPage(const std::string& address) {
@@ -25,8 +27,8 @@ h1{font-size:1.25em;margin:0 0 .5em}
 p{opacity:.75;margin:0 0 1.5em;overflow-wrap:anywhere}
 a{display:inline-block;padding:.5em 1.5em;border-radius:8px;background:#3584e4;color:#fff;text-decoration:none;font-weight:600}
 </style></head><body><main><h1>This page stopped working</h1><p>)" +
-         std::string(escaped.get()) +
-         R"(</p><a href=")" + escaped.get() + R"(" role="button">Reload</a></main></body></html>)";
+         std::string(escaped.get()) + R"(</p><a href=")" + escaped.get() +
+         R"(" role="button">Reload</a></main></body></html>)";
 }
 
 struct ScriptRun {
@@ -84,16 +86,18 @@ WebKitWebView* GtkWebView::engineView() {
   if (view_ != nullptr) return view_;
   auto& engine = engine_();
   settings_ = engine.makeSettings();
-  webkit_settings_set_enable_developer_extras(settings_.get(), configuration_.preferences.developerExtrasEnabled);
+  webkit_settings_set_enable_developer_extras(settings_.get(),
+                                              configuration_.preferences.developerExtrasEnabled);
   webkit_settings_set_enable_javascript(settings_.get(),
                                         configuration_.defaultWebpagePreferences.allowsContentJavaScript);
   webkit_settings_set_enable_back_forward_navigation_gestures(settings_.get(), allowsGestures_);
   if (!userAgent_.empty()) webkit_settings_set_user_agent(settings_.get(), userAgent_.c_str());
   userContent_ = GObjectPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new());
   addUserContent();
-  view_ = WEBKIT_WEB_VIEW(g_object_new(
-      WEBKIT_TYPE_WEB_VIEW, "network-session", engine.session(configuration_.usesPersistentDataStore), "web-context",
-      engine.context(), "settings", settings_.get(), "user-content-manager", userContent_.get(), nullptr));
+  view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session",
+                                       engine.session(configuration_.usesPersistentDataStore), "web-context",
+                                       engine.context(), "settings", settings_.get(), "user-content-manager",
+                                       userContent_.get(), nullptr));
   g_object_ref_sink(view_);
   webkit_web_view_set_zoom_level(view_, zoom_);
   gtk_widget_set_hexpand(GTK_WIDGET(view_), TRUE);
@@ -107,13 +111,14 @@ WebKitWebView* GtkWebView::engineView() {
 void GtkWebView::addUserContent() {
   const auto& content = configuration_.userContentController;
   for (const auto& script : content.userScripts) {
-    auto* userScript = webkit_user_script_new(
-        script.source.c_str(),
-        script.forMainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-        script.injectionTime == WKUserScript::InjectionTime::atDocumentStart
-            ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
-            : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
-        nullptr, nullptr);
+    auto* userScript =
+        webkit_user_script_new(script.source.c_str(),
+                               script.forMainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME
+                                                       : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                               script.injectionTime == WKUserScript::InjectionTime::atDocumentStart
+                                   ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
+                                   : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
+                               nullptr, nullptr);
     webkit_user_content_manager_add_script(userContent_.get(), userScript);
     webkit_user_script_unref(userScript);
   }
@@ -144,7 +149,8 @@ void GtkWebView::connectSignals() {
                      if (auto url = URL::parse(uri)) static_cast<GtkWebView*>(self)->url_ = std::move(url);
                    }),
                    this);
-  g_signal_connect(view_, "load-changed", G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer data) {
+  g_signal_connect(view_, "load-changed",
+                   G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer data) {
                      auto* self = static_cast<GtkWebView*>(data);
                      if (event == WEBKIT_LOAD_FINISHED && self->navigationDelegate != nullptr) {
                        self->navigationDelegate->didFinish(*self);
@@ -186,7 +192,8 @@ void GtkWebView::processTerminated(WebKitWebProcessTerminationReason reason) {
 NSRect GtkWebView::frame() const {
   if (holder_ == nullptr || gtk_widget_get_width(holder_) == 0) return frame_;
   return {{0, 0},
-          {static_cast<double>(gtk_widget_get_width(holder_)), static_cast<double>(gtk_widget_get_height(holder_))}};
+          {static_cast<double>(gtk_widget_get_width(holder_)),
+           static_cast<double>(gtk_widget_get_height(holder_))}};
 }
 
 void GtkWebView::makeFirstResponder() { gtk_widget_grab_focus(GTK_WIDGET(engineView())); }
@@ -206,7 +213,8 @@ void GtkWebView::load(const URLRequest& request) {
   const auto uriRequest =
       GObjectPtr<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.absoluteString().c_str()));
   if (SoupMessageHeaders* headers = webkit_uri_request_get_http_headers(uriRequest.get())) {
-    for (const auto& [name, value] : request.allHTTPHeaderFields) soup_message_headers_replace(headers, name.c_str(), value.c_str());
+    for (const auto& [name, value] : request.allHTTPHeaderFields)
+      soup_message_headers_replace(headers, name.c_str(), value.c_str());
   }
   webkit_web_view_load_request(view, uriRequest.get());
 }
@@ -254,7 +262,8 @@ void GtkWebView::setCustomUserAgent(std::string userAgent) {
 
 void GtkWebView::setAllowsBackForwardNavigationGestures(bool isAllowed) {
   allowsGestures_ = isAllowed;
-  if (view_ != nullptr) webkit_settings_set_enable_back_forward_navigation_gestures(settings_.get(), isAllowed);
+  if (view_ != nullptr)
+    webkit_settings_set_enable_back_forward_navigation_gestures(settings_.get(), isAllowed);
 }
 
 void GtkWebView::evaluateJavaScript(const std::string& script, ScriptCompletion completion) {
@@ -262,9 +271,9 @@ void GtkWebView::evaluateJavaScript(const std::string& script, ScriptCompletion 
     if (completion) completion(std::nullopt, NSError{"WKErrorDomain", 3, "No page has been loaded"});
     return;
   }
-  webkit_web_view_evaluate_javascript(view_, script.data(), static_cast<gssize>(script.size()), nullptr, nullptr,
-                                      cancellable_, scriptEnded,
-                                      std::make_unique<ScriptRun>(ScriptRun{std::move(completion)}).release());
+  webkit_web_view_evaluate_javascript(
+      view_, script.data(), static_cast<gssize>(script.size()), nullptr, nullptr, cancellable_, scriptEnded,
+      std::make_unique<ScriptRun>(ScriptRun{std::move(completion)}).release());
 }
 
 }  // namespace platform

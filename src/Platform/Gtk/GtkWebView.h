@@ -1,14 +1,14 @@
 #pragma once
 
-#include <string>
-
-#include <webkit/webkit.h>
-
 #include "Platform/CrashReloadPolicy.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/Gtk/WebEngine.h"
 #include "Platform/WKWebView.h"
+
+#include <string>
+
+#include <webkit/webkit.h>
 
 namespace platform {
 

@@ -1,10 +1,10 @@
 #include "Platform/Gtk/PopoverWindow.h"
 
+#include "Platform/Gtk/GtkViewBase.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
-
-#include "Platform/Gtk/GtkViewBase.h"
 
 namespace platform {
 
@@ -98,8 +98,8 @@ PixelRect PopoverWindow::wantedPlace() const {
   if (isOrdinaryWindow_) return placeInMiddle(width, height, monitors, struts, primary);
   auto anchor = surroundings_.anchor();
   if (!anchor) anchor = X11Desktop::pointer();
-  const bool isOnScreen =
-      std::any_of(monitors.begin(), monitors.end(), [&](const auto& m) { return m.contains(anchor->x, anchor->y); });
+  const bool isOnScreen = std::any_of(monitors.begin(), monitors.end(),
+                                      [&](const auto& m) { return m.contains(anchor->x, anchor->y); });
   if (!isOnScreen) anchor.reset();
   return placeAtIcon(anchor, width, height, monitors, struts, primary);
 }
@@ -138,7 +138,8 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
 
 void PopoverWindow::onMapped() {
   if (!X11Desktop::isAvailable()) return;
-  // The toolkit rewrites the hints around mapping, and window managers read them before or after: so once more.
+  // The toolkit rewrites the hints around mapping, and window managers read them before or after: so once
+  // more.
   const auto rect = wantedPlace();
   X11Desktop::move(window_, {rect.x, rect.y});
   if (isOrdinaryWindow_) return;
@@ -160,7 +161,8 @@ bool PopoverWindow::closesByItself() const {
 void PopoverWindow::onActiveChanged() {
   focusTimer_.reset();
   if (!isShown_ || gtk_window_is_active(window_)) return;
-  // Menus, drop-downs and other programs' key grabs take the focus away for a moment: look again when it settled.
+  // Menus, drop-downs and other programs' key grabs take the focus away for a moment: look again when it
+  // settled.
   focusTimer_ = DispatchQueue::main().timer(focusSettlingTime, [this] { lookWhereTheUserWent(); });
 }
 

@@ -1,20 +1,20 @@
 #pragma once
 
+#include "Platform/DispatchQueue.h"
+#include "Platform/Gtk/ToastHost.h"
+#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/NSPopover.h"
+
 #include <functional>
 #include <memory>
 #include <optional>
 
 #include <gtk/gtk.h>
 
-#include "Platform/DispatchQueue.h"
-#include "Platform/Gtk/ToastHost.h"
-#include "Platform/Gtk/X11Desktop.h"
-#include "Platform/NSPopover.h"
-
 namespace platform {
 
-/// The popover as a window of its own: at the tray icon where there is one, an ordinary window in the middle of
-/// the screen where there is none. Its window is made when it is first needed. Main thread.
+/// The popover as a window of its own: at the tray icon where there is one, an ordinary window in the middle
+/// of the screen where there is none. Its window is made when it is first needed. Main thread.
 class PopoverWindow : public NSPopover {
  public:
   struct Surroundings {

@@ -1,13 +1,13 @@
 #include "Platform/Gtk/SoupURLSession.h"
 
+#include "Platform/Gtk/GObjectPtr.h"
+
 #include <atomic>
 #include <mutex>
 #include <thread>
 #include <utility>
 
 #include <libsoup/soup.h>
-
-#include "Platform/Gtk/GObjectPtr.h"
 
 namespace platform {
 
@@ -68,7 +68,9 @@ class SoupURLSession::Loop {
           return G_SOURCE_REMOVE;
         },
         boxed,
-        [](gpointer data) { std::default_delete<std::function<void()>>()(static_cast<std::function<void()>*>(data)); });
+        [](gpointer data) {
+          std::default_delete<std::function<void()>>()(static_cast<std::function<void()>*>(data));
+        });
   }
 
  private:
@@ -133,7 +135,8 @@ struct SoupURLSession::Exchange {
         },
         this, nullptr);
     g_source_attach(timeout, loop.context());
-    soup_session_send_and_read_async(loop.session(), message.get(), G_PRIORITY_DEFAULT, cancellable.get(), ended, this);
+    soup_session_send_and_read_async(loop.session(), message.get(), G_PRIORITY_DEFAULT, cancellable.get(),
+                                     ended, this);
   }
 
   static void ended(GObject* source, GAsyncResult* result, gpointer self) {
@@ -143,9 +146,10 @@ struct SoupURLSession::Exchange {
     const GErrorPtr error(raw);
     if (error) {
       const int code = exchange->hasTimedOut ? NSURLErrorTimedOut : urlErrorCode(*error);
-      exchange->completion({}, std::nullopt,
-                           NSError{NSURLErrorDomain, code,
-                                   exchange->hasTimedOut ? "The request timed out." : std::string(error->message)});
+      exchange->completion(
+          {}, std::nullopt,
+          NSError{NSURLErrorDomain, code,
+                  exchange->hasTimedOut ? "The request timed out." : std::string(error->message)});
       return;
     }
     gsize size = 0;
@@ -189,7 +193,8 @@ SoupURLSession::~SoupURLSession() = default;
 
 std::unique_ptr<NSURLSessionDataTask> SoupURLSession::dataTask(URLRequest request, Completion completion) {
   auto cancellable = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
-  auto* exchange = std::make_unique<Exchange>(Exchange{std::move(request), std::move(completion), cancellable}).release();
+  auto* exchange =
+      std::make_unique<Exchange>(Exchange{std::move(request), std::move(completion), cancellable}).release();
   loop_->run([loop = loop_.get(), exchange] { exchange->start(*loop); });
   return std::make_unique<Task>(loop_, std::move(cancellable));
 }

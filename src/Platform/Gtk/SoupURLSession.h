@@ -1,13 +1,13 @@
 #pragma once
 
-#include <memory>
-
 #include "Platform/NSURLSession.h"
+
+#include <memory>
 
 namespace platform {
 
-/// The HTTP client on libsoup, with a main loop on a thread of its own, where every completion runs. The thread
-/// starts with the first request.
+/// The HTTP client on libsoup, with a main loop on a thread of its own, where every completion runs. The
+/// thread starts with the first request.
 class SoupURLSession : public NSURLSession {
  public:
   SoupURLSession();

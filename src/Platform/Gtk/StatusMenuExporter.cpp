@@ -1,10 +1,10 @@
 #include "Platform/Gtk/StatusMenuExporter.h"
 
+#include "Platform/DispatchQueue.h"
+
 #include <array>
 #include <cctype>
 #include <utility>
-
-#include "Platform/DispatchQueue.h"
 
 namespace platform {
 
@@ -122,9 +122,9 @@ GVariant* StatusMenuExporter::layout(int parent, int depth) const {
   if (parent == 0 && depth != 0 && menu_) {
     for (std::size_t i = 0; i < menu_->items().size(); ++i) {
       const int id = static_cast<int>(i) + 1;
-      g_variant_builder_add(
-          &children, "v",
-          g_variant_new("(i@a{sv}@av)", id, properties(id), g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0)));
+      g_variant_builder_add(&children, "v",
+                            g_variant_new("(i@a{sv}@av)", id, properties(id),
+                                          g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0)));
     }
   }
   return g_variant_new("(i@a{sv}@av)", parent, properties(parent), g_variant_builder_end(&children));
@@ -193,7 +193,8 @@ void StatusMenuExporter::handle(const std::string& method, GVariant* parameters,
     std::vector<std::pair<int, std::string>> received;
     int id = 0;
     const char* event = nullptr;
-    while (g_variant_iter_next(events, "(i&s@vu)", &id, &event, nullptr, nullptr)) received.emplace_back(id, event);
+    while (g_variant_iter_next(events, "(i&s@vu)", &id, &event, nullptr, nullptr))
+      received.emplace_back(id, event);
     g_variant_iter_free(events);
     reply(g_variant_new("(@ai)", noIds()));
     for (const auto& [itemId, name] : received) itemEvent(itemId, name);
@@ -261,8 +262,8 @@ void StatusMenuExporter::layoutChanged() {
   itemSubscriptions_.clear();
   if (menu_) {
     for (std::size_t i = 0; i < menu_->items().size(); ++i) {
-      itemSubscriptions_.push_back(
-          menu_->items()[i]->observers().subscribe([this, id = static_cast<int>(i) + 1] { itemChanged(id); }));
+      itemSubscriptions_.push_back(menu_->items()[i]->observers().subscribe(
+          [this, id = static_cast<int>(i) + 1] { itemChanged(id); }));
     }
   }
   ++revision_;

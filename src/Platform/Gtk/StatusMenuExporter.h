@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Platform/NSMenu.h"
+
 #include <functional>
 #include <memory>
 #include <vector>
 
 #include <gio/gio.h>
-
-#include "Platform/NSMenu.h"
 
 namespace platform {
 
@@ -28,8 +28,8 @@ class StatusMenuExporter {
   static void onMethodCall(GDBusConnection*, const char* sender, const char* path, const char* interface,
                            const char* method, GVariant* parameters, GDBusMethodInvocation* invocation,
                            gpointer self);
-  static GVariant* onGetProperty(GDBusConnection*, const char* sender, const char* path, const char* interface,
-                                 const char* property, GError** error, gpointer self);
+  static GVariant* onGetProperty(GDBusConnection*, const char* sender, const char* path,
+                                 const char* interface, const char* property, GError** error, gpointer self);
 
   void handle(const std::string& method, GVariant* parameters, GDBusMethodInvocation* invocation);
   GVariant* layout(int parent, int depth) const;

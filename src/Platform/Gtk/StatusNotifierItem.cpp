@@ -1,18 +1,17 @@
 #include "Platform/Gtk/StatusNotifierItem.h"
 
-#include <unistd.h>
+#include "Platform/DebugLog.h"
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkAssets.h"
+#include "Platform/Gtk/ProgramFolders.h"
+#include "Platform/NSApplication.h"
 
 #include <array>
 #include <cstring>
 #include <utility>
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
-
-#include "Platform/DebugLog.h"
-#include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/Gtk/GtkAssets.h"
-#include "Platform/Gtk/ProgramFolders.h"
-#include "Platform/NSApplication.h"
+#include <unistd.h>
 
 namespace platform {
 
@@ -53,8 +52,8 @@ constexpr std::array<guint8, 3> neutralGrey = {0x9a, 0x99, 0x96};
 
 /// One entry of IconPixmap: the picture's shape in A, R, G, B bytes.
 GVariant* pixmap(const std::string& file, int size) {
-  const auto picture = GObjectPtr<GdkPixbuf>::adopt(
-      gdk_pixbuf_new_from_file_at_size(file.c_str(), size, size, nullptr));
+  const auto picture =
+      GObjectPtr<GdkPixbuf>::adopt(gdk_pixbuf_new_from_file_at_size(file.c_str(), size, size, nullptr));
   if (!picture || gdk_pixbuf_get_has_alpha(picture.get()) == FALSE) return nullptr;
   const int width = gdk_pixbuf_get_width(picture.get());
   const int height = gdk_pixbuf_get_height(picture.get());
@@ -112,10 +111,11 @@ StatusNotifierItem::StatusNotifierItem(double length, GDBusConnection* connectio
                                                     nullptr, nullptr);
   menuExporter_.registerOn(connection_);
   busName_ = std::string(itemInterface) + "-" + std::to_string(getpid()) + "-1";
-  ownedName_ = g_bus_own_name_on_connection(connection_, busName_.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE, nullptr,
-                                            nullptr, nullptr, nullptr);
-  hostSignal_ = g_dbus_connection_signal_subscribe(connection_, watcherName, watcherName, nullptr, watcherPath,
-                                                   nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onHostSignal, this, nullptr);
+  ownedName_ = g_bus_own_name_on_connection(connection_, busName_.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE,
+                                            nullptr, nullptr, nullptr, nullptr);
+  hostSignal_ =
+      g_dbus_connection_signal_subscribe(connection_, watcherName, watcherName, nullptr, watcherPath, nullptr,
+                                         G_DBUS_SIGNAL_FLAGS_NONE, onHostSignal, this, nullptr);
   watch_ = g_bus_watch_name_on_connection(connection_, watcherName, G_BUS_NAME_WATCHER_FLAGS_NONE,
                                           onWatcherAppeared, onWatcherVanished, this, nullptr);
 }
@@ -138,7 +138,9 @@ void StatusNotifierItem::prepareMenu(std::shared_ptr<NSMenu> statusMenu) {
 }
 
 // The panel puts the menu up by itself; only another menu than the prepared one is news to it.
-void StatusNotifierItem::popUpStatusItemMenu(std::shared_ptr<NSMenu> statusMenu) { prepareMenu(std::move(statusMenu)); }
+void StatusNotifierItem::popUpStatusItemMenu(std::shared_ptr<NSMenu> statusMenu) {
+  prepareMenu(std::move(statusMenu));
+}
 
 void StatusNotifierItem::settle() {
   if (std::exchange(isSettled_, true)) return;
@@ -263,7 +265,8 @@ GVariant* StatusNotifierItem::property(const std::string& name) const {
     GVariantBuilder pictures;
     g_variant_builder_init(&pictures, G_VARIANT_TYPE("a(iiay)"));
     for (const int size : {16, 22, 44}) {
-      if (GVariant* picture = pixmap((icons / (iconNameOfStatusImage(button_->image.name) + ".svg")).string(), size)) {
+      if (GVariant* picture =
+              pixmap((icons / (iconNameOfStatusImage(button_->image.name) + ".svg")).string(), size)) {
         g_variant_builder_add_value(&pictures, picture);
       }
     }

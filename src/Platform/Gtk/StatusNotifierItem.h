@@ -1,14 +1,14 @@
 #pragma once
 
+#include "Platform/Gtk/StatusMenuExporter.h"
+#include "Platform/NSEvent.h"
+#include "Platform/NSStatusItem.h"
+
 #include <functional>
 #include <memory>
 #include <string>
 
 #include <gio/gio.h>
-
-#include "Platform/Gtk/StatusMenuExporter.h"
-#include "Platform/NSEvent.h"
-#include "Platform/NSStatusItem.h"
 
 namespace platform {
 
@@ -46,8 +46,8 @@ class StatusNotifierItem : public NSStatusItem {
   static void onMethodCall(GDBusConnection*, const char* sender, const char* path, const char* interface,
                            const char* method, GVariant* parameters, GDBusMethodInvocation* invocation,
                            gpointer self);
-  static GVariant* onGetProperty(GDBusConnection*, const char* sender, const char* path, const char* interface,
-                                 const char* property, GError** error, gpointer self);
+  static GVariant* onGetProperty(GDBusConnection*, const char* sender, const char* path,
+                                 const char* interface, const char* property, GError** error, gpointer self);
   static void onWatcherAppeared(GDBusConnection*, const char* name, const char* owner, gpointer self);
   static void onWatcherVanished(GDBusConnection*, const char* name, gpointer self);
   static void onHostSignal(GDBusConnection*, const char* sender, const char* path, const char* interface,

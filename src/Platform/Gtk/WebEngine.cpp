@@ -1,21 +1,23 @@
 #include "Platform/Gtk/WebEngine.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <system_error>
-
 #include "Platform/DebugLog.h"
 #include "Platform/Gtk/ProgramFolders.h"
 #include "Platform/NSWorkspace.h"
 #include "Platform/UnusedFileName.h"
 
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
 namespace platform {
 
 namespace {
 
-/// Where pictures are computed by the processor, a graphics context in each web process is memory for nothing.
+/// Where pictures are computed by the processor, a graphics context in each web process is memory for
+/// nothing.
 bool hasGraphicsHardware() {
-  if (const char* forced = std::getenv("LIBGL_ALWAYS_SOFTWARE"); forced != nullptr && *forced == '1') return false;
+  if (const char* forced = std::getenv("LIBGL_ALWAYS_SOFTWARE"); forced != nullptr && *forced == '1')
+    return false;
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator("/dev/dri", error)) {
     if (entry.path().filename().string().starts_with("renderD")) return true;
@@ -25,7 +27,8 @@ bool hasGraphicsHardware() {
 
 std::filesystem::path downloadFolder() {
   const char* folder = g_get_user_special_dir(G_USER_DIRECTORY_DOWNLOAD);
-  return folder != nullptr ? std::filesystem::path(folder) : std::filesystem::path(g_get_home_dir()) / "Downloads";
+  return folder != nullptr ? std::filesystem::path(folder)
+                           : std::filesystem::path(g_get_home_dir()) / "Downloads";
 }
 
 /// What is known of a download while it runs.
@@ -49,7 +52,8 @@ WebEngine::WebEngine(PopoverWindow& (*popoverOfProgram)())
     list = g_list_prepend(list, webkit_security_origin_new_for_uri(key.first.c_str()));
   }
   webkit_web_context_initialize_notification_permissions(context_.get(), allowed, refused);
-  const auto unref = +[](gpointer origin) { webkit_security_origin_unref(static_cast<WebKitSecurityOrigin*>(origin)); };
+  const auto unref =
+      +[](gpointer origin) { webkit_security_origin_unref(static_cast<WebKitSecurityOrigin*>(origin)); };
   g_list_free_full(allowed, unref);
   g_list_free_full(refused, unref);
 }
@@ -62,17 +66,17 @@ WebEngine::~WebEngine() {
 
 bool WebEngine::canSandbox(std::string& reason) {
   // The engine itself would end the program at the first page.
-  if (const char* off = std::getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"); off != nullptr && *off == '1') {
+  if (const char* off = std::getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS");
+      off != nullptr && *off == '1') {
     return true;
   }
   const char* command[] = {"bwrap", "--ro-bind", "/", "/", "true", nullptr};
   char* output = nullptr;
   GError* raw = nullptr;
   int status = 0;
-  const bool isStarted =
-      g_spawn_sync(nullptr, const_cast<char**>(command), nullptr,
-                   GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL), nullptr, nullptr, nullptr, &output,
-                   &status, &raw) != FALSE;
+  const bool isStarted = g_spawn_sync(nullptr, const_cast<char**>(command), nullptr,
+                                      GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL), nullptr,
+                                      nullptr, nullptr, &output, &status, &raw) != FALSE;
   const GErrorPtr error(raw);
   const GStringPtr text(output);
   if (!isStarted) {
@@ -109,9 +113,9 @@ WebKitNetworkSession* WebEngine::session(bool isPersistent) {
 GObjectPtr<WebKitSettings> WebEngine::makeSettings() const {
   auto settings = GObjectPtr<WebKitSettings>::adopt(webkit_settings_new());
   static const bool usesGraphics = hasGraphicsHardware();
-  webkit_settings_set_hardware_acceleration_policy(settings.get(), usesGraphics
-                                                                       ? WEBKIT_HARDWARE_ACCELERATION_POLICY_ALWAYS
-                                                                       : WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER);
+  webkit_settings_set_hardware_acceleration_policy(
+      settings.get(),
+      usesGraphics ? WEBKIT_HARDWARE_ACCELERATION_POLICY_ALWAYS : WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER);
   webkit_settings_set_enable_media_stream(settings.get(), TRUE);
   return settings;
 }
@@ -132,7 +136,8 @@ void WebEngine::downloadStarted(WebKitDownload* download) {
   g_signal_connect(download, "decide-destination",
                    G_CALLBACK(+[](WebKitDownload* d, const char* suggestion, gpointer data) -> gboolean {
                      auto& self = *static_cast<RunningDownload*>(data);
-                     const auto file = reserveUnusedFile(downloadFolder(), suggestion != nullptr ? suggestion : "");
+                     const auto file =
+                         reserveUnusedFile(downloadFolder(), suggestion != nullptr ? suggestion : "");
                      if (!file) {
                        webkit_download_cancel(d);
                        return TRUE;
@@ -157,13 +162,12 @@ void WebEngine::downloadStarted(WebKitDownload* download) {
   g_signal_connect(download, "finished", G_CALLBACK(+[](WebKitDownload*, gpointer data) {
                      auto& self = *static_cast<RunningDownload*>(data);
                      if (self.hasFailed) return;
-                     self.engine->popover().toasts().show("Downloaded “" + self.file.filename().string() + "”", "Open",
-                                                          [file = self.file] {
-                                                            const GStringPtr uri(
-                                                                g_filename_to_uri(file.c_str(), nullptr, nullptr));
-                                                            const auto url = URL::parse(uri ? uri.get() : "");
-                                                            if (url) NSWorkspace::shared().open(*url);
-                                                          });
+                     self.engine->popover().toasts().show(
+                         "Downloaded “" + self.file.filename().string() + "”", "Open", [file = self.file] {
+                           const GStringPtr uri(g_filename_to_uri(file.c_str(), nullptr, nullptr));
+                           const auto url = URL::parse(uri ? uri.get() : "");
+                           if (url) NSWorkspace::shared().open(*url);
+                         });
                    }),
                    running);
 }

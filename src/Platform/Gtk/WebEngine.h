@@ -1,19 +1,19 @@
 #pragma once
 
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/PopoverWindow.h"
+#include "Platform/SitePermissions.h"
+
 #include <functional>
 #include <memory>
 #include <string>
 
 #include <webkit/webkit.h>
 
-#include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/Gtk/PopoverWindow.h"
-#include "Platform/SitePermissions.h"
-
 namespace platform {
 
-/// What all web views share: the store of cookies and data, downloads, permissions, and the popover that shows
-/// their notices. Made with the first web view. Main thread.
+/// What all web views share: the store of cookies and data, downloads, permissions, and the popover that
+/// shows their notices. Made with the first web view. Main thread.
 class WebEngine {
  public:
   explicit WebEngine(PopoverWindow& (*popoverOfProgram)());

@@ -1,5 +1,8 @@
 #include "Platform/Gtk/WebViewManners.h"
 
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/NSWorkspace.h"
+
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -9,15 +12,13 @@
 
 #include <adwaita.h>
 
-#include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/NSWorkspace.h"
-
 namespace platform {
 
 namespace {
 
 /// What the engine itself can show; everything else is for the desktop's programs.
-constexpr std::array<std::string_view, 7> ownSchemes = {"http", "https", "about", "data", "blob", "file", "ws"};
+constexpr std::array<std::string_view, 7> ownSchemes = {"http", "https", "about", "data",
+                                                        "blob", "file",  "ws"};
 
 bool isOwnScheme(std::string_view scheme) {
   for (const auto own : ownSchemes) {
@@ -31,7 +32,8 @@ void openOutside(const char* uri) {
   if (!url) return;
   const auto scheme = url->scheme();
   // A page has no business with the user's files or with running programs by way of them.
-  if (scheme == "file" || scheme == "javascript" || scheme == "data" || scheme == "about" || scheme == "blob") return;
+  if (scheme == "file" || scheme == "javascript" || scheme == "data" || scheme == "about" || scheme == "blob")
+    return;
   NSWorkspace::shared().open(*url);
 }
 
@@ -43,7 +45,8 @@ std::string originOf(WebKitWebView* view) {
   return text ? text.get() : "";
 }
 
-gboolean decidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type, gpointer) {
+gboolean decidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
+                      gpointer) {
   if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
     auto* response = WEBKIT_RESPONSE_POLICY_DECISION(decision);
     bool isAttachment = !webkit_response_policy_decision_is_mime_type_supported(response);
@@ -76,8 +79,8 @@ gboolean decidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPoli
   return FALSE;
 }
 
-/// A small window for what a page opened by script, such as a sign-in. It lives until the page or the user closes
-/// it.
+/// A small window for what a page opened by script, such as a sign-in. It lives until the page or the user
+/// closes it.
 class PageWindow {
  public:
   PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engine) {
@@ -86,13 +89,16 @@ class PageWindow {
                                          webkit_web_view_get_user_content_manager(opener), nullptr));
     window_ = GTK_WINDOW(gtk_window_new());
     gtk_window_set_title(window_, "Velkin");
-    if (engine.popover().window() != nullptr) gtk_window_set_transient_for(window_, engine.popover().window());
+    if (engine.popover().window() != nullptr)
+      gtk_window_set_transient_for(window_, engine.popover().window());
     gtk_window_set_child(window_, GTK_WIDGET(view_));
     teachManners(view_, engine);
-    g_signal_connect_swapped(view_, "ready-to-show", G_CALLBACK(+[](PageWindow* self) { self->show(); }), this);
+    g_signal_connect_swapped(view_, "ready-to-show", G_CALLBACK(+[](PageWindow* self) { self->show(); }),
+                             this);
     g_signal_connect_swapped(view_, "close",
                              G_CALLBACK(+[](PageWindow* self) { gtk_window_destroy(self->window_); }), this);
-    g_signal_connect_swapped(view_, "notify::title", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }), this);
+    g_signal_connect_swapped(view_, "notify::title", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }),
+                             this);
     g_signal_connect_swapped(window_, "destroy", G_CALLBACK(+[](PageWindow* self) {
                                if (self->isShown_) self->engine_.popover().unpin();
                                std::default_delete<PageWindow>()(self);
@@ -176,7 +182,8 @@ gboolean runFileChooser(WebKitWebView* view, WebKitFileChooserRequest* request, 
     gtk_file_chooser_set_filter(GTK_FILE_CHOOSER(dialog), filter);
   }
   engine.popover().pin();
-  auto choice = std::make_unique<FileChoice>(FileChoice{engine, GObjectPtr<WebKitFileChooserRequest>::retain(request)});
+  auto choice =
+      std::make_unique<FileChoice>(FileChoice{engine, GObjectPtr<WebKitFileChooserRequest>::retain(request)});
   g_signal_connect(dialog, "response", G_CALLBACK(fileChosen), choice.release());
   gtk_native_dialog_show(GTK_NATIVE_DIALOG(dialog));
   return TRUE;
@@ -200,7 +207,8 @@ Wish wishOf(WebKitPermissionRequest* request) {
     if (webkit_user_media_permission_is_for_display_device(media)) return {"screen", "see your screen"};
     const bool wantsCamera = webkit_user_media_permission_is_for_video_device(media);
     const bool wantsMicrophone = webkit_user_media_permission_is_for_audio_device(media);
-    if (wantsCamera && wantsMicrophone) return {"camera-and-microphone", "use your camera and your microphone"};
+    if (wantsCamera && wantsMicrophone)
+      return {"camera-and-microphone", "use your camera and your microphone"};
     return wantsCamera ? Wish{"camera", "use your camera"} : Wish{"microphone", "use your microphone"};
   }
   return {};
@@ -247,8 +255,9 @@ gboolean permissionRequested(WebKitWebView* view, WebKitPermissionRequest* reque
   }
   auto* root = gtk_widget_get_root(GTK_WIDGET(view));
   const std::string heading = "Allow this site to " + std::string(wish.text) + "?";
-  GtkWidget* dialog = adw_message_dialog_new(GTK_IS_WINDOW(root) ? GTK_WINDOW(root) : nullptr, heading.c_str(),
-                                             (site + "\n\nVelkin will remember your answer for this site.").c_str());
+  GtkWidget* dialog =
+      adw_message_dialog_new(GTK_IS_WINDOW(root) ? GTK_WINDOW(root) : nullptr, heading.c_str(),
+                             (site + "\n\nVelkin will remember your answer for this site.").c_str());
   adw_message_dialog_add_responses(ADW_MESSAGE_DIALOG(dialog), "block", "Block", "allow", "Allow", nullptr);
   adw_message_dialog_set_response_appearance(ADW_MESSAGE_DIALOG(dialog), "allow", ADW_RESPONSE_SUGGESTED);
   adw_message_dialog_set_default_response(ADW_MESSAGE_DIALOG(dialog), "block");
@@ -256,19 +265,18 @@ gboolean permissionRequested(WebKitWebView* view, WebKitPermissionRequest* reque
   engine.popover().pin();
   auto question = std::make_unique<Question>(
       Question{engine, GObjectPtr<WebKitPermissionRequest>::retain(request), site, wish.kind});
-  g_signal_connect_data(dialog, "response", G_CALLBACK(+[](AdwMessageDialog*, const char* response, gpointer asked) {
-                          const auto& q = *static_cast<Question*>(asked);
-                          const std::string_view chosen = response;
-                          answer(q.request.get(), chosen == "allow");
-                          // Closing the question is no answer to remember.
-                          if (chosen != "later") q.engine.permissions().remember(q.site, q.kind, chosen == "allow");
-                          q.engine.popover().unpin();
-                        }),
-                        question.release(),
-                        [](gpointer asked, GClosure*) {
-                          std::default_delete<Question>()(static_cast<Question*>(asked));
-                        },
-                        GConnectFlags(0));
+  g_signal_connect_data(
+      dialog, "response", G_CALLBACK(+[](AdwMessageDialog*, const char* response, gpointer asked) {
+        const auto& q = *static_cast<Question*>(asked);
+        const std::string_view chosen = response;
+        answer(q.request.get(), chosen == "allow");
+        // Closing the question is no answer to remember.
+        if (chosen != "later") q.engine.permissions().remember(q.site, q.kind, chosen == "allow");
+        q.engine.popover().unpin();
+      }),
+      question.release(),
+      [](gpointer asked, GClosure*) { std::default_delete<Question>()(static_cast<Question*>(asked)); },
+      GConnectFlags(0));
   gtk_window_present(GTK_WINDOW(dialog));
   return TRUE;
 }
@@ -278,7 +286,8 @@ gboolean permissionStateQueried(WebKitWebView*, WebKitPermissionStateQuery* quer
   std::string kind = webkit_permission_state_query_get_name(query);
   if (kind == "geolocation") kind = "location";
   if (kind == "clipboard-read") kind = "clipboard";
-  const GStringPtr site(webkit_security_origin_to_string(webkit_permission_state_query_get_security_origin(query)));
+  const GStringPtr site(
+      webkit_security_origin_to_string(webkit_permission_state_query_get_security_origin(query)));
   const auto known = engine.permissions().answer(site ? site.get() : "", kind);
   auto state = WEBKIT_PERMISSION_STATE_PROMPT;
   if (known) state = *known ? WEBKIT_PERMISSION_STATE_GRANTED : WEBKIT_PERMISSION_STATE_DENIED;

@@ -47,8 +47,8 @@ std::vector<unsigned long> readProperty(Display* display, Window window, Atom pr
   unsigned long rest = 0;
   unsigned char* data = nullptr;
   std::vector<unsigned long> values;
-  if (XGetWindowProperty(display, window, property, 0, 65536, False, type, &actualType, &format, &count, &rest,
-                         &data) == Success &&
+  if (XGetWindowProperty(display, window, property, 0, 65536, False, type, &actualType, &format, &count,
+                         &rest, &data) == Success &&
       data != nullptr && format == 32) {
     const std::span items(reinterpret_cast<unsigned long*>(data), count);
     values.assign(items.begin(), items.end());
@@ -64,8 +64,8 @@ void sendToRoot(GtkWindow* window, const char* message, std::array<long, 5> data
   event.xclient.message_type = atom(message);
   event.xclient.format = 32;
   std::copy(data.begin(), data.end(), event.xclient.data.l);
-  XSendEvent(xDisplay(), DefaultRootWindow(xDisplay()), False, SubstructureRedirectMask | SubstructureNotifyMask,
-             &event);
+  XSendEvent(xDisplay(), DefaultRootWindow(xDisplay()), False,
+             SubstructureRedirectMask | SubstructureNotifyMask, &event);
 }
 
 /// True if X gave the identifier to GDK's own connection.
@@ -177,7 +177,8 @@ PixelRect X11Desktop::frame(GtkWindow* window) {
 void X11Desktop::keepAbove(GtkWindow* window) {
   constexpr long add = 1;
   constexpr long fromApplication = 1;
-  sendToRoot(window, "_NET_WM_STATE", {add, static_cast<long>(atom("_NET_WM_STATE_ABOVE")), 0, fromApplication, 0});
+  sendToRoot(window, "_NET_WM_STATE",
+             {add, static_cast<long>(atom("_NET_WM_STATE_ABOVE")), 0, fromApplication, 0});
 }
 
 void X11Desktop::activate(GtkWindow* window) {
@@ -237,7 +238,8 @@ struct X11PressWatcher::Connection {
   }
 };
 
-X11PressWatcher::X11PressWatcher(std::function<void(bool)> onPress) : connection_(std::make_unique<Connection>()) {
+X11PressWatcher::X11PressWatcher(std::function<void(bool)> onPress)
+    : connection_(std::make_unique<Connection>()) {
   connection_->onPress = std::move(onPress);
   connection_->display = XOpenDisplay(gdk_display_get_name(gdkDisplay()));
   if (connection_->display == nullptr) return;

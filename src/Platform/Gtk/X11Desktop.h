@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Platform/PopoverPlacement.h"
+
 #include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include <gtk/gtk.h>
-
-#include "Platform/PopoverPlacement.h"
 
 namespace platform {
 
@@ -38,8 +38,8 @@ class X11Desktop {
   static bool isActiveWindowOurs();
 };
 
-/// Hears of every press of a pointer button anywhere, for as long as it lives, without taking anything away from
-/// anybody. Only made while it is needed.
+/// Hears of every press of a pointer button anywhere, for as long as it lives, without taking anything away
+/// from anybody. Only made while it is needed.
 class X11PressWatcher {
  public:
   /// `onPress` is told whether the pointer was over a window of this process.

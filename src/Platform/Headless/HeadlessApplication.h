@@ -1,8 +1,8 @@
 #pragma once
 
-#include <optional>
-
 #include "Platform/NSApplication.h"
+
+#include <optional>
 
 namespace platform {
 

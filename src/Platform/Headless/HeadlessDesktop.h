@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Platform/NSDistributedNotificationCenter.h"
+#include "Platform/NSWorkspace.h"
+
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "Platform/NSDistributedNotificationCenter.h"
-#include "Platform/NSWorkspace.h"
 
 namespace platform {
 

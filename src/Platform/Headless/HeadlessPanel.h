@@ -1,8 +1,8 @@
 #pragma once
 
-#include <utility>
-
 #include "Platform/NSPanel.h"
+
+#include <utility>
 
 namespace platform {
 

@@ -6,19 +6,19 @@
 #include "Platform/Headless/HeadlessPopover.h"
 #include "Platform/Headless/HeadlessQueue.h"
 #include "Platform/Headless/HeadlessStatusItem.h"
+#include "Platform/Headless/HeadlessURLSession.h"
+#include "Platform/Headless/HeadlessUserDefaults.h"
 #include "Platform/Headless/HeadlessViewTree.h"
 #include "Platform/Headless/HeadlessWebView.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSBundle.h"
 #include "Platform/NSScreen.h"
-#include "Platform/Headless/HeadlessURLSession.h"
-#include "Platform/Headless/HeadlessUserDefaults.h"
 #include "Platform/Platform.h"
 
 namespace platform {
 
-/// A complete desktop in memory: the unit tests' world. Installs itself for its lifetime. What a test wants to
-/// see or to arrange is public.
+/// A complete desktop in memory: the unit tests' world. Installs itself for its lifetime. What a test wants
+/// to see or to arrange is public.
 class HeadlessPlatform : public Platform {
  public:
   HeadlessPlatform();

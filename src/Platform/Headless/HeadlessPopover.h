@@ -1,8 +1,8 @@
 #pragma once
 
-#include <utility>
-
 #include "Platform/NSPopover.h"
+
+#include <utility>
 
 namespace platform {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Platform/DispatchQueue.h"
+
 #include <cstdint>
 #include <deque>
 #include <map>
 #include <mutex>
 #include <thread>
-
-#include "Platform/DispatchQueue.h"
 
 namespace platform {
 

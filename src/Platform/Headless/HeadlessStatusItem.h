@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
-#include <vector>
-
 #include "Platform/NSEvent.h"
 #include "Platform/NSStatusItem.h"
+
+#include <memory>
+#include <vector>
 
 namespace platform {
 

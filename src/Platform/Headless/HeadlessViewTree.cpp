@@ -133,8 +133,8 @@ std::vector<HeadlessView*> HeadlessHostingView::all(
 HeadlessView* HeadlessHostingView::control(std::string_view name) const {
   const auto found = all([&](const HeadlessView& view) {
     const auto& modifiers = view.element().modifiers;
-    const bool acts = contentOf<ButtonContent>(view) != nullptr || contentOf<CheckBoxContent>(view) != nullptr ||
-                      modifiers.onTap != nullptr;
+    const bool acts = contentOf<ButtonContent>(view) != nullptr ||
+                      contentOf<CheckBoxContent>(view) != nullptr || modifiers.onTap != nullptr;
     return acts && (view.text() == name || modifiers.label == name || modifiers.help == name);
   });
   return found.empty() ? nullptr : found.front();

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Platform/NSHostingController.h"
+
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Platform/NSHostingController.h"
 
 namespace platform {
 
@@ -58,7 +58,8 @@ class HeadlessHostingView : public NSHostingView {
   std::vector<HeadlessView*> all(const std::function<bool(const HeadlessView&)>& matches) const;
   template <class Content>
   std::vector<HeadlessView*> all() const {
-    return all([](const HeadlessView& view) { return std::holds_alternative<Content>(view.element().content); });
+    return all(
+        [](const HeadlessView& view) { return std::holds_alternative<Content>(view.element().content); });
   }
   /// The first button, check box or tappable view with this text, label or tooltip; nullptr if there is none.
   HeadlessView* control(std::string_view name) const;

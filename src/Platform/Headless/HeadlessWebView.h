@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Platform/WKWebView.h"
+
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "Platform/WKWebView.h"
 
 namespace platform {
 

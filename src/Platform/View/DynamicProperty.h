@@ -1,15 +1,15 @@
 #pragma once
 
+#include "Platform/View/Observers.h"
+
 #include <functional>
 #include <vector>
-
-#include "Platform/View/Observers.h"
 
 namespace platform {
 
 /// A field of a view that can change by itself and then has the view drawn anew: the base of `State` and
-/// `ObservedObject`. While a capture is open on a thread, each property that is constructed there joins it; so
-/// a view's fields are found without being listed.
+/// `ObservedObject`. While a capture is open on a thread, each property that is constructed there joins it;
+/// so a view's fields are found without being listed.
 class DynamicProperty {
  public:
   virtual ~DynamicProperty();

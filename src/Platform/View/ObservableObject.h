@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
-#include <utility>
-
 #include "Platform/View/DynamicProperty.h"
 #include "Platform/View/State.h"
+
+#include <memory>
+#include <utility>
 
 namespace platform {
 
@@ -16,7 +16,9 @@ class ObservableObject {
   ObservableObject(const ObservableObject&) = delete;
   ObservableObject& operator=(const ObservableObject&) = delete;
 
-  [[nodiscard]] Subscription subscribe(std::function<void()> callback) { return observers_.subscribe(std::move(callback)); }
+  [[nodiscard]] Subscription subscribe(std::function<void()> callback) {
+    return observers_.subscribe(std::move(callback));
+  }
   void notifyObservers() const { observers_.notify(); }
 
  private:
@@ -35,7 +37,9 @@ class Published {
   void set(T value) {
     if (value_.set(std::move(value))) owner_.notifyObservers();
   }
-  [[nodiscard]] Subscription subscribe(std::function<void()> callback) { return value_.subscribe(std::move(callback)); }
+  [[nodiscard]] Subscription subscribe(std::function<void()> callback) {
+    return value_.subscribe(std::move(callback));
+  }
 
  private:
   ObservableObject& owner_;

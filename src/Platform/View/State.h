@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Platform/View/Binding.h"
+#include "Platform/View/DynamicProperty.h"
+
 #include <concepts>
 #include <memory>
 #include <mutex>
 #include <utility>
-
-#include "Platform/View/Binding.h"
-#include "Platform/View/DynamicProperty.h"
 
 namespace platform {
 
@@ -48,8 +48,8 @@ class ObservedValue {
 
 }  // namespace detail
 
-/// A view's own memory. It survives the view's being built again at the same place. Copies share the value, so a
-/// closure captures the field by value and sets it later. Any thread.
+/// A view's own memory. It survives the view's being built again at the same place. Copies share the value,
+/// so a closure captures the field by value and sets it later. Any thread.
 template <class T>
 class State : public DynamicProperty {
  public:
@@ -60,7 +60,8 @@ class State : public DynamicProperty {
   void set(T value) const { value_->set(std::move(value)); }
 
   Binding<T> binding() const {
-    return Binding<T>([value = value_] { return value->get(); }, [value = value_](T v) { value->set(std::move(v)); });
+    return Binding<T>([value = value_] { return value->get(); },
+                      [value = value_](T v) { value->set(std::move(v)); });
   }
 
   void adopt(DynamicProperty& earlier) override {

@@ -14,11 +14,34 @@ enum class ButtonStyle { bordered, borderless, prominent };
 enum class PickerStyle { menu, segmented, radioGroup };
 
 /// Sizes and weights as the desktop sets them for each role.
-enum class Font { body, callout, caption, footnote, headline, largeTitle, monospaced, subheadline, title, title2 };
+enum class Font {
+  body,
+  callout,
+  caption,
+  footnote,
+  headline,
+  largeTitle,
+  monospaced,
+  subheadline,
+  title,
+  title2
+};
 
 /// A colour by its role, which follows the desktop's appearance, or by its components.
 struct Color {
-  enum class Role { primary, secondary, accent, blue, orange, purple, red, green, clear, windowBackground, fixed };
+  enum class Role {
+    primary,
+    secondary,
+    accent,
+    blue,
+    orange,
+    purple,
+    red,
+    green,
+    clear,
+    windowBackground,
+    fixed
+  };
 
   Role role = Role::primary;
   double opacity = 1;

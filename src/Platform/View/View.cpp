@@ -32,8 +32,9 @@ bool View::isEmpty() const noexcept { return std::holds_alternative<EmptyContent
 template <class Change>
 View View::modified(Change change) const {
   if (isEmpty()) return *this;
-  Element copy = isTransparent(*element_) ? Element{StackContent{Axis::vertical, 0, Alignment::fill}, {}, {*this}}
-                                          : *element_;
+  Element copy = isTransparent(*element_)
+                     ? Element{StackContent{Axis::vertical, 0, Alignment::fill}, {}, {*this}}
+                     : *element_;
   change(copy.modifiers);
   return View(std::move(copy));
 }

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "Platform/View/Binding.h"
+#include "Platform/View/DynamicProperty.h"
+#include "Platform/View/Style.h"
+
 #include <any>
 #include <concepts>
 #include <functional>
@@ -11,10 +15,6 @@
 #include <utility>
 #include <variant>
 #include <vector>
-
-#include "Platform/View/Binding.h"
-#include "Platform/View/DynamicProperty.h"
-#include "Platform/View/Style.h"
 
 namespace platform {
 
@@ -251,16 +251,15 @@ View withChangeHandler(const View& view, ChangeHandler handler);
 
 template <std::equality_comparable T>
 View View::onChange(T value, std::function<void(const T&)> action) const {
-  return detail::withChangeHandler(
-      *this, {std::any(std::move(value)),
-              [](const std::any& a, const std::any& b) {
-                const auto* left = std::any_cast<T>(&a);
-                const auto* right = std::any_cast<T>(&b);
-                return left != nullptr && right != nullptr && *left == *right;
-              },
-              [action = std::move(action)](const std::any& now) {
-                if (const auto* typed = std::any_cast<T>(&now)) action(*typed);
-              }});
+  return detail::withChangeHandler(*this, {std::any(std::move(value)),
+                                           [](const std::any& a, const std::any& b) {
+                                             const auto* left = std::any_cast<T>(&a);
+                                             const auto* right = std::any_cast<T>(&b);
+                                             return left != nullptr && right != nullptr && *left == *right;
+                                           },
+                                           [action = std::move(action)](const std::any& now) {
+                                             if (const auto* typed = std::any_cast<T>(&now)) action(*typed);
+                                           }});
 }
 
 }  // namespace platform

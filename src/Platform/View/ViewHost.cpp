@@ -1,11 +1,11 @@
 #include "Platform/View/ViewHost.h"
 
+#include "Platform/DispatchQueue.h"
+#include "Platform/Platform.h"
+
 #include <algorithm>
 #include <atomic>
 #include <utility>
-
-#include "Platform/DispatchQueue.h"
-#include "Platform/Platform.h"
 
 namespace platform {
 

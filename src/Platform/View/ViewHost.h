@@ -1,15 +1,16 @@
 #pragma once
 
+#include "Platform/View/ViewRenderer.h"
+
 #include <memory>
 #include <vector>
 
-#include "Platform/View/ViewRenderer.h"
-
 namespace platform {
 
-/// Brings a description on show and keeps it true: builds a view again when what it observes changes, compares
-/// by position and kind with what stands there, and has the renderer change only what differs. Main thread;
-/// changes of state may come from any thread and are taken up together in one later turn of the main loop.
+/// Brings a description on show and keeps it true: builds a view again when what it observes changes,
+/// compares by position and kind with what stands there, and has the renderer change only what differs. Main
+/// thread; changes of state may come from any thread and are taken up together in one later turn of the main
+/// loop.
 class ViewHost {
  public:
   ViewHost(View root, std::unique_ptr<ViewRenderer> renderer);

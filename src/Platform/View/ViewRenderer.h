@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Platform/View/View.h"
+
 #include <memory>
 #include <span>
-
-#include "Platform/View/View.h"
 
 namespace platform {
 

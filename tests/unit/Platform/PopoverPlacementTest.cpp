@@ -1,8 +1,8 @@
 #include "Platform/PopoverPlacement.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
+
+#include <gtest/gtest.h>
 
 namespace platform {
 namespace {
@@ -27,7 +27,8 @@ TEST(PopoverPlacementTest, StaysOnTheScreenAtItsEdges) {
 }
 
 TEST(PopoverPlacementTest, IsNoLargerThanTheWorkArea) {
-  EXPECT_EQ(placeAtIcon(PixelPoint{640, 14}, 3840, 2160, oneMonitor, topPanel), (PixelRect{0, 28, 1280, 872}));
+  EXPECT_EQ(placeAtIcon(PixelPoint{640, 14}, 3840, 2160, oneMonitor, topPanel),
+            (PixelRect{0, 28, 1280, 872}));
 }
 
 TEST(PopoverPlacementTest, WithoutAnAnchorTakesTheTopRightCorner) {

@@ -1,11 +1,10 @@
+#include "Platform/DebugLog.h"
 #include "Platform/SitePermissions.h"
-
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <fstream>
 
-#include "Platform/DebugLog.h"
+#include <gtest/gtest.h>
 
 namespace platform {
 namespace {

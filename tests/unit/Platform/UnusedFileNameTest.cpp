@@ -1,9 +1,9 @@
 #include "Platform/UnusedFileName.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <fstream>
+
+#include <gtest/gtest.h>
 
 namespace platform {
 namespace {
@@ -24,7 +24,9 @@ class UnusedFileNameTest : public testing::Test {
   std::filesystem::path folder;
 };
 
-TEST_F(UnusedFileNameTest, TakesTheSuggestedNameWhileItIsFree) { EXPECT_EQ(reserved("notes.txt"), "notes.txt"); }
+TEST_F(UnusedFileNameTest, TakesTheSuggestedNameWhileItIsFree) {
+  EXPECT_EQ(reserved("notes.txt"), "notes.txt");
+}
 
 TEST_F(UnusedFileNameTest, NumbersTheNameWhileItIsTakenAndLeavesTheOldFileAlone) {
   std::ofstream(folder / "notes.txt") << "old";

@@ -1,7 +1,6 @@
-#include "WebView/WebView.h"
-
 #include "Platform/NSHostingController.h"
 #include "WebView/FindableWebView.h"
+#include "WebView/WebView.h"
 #include "WebView/WebViewHelper.h"
 #include "unit/AppFixture.h"
 
@@ -65,7 +64,8 @@ TEST_F(WebViewTest, AnUpdateLogsBothAddresses) {
 
 TEST_F(WebViewTest, TheChatServicesSeeTheDesktopBrowserAndOthersTheEnginesOwn) {
   const std::string desktopBrowser =
-      "Mozilla/5.0 (Macintosh; Intel Mac OS X 10_11_3) AppleWebKit/605.1.15 (KHTML, like Gecko) Version/14.1.1 "
+      "Mozilla/5.0 (Macintosh; Intel Mac OS X 10_11_3) AppleWebKit/605.1.15 (KHTML, like Gecko) "
+      "Version/14.1.1 "
       "Safari/605.1.15";
   EXPECT_EQ(helper.getWebUIView(chatgpt).webView->customUserAgent(), desktopBrowser);
   EXPECT_EQ(helper.getWebUIView(bard).webView->customUserAgent(), desktopBrowser);
@@ -148,7 +148,8 @@ class FindableWebViewTest : public WebViewTest {
   }
   bool isHorizontal(const platform::HeadlessHostingView& tree) {
     for (const auto* stack : tree.all<platform::StackContent>()) {
-      if (std::get<platform::StackContent>(stack->element().content).axis == platform::Axis::horizontal) return true;
+      if (std::get<platform::StackContent>(stack->element().content).axis == platform::Axis::horizontal)
+        return true;
     }
     return false;
   }

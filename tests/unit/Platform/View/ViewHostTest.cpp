@@ -1,12 +1,11 @@
-#include "Platform/View/ViewHost.h"
-
-#include <gtest/gtest.h>
-
-#include <thread>
-
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "Platform/View/ObservableObject.h"
 #include "Platform/View/State.h"
+#include "Platform/View/ViewHost.h"
+
+#include <thread>
+
+#include <gtest/gtest.h>
 
 namespace platform {
 namespace {
@@ -130,7 +129,9 @@ struct Observer {
 struct Observers3 {
   std::shared_ptr<Model> model;
 
-  View body() const { return HStack({Observer{model, "a"}, VStack({Observer{model, "b"}}), Observer{model, "c"}}); }
+  View body() const {
+    return HStack({Observer{model, "a"}, VStack({Observer{model, "b"}}), Observer{model, "c"}});
+  }
 };
 
 TEST_F(ViewHostTest, AChangedFlagRedrawsAllObserversOfTheOneInstance) {
@@ -206,14 +207,15 @@ struct Moving {
         [self = *this](NSView&) { ++*self.updated; });
   }
   View body() const {
-    return HStack({when(isLeft.get(), [&] { return host(); }), Divider(), when(!isLeft.get(), [&] { return host(); }),
+    return HStack({when(isLeft.get(), [&] { return host(); }), Divider(),
+                   when(!isLeft.get(), [&] { return host(); }),
                    Button("Move", [isLeft = isLeft] { isLeft.set(!isLeft.get()); })});
   }
 };
 
 TEST_F(ViewHostTest, AHostedViewIsMadeAtItsPlaceAndUpdatedThereAndAtEachRebuild) {
-  const Moving moving{std::make_shared<HeadlessWebView>(NSRect{}, WKWebViewConfiguration{}), std::make_shared<int>(0),
-                      std::make_shared<int>(0)};
+  const Moving moving{std::make_shared<HeadlessWebView>(NSRect{}, WKWebViewConfiguration{}),
+                      std::make_shared<int>(0), std::make_shared<int>(0)};
   const auto tree = hosted(moving);
   EXPECT_EQ(*moving.made, 1);
   EXPECT_EQ(*moving.updated, 1);

@@ -1,0 +1,36 @@
+#include "MarkdownEngine/Component.h"
+
+namespace markdown {
+namespace {
+
+constexpr unsigned bitsPerField = 8;
+
+}  // namespace
+
+std::uint64_t packed(const TextStyleMarker& marker) noexcept {
+  std::uint64_t extra = 0;
+  const auto put = [&extra](auto value) { extra = extra << bitsPerField | static_cast<std::uint8_t>(value); };
+  put(marker.style);
+  put(marker.kind);
+  put(marker.leftOver);
+  put(marker.isValid);
+  put(marker.length);
+  return extra;
+}
+
+TextStyleMarker unpacked(std::uint64_t extra) noexcept {
+  const auto take = [&extra] {
+    const auto value = static_cast<std::uint8_t>(extra);
+    extra >>= bitsPerField;
+    return value;
+  };
+  TextStyleMarker marker;
+  marker.length = take();
+  marker.isValid = take() != 0;
+  marker.leftOver = static_cast<TextStyleMarker::LeftOver>(take());
+  marker.kind = static_cast<TextStyleMarker::Kind>(take());
+  marker.style = static_cast<TextStyle>(take());
+  return marker;
+}
+
+}  // namespace markdown

@@ -1,0 +1,219 @@
+#include "MarkdownEngine/HtmlWriter.h"
+
+#include "MarkdownEngine/GraphemeClusters.h"
+#include "MarkdownEngine/HTML.h"
+#include "MarkdownEngine/InlineCode.h"
+#include "MarkdownEngine/MarkdownImage.h"
+
+#include <charconv>
+#include <cstring>
+
+namespace markdown {
+namespace {
+
+constexpr ByteSet escapes{"<>&"};
+constexpr std::size_t leastAllowance = std::size_t{16} << 20;
+constexpr std::size_t allowancePerInputByte = 16;
+
+}  // namespace
+
+std::string_view escaped(char character) noexcept {
+  return character == '<' ? "&lt;" : character == '>' ? "&gt;" : "&amp;";
+}
+
+HtmlWriter::HtmlWriter(const Context& context)
+    : context_(context), allowance_(leastAllowance + allowancePerInputByte * context.content.source.size()) {
+  html_.reserve(context.content.source.size() / 4 * 5);
+}
+
+bool HtmlWriter::takeFromAllowance(std::size_t bytes) noexcept {
+  if (bytes > allowance_) return false;
+  allowance_ -= bytes;
+  return true;
+}
+
+void HtmlWriter::writeEscaped(std::string_view text) {
+  std::size_t start = 0;
+  std::size_t index = escapes.find(text.data(), 0, text.size());
+  for (; index < text.size(); index = escapes.find(text.data(), index + 1, text.size())) {
+    if (!graphemes::standsAlone(text, index)) continue;
+    write(text.substr(start, index - start));
+    write(escaped(text[index]));
+    start = index + 1;
+  }
+  write(text.substr(start));
+}
+
+void HtmlWriter::writeContent(const ComponentRange& range) {
+  using Kind = Component::Kind;
+  const Content& content = context_.content;
+  for (std::size_t index = range.first; index != range.last; ++index) {
+    const Component& component = content.components[index];
+    switch (component.kind) {
+      case Kind::text:
+        write(content.text(component));
+        break;
+      case Kind::blank:
+        write(' ');
+        break;
+      case Kind::escape:
+        write(escaped(content.source[component.begin]));
+        break;
+      case Kind::linebreak:
+        write("<br>");
+        break;
+      case Kind::styleMarker:
+        writeMarker(component);
+        break;
+      case Kind::inlineCode: {
+        const std::size_t start = size();
+        write("<code>");
+        writeEscaped(content.text(component));
+        write("</code>");
+        applyModifiers(InlineCode::modifierTarget, start,
+                       content.source.substr(component.begin - 1, component.extra + 2));
+        break;
+      }
+      case Kind::html: {
+        const std::size_t start = size();
+        write(content.text(component));
+        applyModifiers(HTML::modifierTarget, start, content.text(component));
+        break;
+      }
+      case Kind::linkStart:
+      case Kind::imageStart:
+        startLink(component);
+        break;
+      case Kind::linkEnd:
+      case Kind::imageEnd:
+        endLink(component);
+        break;
+      case Kind::listStart:
+      case Kind::listEnd:
+        writeListTag(component);
+        break;
+      case Kind::itemStart:
+        write("<li>");
+        break;
+      case Kind::itemEnd:
+        write("</li>");
+        break;
+      case Kind::jump:
+        index = component.extra - 1;
+        break;
+    }
+  }
+}
+
+void HtmlWriter::writeMarker(const Component& component) {
+  using LeftOver = TextStyleMarker::LeftOver;
+  const TextStyleMarker marker = unpacked(component.extra);
+  const std::string_view source = context_.content.source;
+  if (!marker.isValid) {
+    write(source.substr(component.begin, marker.length));
+    return;
+  }
+  if (marker.leftOver == LeftOver::prefix) write(source[component.begin]);
+  write(marker.kind == TextStyleMarker::Kind::opening ? "<" : "</");
+  write(htmlTagName(marker.style));
+  write('>');
+  if (marker.leftOver == LeftOver::suffix) write(source[component.begin + 1]);
+}
+
+void HtmlWriter::writeListTag(const Component& component) {
+  const bool isOrdered = component.extra != Component::unordered;
+  if (component.kind == Component::Kind::listEnd) {
+    write(isOrdered ? "</ol>" : "</ul>");
+    return;
+  }
+  if (!isOrdered || component.extra == 1) {
+    write(isOrdered ? "<ol>" : "<ul>");
+    return;
+  }
+  char digits[24];
+  const auto written = std::to_chars(std::begin(digits), std::end(digits), component.extra);
+  write("<ol start=\"");
+  write(std::string_view(digits, static_cast<std::size_t>(written.ptr - digits)));
+  write("\">");
+}
+
+void HtmlWriter::startLink(const Component& component) {
+  const bool isImage = component.kind == Component::Kind::imageStart;
+  const std::size_t start = size();
+  write(isImage ? "<img src=\"" : "<a href=\"");
+  writeAddress(context_.content.links[component.extra]);
+  const std::size_t description = size() + 1;
+  write(isImage ? "\" alt=\"" : "\">");
+  starts_.push_back({start, description});
+}
+
+void HtmlWriter::endLink(const Component& component) {
+  const Start start = starts_.back();
+  starts_.pop_back();
+  const Link& link = context_.content.links[component.extra];
+  const std::string_view markdown =
+      context_.content.source.substr(link.begin, link.target.linkEnd - link.begin);
+  if (component.kind == Component::Kind::linkEnd) {
+    write("</a>");
+    applyModifiers(Link::modifierTarget, start.link, markdown);
+    return;
+  }
+  constexpr std::string_view descriptionStart = " alt=\"";
+  if (size() == start.description + descriptionStart.size()) {
+    truncate(start.description);
+  } else {
+    write('"');
+  }
+  write("/>");
+  applyModifiers(MarkdownImage::Image::modifierTarget, start.link, markdown);
+}
+
+void HtmlWriter::writeAddress(const Link& link) {
+  const std::string_view target = context_.content.url(link);
+  if (link.target.kind == Link::Target::Kind::url) {
+    write(target);
+  } else if (context_.urls != nullptr) {
+    write(declared(target, *context_.urls));
+  } else {
+    openAddresses_.push_back({size(), target});
+  }
+}
+
+std::string_view HtmlWriter::declared(std::string_view name, const NamedURLCollection& urls) {
+  const auto url = urls.url(name);
+  return url && takeFromAllowance(url->size()) ? *url : name;
+}
+
+std::string HtmlWriter::take(const NamedURLCollection& urls) && {
+  if (openAddresses_.empty()) return std::move(html_);
+  std::size_t length = size();
+  GrowingArray<std::string_view> addresses;
+  for (const OpenAddress& open : openAddresses_) {
+    addresses.push_back(declared(open.name, urls));
+    length += addresses.back().size();
+  }
+  // From the end backwards each piece moves to its place once, within the one string.
+  std::size_t end = size();
+  html_.resize(length);
+  std::size_t to = length;
+  for (std::size_t i = addresses.size(); i > 0; --i) {
+    const std::size_t start = openAddresses_[i - 1].position;
+    to -= end - start;
+    std::memmove(html_.data() + to, html_.data() + start, end - start);
+    end = start;
+    const std::string_view address = addresses[i - 1];
+    to -= address.size();
+    address.copy(html_.data() + to, address.size());
+  }
+  return std::move(html_);
+}
+
+void HtmlWriter::applyModifiers(Modifier::Target target, std::size_t start, std::string_view markdown) {
+  if (context_.modifiers.isEmpty()) return;
+  context_.modifiers.applyModifiers(target, [&](const Modifier& modifier) {
+    const std::string changed = modifier.closure(html_.substr(start), markdown);
+    html_.replace(start, std::string::npos, changed);
+  });
+}
+
+}  // namespace markdown

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "MarkdownEngine/BlockquoteFrame.h"
+#include "MarkdownEngine/Component.h"
+#include "MarkdownEngine/ModifierCollection.h"
+#include "MarkdownEngine/NamedURLCollection.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace markdown {
+
+/// Writes a document's HTML behind one another into one growing string.
+class HtmlWriter {
+ public:
+  struct Context {
+    const Content& content;
+    /// The declared addresses, if all of them are known. Otherwise their places stay open.
+    const NamedURLCollection* urls;
+    const ModifierCollection& modifiers;
+    const BlockquoteFrame& blockquoteFrame;
+  };
+
+  explicit HtmlWriter(const Context& context);
+
+  [[nodiscard]] const Context& context() const noexcept { return context_; }
+  [[nodiscard]] std::size_t size() const noexcept { return html_.size(); }
+  [[nodiscard]] std::string_view html(std::size_t from) const noexcept {
+    return std::string_view(html_).substr(from);
+  }
+  /// What was written, with the addresses put where their places were left open.
+  [[nodiscard]] std::string take(const NamedURLCollection& urls) &&;
+
+  void write(std::string_view html) { html_.append(html); }
+  void write(char byte) { html_.push_back(byte); }
+  /// "<", ">" and "&" as escapes, everything else as it stands.
+  void writeEscaped(std::string_view text);
+  void writeContent(const ComponentRange& range);
+  void truncate(std::size_t size) { html_.resize(size); }
+
+  /// Replaces what was written from `start` on by what the target's modifiers make of it.
+  void applyModifiers(Modifier::Target target, std::size_t start, std::string_view markdown);
+
+  /// What a document can make the engine write without writing it itself is bounded: cells that fill up short
+  /// rows, and declared addresses. Without a bound both grow with the square of the input, to a hundred
+  /// gigabytes for some megabytes. True if `bytes` more are within it; they count as written then.
+  [[nodiscard]] bool takeFromAllowance(std::size_t bytes) noexcept;
+
+ private:
+  void writeMarker(const Component& component);
+  void writeListTag(const Component& component);
+  void startLink(const Component& component);
+  void endLink(const Component& component);
+  void writeAddress(const Link& link);
+  [[nodiscard]] std::string_view declared(std::string_view name, const NamedURLCollection& urls);
+
+  Context context_;
+  std::string html_;
+  std::size_t allowance_;
+  /// A place in the HTML where the address of this name belongs.
+  struct OpenAddress {
+    std::size_t position;
+    std::string_view name;
+  };
+  GrowingArray<OpenAddress> openAddresses_;
+  /// Where the links begin that are being written: the whole, and the start of an image's description.
+  struct Start {
+    std::size_t link;
+    std::size_t description;
+  };
+  GrowingArray<Start> starts_;
+};
+
+/// The escape of "<", ">" or "&".
+[[nodiscard]] std::string_view escaped(char character) noexcept;
+
+}  // namespace markdown

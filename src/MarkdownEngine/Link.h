@@ -1,0 +1,38 @@
+#pragma once
+
+#include "MarkdownEngine/InlineSearches.h"
+#include "MarkdownEngine/Modifier.h"
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace markdown {
+
+/// A link, as positions in the input; its text is the content between the components that start and end it.
+/// An image is a link with a "!" in front.
+struct Link {
+  static constexpr Modifier::Target modifierTarget = Modifier::Target::links;
+
+  /// What stands behind the link's text: "(url)", with balanced parentheses, or "[name]" of a declared
+  /// address.
+  struct Target {
+    enum class Kind { url, reference };
+
+    /// `closingBracket` is the position of the "]" that ends the link's text.
+    [[nodiscard]] static std::optional<Target> readAt(std::string_view text, std::size_t closingBracket,
+                                                      InlineSearches& searches);
+
+    Kind kind = Kind::url;
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    /// Behind the whole link.
+    std::size_t linkEnd = 0;
+  };
+
+  /// Where the "[" stands, or the "!" of an image.
+  std::size_t begin = 0;
+  Target target;
+};
+
+}  // namespace markdown

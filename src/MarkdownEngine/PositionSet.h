@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace markdown {
+
+/// A set of positions in a text: one bit for each, taken from memory when the first position is inserted.
+class PositionSet {
+ public:
+  explicit PositionSet(std::size_t textSize) noexcept : textSize_(textSize) {}
+
+  void insert(std::size_t position) {
+    if (words_.empty()) words_.resize(textSize_ / bitsPerWord + 1);
+    words_[position / bitsPerWord] |= std::uint64_t{1} << position % bitsPerWord;
+  }
+  [[nodiscard]] bool contains(std::size_t position) const noexcept {
+    return !words_.empty() && (words_[position / bitsPerWord] >> position % bitsPerWord & 1) != 0;
+  }
+
+ private:
+  static constexpr std::size_t bitsPerWord = 64;
+  std::size_t textSize_;
+  std::vector<std::uint64_t> words_;
+};
+
+}  // namespace markdown

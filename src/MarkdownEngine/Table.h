@@ -1,0 +1,33 @@
+#pragma once
+
+#include "MarkdownEngine/FormattedText.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace markdown {
+
+class HtmlWriter;
+
+/// A table of lines that begin and end with a pipe. If the second row holds delimiters only, the first one is
+/// the header and the delimiters align the columns.
+struct Table {
+  static constexpr Modifier::Target modifierTarget = Modifier::Target::tables;
+
+  bool hasHeader = false;
+  /// The largest number of cells in any row, the delimiters' included.
+  std::size_t columnCount = 0;
+  /// Where the table's rows, cells and alignments begin in the content. The header is the first row; the
+  /// delimiters' is the second and is skipped.
+  std::size_t firstRow = 0;
+  std::size_t rowCount = 0;
+  std::size_t firstCell = 0;
+  std::size_t firstAlignment = 0;
+
+  [[nodiscard]] static std::optional<Table> read(Reader& reader, Content& content);
+  void writeHtml(HtmlWriter& writer) const;
+  void writePlainText(const Content& content, std::string& text) const;
+};
+
+}  // namespace markdown
