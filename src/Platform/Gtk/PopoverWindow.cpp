@@ -33,7 +33,19 @@ PopoverWindow::~PopoverWindow() {
 void PopoverWindow::setContentSize(NSSize size) {
   if (size == size_) return;
   size_ = size;
-  if (isShown_) place(false);
+  if (isShown_) {
+    place(false);
+  } else if (window_ != nullptr) {
+    resizeHidden();
+  }
+}
+
+void PopoverWindow::resizeHidden() {
+  gtk_window_set_default_size(window_, static_cast<int>(size_.width), static_cast<int>(size_.height));
+  if (!gtk_widget_get_realized(GTK_WIDGET(window_))) return;
+  // The toolkit keeps the size that a window was realized with, whatever is asked for before it is shown.
+  gtk_widget_unrealize(GTK_WIDGET(window_));
+  gtk_widget_realize(GTK_WIDGET(window_));
 }
 
 void PopoverWindow::setContentViewController(std::shared_ptr<NSViewController> controller) {

@@ -54,6 +54,7 @@ class PopoverWindow : public NSPopover {
   void ensureWindow();
   void installContent();
   void place(bool beforeMap);
+  void resizeHidden();
   PixelRect wantedPlace() const;
   void onMapped();
   void onActiveChanged();
