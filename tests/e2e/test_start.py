@@ -102,7 +102,9 @@ class PoorDesktop(VelkinTestCase):
 
     def testWithoutADBusSessionASecondStartStillOpensThePopover(self):
         self.home.settled()
-        noBus = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
+        runtime = self.home.folder / "run"
+        runtime.mkdir(mode=0o700)
+        noBus = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus", "XDG_RUNTIME_DIR": str(runtime)}
         velkin = self.start(wait=False, environment=noBus)
         waitFor("a word about D-Bus on standard error", lambda: "D-Bus" in velkin.errorText(), 15,
                 lambda: velkin.errorText()[-1000:] or "nothing")
