@@ -71,6 +71,7 @@ class PopoverWindow : public NSPopover {
   GtkWidget* content_ = nullptr;
   ToastHost toasts_;
   std::unique_ptr<Timer> focusTimer_;
+  std::unique_ptr<Timer> pressTimer_;
   std::unique_ptr<Timer> watcherTimer_;
   std::unique_ptr<X11PressWatcher> pressWatcher_;
   double closedByItselfAt_ = 0;
