@@ -202,4 +202,9 @@ class Page(VelkinTestCase):
         window = self.popover()
         self.assertIsNotNone(window)
         self.assertGreater(self.desktop.coloursIn(window), 4, "nothing tells the user what happened")
-        self.assertTrue(self.velkin.running())
+        self.desktop.picture(self.artefact("page.png"))
+        # The page that says so has one control: its Reload button.
+        self.desktop.click(window.centre[0], window.y + 10)
+        self.desktop.key("Tab", "Return")
+        waitFor("the user's own reload", lambda: len(self.chat.loads()) == 5, 10, self.chat.seen)
+        self.assertEqual(self.chat.page(number=4).ask("document.title"), "chatgpt")

@@ -149,14 +149,6 @@ class Popover(VelkinTestCase):
         waitFor("the page to be on show again", lambda: page.ask("document.visibilityState") == "visible", 10)
         self.assertEqual(len(self.chat.loads()), 1)
 
-    def testEscapeCloses(self):
-        velkin = self.startOnChat()
-        self.openPopover(velkin)
-        self.chat.page()
-        settle()
-        self.desktop.key("Escape")
-        self.waitForClosed()
-
     def testTypedTextArrivesInThePage(self):
         velkin = self.startOnChat()
         window = self.openPopover(velkin)

@@ -108,7 +108,7 @@ class OddServers(VelkinTestCase):
         self.stillObeys(velkin)
 
     def testNobodyAtTheAddress(self):
-        self.home.settled(chatUrl="http://127.83.0.1:1/")
+        self.home.settled(chatUrl="http://127.83.0.1:8472/")
         velkin = self.start()
         window = self.openPopover(velkin)
         settle(2)

@@ -23,6 +23,23 @@ class FirstStart(VelkinTestCase):
         window = self.openPopover(self.start())
         self.assertEqual((window.width, window.height), (600, 600))
 
+    def testAfterAnUpdateDoneLeadsToChatAtTheUsersSize(self):
+        self.home.writeSettings(onboardingCompleted=True, releaseNoteVersion=BUILD_NUMBER - 1, viewWidth=340.0,
+                                viewHeight=480.0)
+        velkin = self.start()
+        window = self.openPopover(velkin)
+        self.assertEqual((window.width, window.height), (600, 600))
+        # The Done button is the last thing on the page's lower edge.
+        self.desktop.click(window.right - 45, window.bottom - 30)
+        self.chat.page()
+        settle()
+        if self.popover():
+            velkin.clickIcon(self.desktop)
+            self.waitForClosed()
+        window = self.openPopover(velkin)
+        self.assertEqual((window.width, window.height), (340, 480))
+        self.assertLessEqual(self.chat.page().ask("innerWidth"), 340)
+
     def testARelaunchShowsChat(self):
         velkin = self.start()
         self.openPopover(velkin)
@@ -85,7 +102,9 @@ class PoorDesktop(VelkinTestCase):
 
     def testWithoutADBusSessionASecondStartStillOpensThePopover(self):
         self.home.settled()
-        noBus = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus"}
+        runtime = self.home.folder / "run"
+        runtime.mkdir(mode=0o700)
+        noBus = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent/bus", "XDG_RUNTIME_DIR": str(runtime)}
         velkin = self.start(wait=False, environment=noBus)
         waitFor("a word about D-Bus on standard error", lambda: "D-Bus" in velkin.errorText(), 15,
                 lambda: velkin.errorText()[-1000:] or "nothing")

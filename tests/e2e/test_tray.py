@@ -95,8 +95,7 @@ class NoTray(VelkinTestCase):
         self.home.settled()
         first = self.start(wait=False)
         waitFor("the program to take its name", self.nameIsTaken, 20, first.errorText)
-        settle(2)
-        self.assertTrue(self.desktop.windows(), "nothing told the user that there is no tray")
+        waitFor("a notice that there is no tray", self.desktop.windows, 20)
         self.desktop.picture(self.artefact("notice.png"))
 
         self.assertEqual(self.start(wait=False).waitForEnd(), 0)

@@ -89,6 +89,8 @@ bool GtkApplicationHost::becomeTheOnlyProcessWithoutBus() {
 void GtkApplicationHost::launched() {
   if (connection() == nullptr) {
     debugLog("GtkApplication", "launched()", "There is no D-Bus session: no tray icon, and no notifications");
+    // The web engine takes the address at its word and ends the program when it can't reach it.
+    g_unsetenv("DBUS_SESSION_BUS_ADDRESS");
     if (!becomeTheOnlyProcessWithoutBus()) exit(0);
   }
   g_application_hold(application_);

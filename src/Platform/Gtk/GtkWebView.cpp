@@ -185,7 +185,8 @@ void GtkWebView::processTerminated(WebKitWebProcessTerminationReason reason) {
   if (reloads) {
     webkit_web_view_reload(view_);
   } else {
-    webkit_web_view_load_alternate_html(view_, crashPage(address).c_str(), address.c_str(), nullptr);
+    // As the page of that address: alternate content for it stays blank after its process died.
+    webkit_web_view_load_html(view_, crashPage(address).c_str(), address.c_str());
   }
 }
 

@@ -14,6 +14,8 @@ namespace {
 constexpr double focusSettlingTime = 0.08;
 /// A tray that takes the focus at a press reports the click this much later at the most.
 constexpr double sameClickTime = 0.25;
+/// How long a tray takes from a press on the icon to telling us of it.
+constexpr double trayAnswerTime = 0.25;
 /// How long the presses are followed after the popover closed by itself, to know whether a click on the tray
 /// that follows is the press that closed it.
 constexpr double pressMemory = 3.0;
@@ -33,7 +35,19 @@ PopoverWindow::~PopoverWindow() {
 void PopoverWindow::setContentSize(NSSize size) {
   if (size == size_) return;
   size_ = size;
-  if (isShown_) place(false);
+  if (isShown_) {
+    place(false);
+  } else if (window_ != nullptr) {
+    resizeHidden();
+  }
+}
+
+void PopoverWindow::resizeHidden() {
+  gtk_window_set_default_size(window_, static_cast<int>(size_.width), static_cast<int>(size_.height));
+  if (!gtk_widget_get_realized(GTK_WIDGET(window_))) return;
+  // The toolkit keeps the size that a window was realized with, whatever is asked for before it is shown.
+  gtk_widget_unrealize(GTK_WIDGET(window_));
+  gtk_widget_realize(GTK_WIDGET(window_));
 }
 
 void PopoverWindow::setContentViewController(std::shared_ptr<NSViewController> controller) {
@@ -148,8 +162,12 @@ void PopoverWindow::onMapped() {
   pressWatcher_ = std::make_unique<X11PressWatcher>([this](bool isOverOwnWindow) {
     isClosedByLastPress_ = false;
     if (!isShown_ || isOverOwnWindow || !closesByItself()) return;
-    isClosedByLastPress_ = true;
-    closeByItself();
+    // A press on our icon may be the one that calls up the menu, and under that the popover stays.
+    pressTimer_ = DispatchQueue::main().timer(trayAnswerTime, [this] {
+      if (!isShown_ || !closesByItself()) return;
+      isClosedByLastPress_ = true;
+      closeByItself();
+    });
   });
 }
 
@@ -192,6 +210,7 @@ void PopoverWindow::hide() {
   if (!isShown_) return;
   isShown_ = false;
   focusTimer_.reset();
+  pressTimer_.reset();
   if (window_ != nullptr) gtk_widget_set_visible(GTK_WIDGET(window_), FALSE);
   // A closed popover leaves nothing running.
   watcherTimer_ = DispatchQueue::main().timer(pressMemory, [this] {

@@ -54,6 +54,7 @@ class PopoverWindow : public NSPopover {
   void ensureWindow();
   void installContent();
   void place(bool beforeMap);
+  void resizeHidden();
   PixelRect wantedPlace() const;
   void onMapped();
   void onActiveChanged();
@@ -70,6 +71,7 @@ class PopoverWindow : public NSPopover {
   GtkWidget* content_ = nullptr;
   ToastHost toasts_;
   std::unique_ptr<Timer> focusTimer_;
+  std::unique_ptr<Timer> pressTimer_;
   std::unique_ptr<Timer> watcherTimer_;
   std::unique_ptr<X11PressWatcher> pressWatcher_;
   double closedByItselfAt_ = 0;

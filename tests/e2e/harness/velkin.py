@@ -71,7 +71,8 @@ class Velkin:
         self.home = home
         self.errors = pathlib.Path(errors)
         own = dict(session.environment, HOME=str(home.folder), XDG_CONFIG_HOME=str(home.config),
-                   XDG_DATA_HOME=str(home.data), XDG_CACHE_HOME=str(home.cache), **(environment or {}))
+                   XDG_DATA_HOME=str(home.data), XDG_CACHE_HOME=str(home.cache))
+        own.update(environment or {})
         for name in without:
             own.pop(name, None)
         self.errors.parent.mkdir(parents=True, exist_ok=True)
