@@ -13,6 +13,8 @@
 
 namespace markdown {
 
+class HtmlWriter;
+
 /// One step of a block's content. All content stands in one flat list; what holds other content is a pair
 /// of steps around it, so that no depth of nesting costs any stack.
 struct Component {
@@ -93,7 +95,20 @@ struct Content {
   [[nodiscard]] Sizes sizes() const noexcept {
     return {components.size(), links.size(), cells.size(), rowLengths.size(), columnAlignments.size()};
   }
-  void clear() { goBackTo({}); }
+  void clear() {
+    goBackTo({});
+    isOverflowing = false;
+  }
+  [[nodiscard]] ComponentRange whole() const noexcept { return {0, components.size()}; }
+
+  /// Whether so much has been read that it should be written before the block ends, and may be: nothing of it
+  /// will be corrected or put in another order, and the block can't fail any more.
+  [[nodiscard]] bool shouldOverflow() const noexcept {
+    constexpr std::size_t limit = 4096;
+    return components.size() >= limit && mayOverflow && overflowWriter != nullptr;
+  }
+  /// Writes what has been read so far, behind the block's start if that isn't written yet.
+  void overflow();
   void goBackTo(const Sizes& sizes) {
     components.truncate(sizes.components);
     links.truncate(sizes.links);
@@ -105,10 +120,17 @@ struct Content {
   static constexpr std::uint64_t maxPosition = (std::uint64_t{1} << 56) - 1;
 
   std::string_view source;
+  /// What takes the content of a block that is too large to be kept; null if blocks have to be kept whole.
+  HtmlWriter* overflowWriter = nullptr;
+  /// What is written in front of the block's content.
+  std::string_view blockStart;
+  bool mayOverflow = false;
+  /// Whether a part of the block has been written.
+  bool isOverflowing = false;
   GrowingArray<Component> components;
   GrowingArray<Link> links;
-  /// The cells of a table, row by row.
-  GrowingArray<ComponentRange> cells;
+  /// Where the cells of a table begin in the components, row by row; each ends where the next one begins.
+  GrowingArray<std::size_t> cells;
   /// The number of cells of each row of a table.
   GrowingArray<std::size_t> rowLengths;
   /// The alignments of a table with a header.

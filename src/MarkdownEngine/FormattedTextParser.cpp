@@ -38,6 +38,10 @@ void FormattedTextParser::parse() {
   while (index_ < end) {
     index_ = stops.find(text_.data(), index_, end);
     if (index_ == end) break;
+    if (content_.shouldOverflow() && styles_.count == 0 && content_.openTexts.empty()) {
+      content_.overflow();
+      firstComponent_ = ~std::size_t{0};
+    }
     const char byte = text_[index_];
     // Most blanks stand between two words and stay as they are.
     if (byte == ' ' && index_ + 1 < end && isAscii(text_[index_ + 1]) &&

@@ -14,14 +14,21 @@ using graphemes::isBehindBackslash;
 using graphemes::isCharacter;
 using Kind = graphemes::Whitespace::Kind;
 
+constexpr std::uint64_t openerEntry(std::size_t position) noexcept { return std::uint64_t{position} << 1; }
+constexpr std::uint64_t newlineEntry(std::size_t position) noexcept {
+  return std::uint64_t{position} << 1 | 1;
+}
+constexpr bool isNewlineEntry(std::uint64_t entry) noexcept { return (entry & 1) != 0; }
+constexpr std::size_t position(std::uint64_t entry) noexcept { return entry >> 1; }
+
 constexpr ByteSet linkTextStops{"[]!`<&\n\v\f\r\xC2\xE2"};
 
 }  // namespace
 
 bool LinkOutcomes::isLink(std::size_t opener) {
   if (failedOpeners_.contains(opener)) return false;
-  openLinks_.clear();
-  passedNewlines_.clear();
+  path_.clear();
+  openLinks_ = 0;
   open(opener);
   BlankCounter blanks(opener + 1);
   std::size_t index = opener + 1;
@@ -39,13 +46,13 @@ bool LinkOutcomes::isLink(std::size_t opener) {
       const auto known = linkEndsByNewline_.find(index);
       if (known != linkEndsByNewline_.end()) {
         index = known->second;
-        if (openLinks_.size() == 1) return true;
+        if (openLinks_ == 1) return true;
         closeInner(index);
         continue;
       }
       blanks.countBefore(text_, index);
       if (!blanks.breaksLine(text_, index) && beginsBlock(text_, newline.end)) return fail();
-      passedNewlines_.push_back(index);
+      path_.push_back(newlineEntry(index));
       index = newline.end;
       blanks.passNewline(index);
       continue;
@@ -60,7 +67,7 @@ bool LinkOutcomes::isLink(std::size_t opener) {
         if (isBehindBackslash(text_, index)) break;
         const auto target = Link::Target::readAt(text_, index, searches_);
         if (!target) return fail();
-        if (openLinks_.size() == 1) return true;
+        if (openLinks_ == 1) return true;
         closeInner(target->linkEnd);
         elementEnd = target->linkEnd;
         break;
@@ -93,19 +100,21 @@ bool LinkOutcomes::isLink(std::size_t opener) {
   }
 }
 
-void LinkOutcomes::open(std::size_t opener) { openLinks_.push_back({opener, passedNewlines_.size()}); }
+void LinkOutcomes::open(std::size_t opener) {
+  path_.push_back(openerEntry(opener));
+  ++openLinks_;
+}
 
 void LinkOutcomes::closeInner(std::size_t linkEnd) {
-  const std::size_t first = openLinks_.back().firstNewline;
-  for (std::size_t i = first; i < passedNewlines_.size(); ++i)
-    linkEndsByNewline_[passedNewlines_[i]] = linkEnd;
-  passedNewlines_.truncate(first);
-  openLinks_.pop_back();
+  for (; isNewlineEntry(path_.back()); path_.pop_back()) linkEndsByNewline_[position(path_.back())] = linkEnd;
+  path_.pop_back();
+  --openLinks_;
 }
 
 bool LinkOutcomes::fail() {
-  for (const OpenLink& link : openLinks_) failedOpeners_.insert(link.opener);
-  for (const std::size_t newline : passedNewlines_) failedNewlines_.insert(newline);
+  for (const std::uint64_t entry : path_) {
+    (isNewlineEntry(entry) ? failedNewlines_ : failedOpeners_).insert(position(entry));
+  }
   return false;
 }
 

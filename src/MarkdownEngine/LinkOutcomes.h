@@ -5,6 +5,7 @@
 #include "MarkdownEngine/PositionSet.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <unordered_map>
 
@@ -26,11 +27,6 @@ class LinkOutcomes {
   [[nodiscard]] bool isLink(std::size_t opener);
 
  private:
-  struct OpenLink {
-    std::size_t opener;
-    std::size_t firstNewline;
-  };
-
   void open(std::size_t opener);
   void closeInner(std::size_t linkEnd);
   bool fail();
@@ -40,8 +36,9 @@ class LinkOutcomes {
   PositionSet failedOpeners_;
   PositionSet failedNewlines_;
   std::unordered_map<std::size_t, std::size_t> linkEndsByNewline_;
-  GrowingArray<OpenLink> openLinks_;
-  GrowingArray<std::size_t> passedNewlines_;
+  /// The openers of the links that are open, each followed by the newlines that were passed in its text.
+  GrowingArray<std::uint64_t> path_;
+  std::size_t openLinks_ = 0;
 };
 
 }  // namespace markdown

@@ -14,12 +14,18 @@ bool readDelimiter(Reader& reader) noexcept {
   return true;
 }
 
+ComponentRange cellRange(const Content& content, std::size_t cell) noexcept {
+  const bool isLast = cell + 1 == content.cells.size();
+  return {content.cells[cell], isLast ? content.components.size() : content.cells[cell + 1]};
+}
+
 /// Adds a row to the content; false if it isn't closed by a pipe.
 bool readRow(Reader& reader, Content& content) {
   const std::size_t firstCell = content.cells.size();
   if (!readDelimiter(reader)) return false;
   while (!reader.didReachEnd()) {
-    content.cells.push_back(FormattedText::read(reader, content, Terminators::cell).components);
+    content.cells.push_back(content.components.size());
+    FormattedText::read(reader, content, Terminators::cell);
     if (!readDelimiter(reader)) return false;
     if (reader.isAtNewline()) {
       reader.advanceIndex();
@@ -43,15 +49,15 @@ std::optional<ColumnAlignment> alignmentFrom(std::string_view text) noexcept {
 
 void formHeader(Table& table, Content& content) {
   if (table.rowCount < 2) return;
-  const std::size_t length = content.rowLengths[table.firstRow];
-  if (length != content.rowLengths[table.firstRow + 1]) return;
+  const std::size_t length = content.rowLengths[0];
+  if (length != content.rowLengths[1]) return;
   std::string text;
   for (std::size_t column = 0; column < length; ++column) {
     text.clear();
-    writePlainText(content, content.cells[table.firstCell + length + column], text);
+    writePlainText(content, cellRange(content, length + column), text);
     const auto alignment = alignmentFrom(text);
     if (!alignment) {
-      content.columnAlignments.truncate(table.firstAlignment);
+      content.columnAlignments.truncate(0);
       return;
     }
     content.columnAlignments.push_back(*alignment);
@@ -62,9 +68,9 @@ void formHeader(Table& table, Content& content) {
 /// Calls `use` with each row that is shown: its index in the table, its first cell's index, and its length.
 template <typename Use>
 void forEachRow(const Table& table, const Content& content, Use use) {
-  std::size_t cell = table.firstCell;
+  std::size_t cell = 0;
   for (std::size_t row = 0; row < table.rowCount; ++row) {
-    const std::size_t length = content.rowLengths[table.firstRow + row];
+    const std::size_t length = content.rowLengths[row];
     const bool isDelimiterRow = table.hasHeader && row == 1;
     if (!isDelimiterRow) use(row, cell, length);
     cell += length;
@@ -77,13 +83,13 @@ class TableWriter {
       : table_(table),
         writer_(writer),
         content_(writer.context().content),
-        alignedColumns_(table.hasHeader ? content_.rowLengths[table.firstRow] : 0) {}
+        alignedColumns_(table.hasHeader ? content_.rowLengths[0] : 0) {}
 
   void writeRow(std::string_view cellName, std::size_t firstCell, std::size_t length) {
     writer_.write("<tr>");
     for (std::size_t column = 0; column < length; ++column) {
       startCell(cellName, column);
-      writer_.writeContent(content_.cells[firstCell + column]);
+      writer_.writeContent(cellRange(content_, firstCell + column));
       endCell(cellName);
     }
     for (std::size_t column = length; column < table_.columnCount; ++column) {
@@ -100,7 +106,7 @@ class TableWriter {
     writer_.write('<');
     writer_.write(name);
     if (column < alignedColumns_) {
-      writer_.write(attribute(content_.columnAlignments[table_.firstAlignment + column]));
+      writer_.write(attribute(content_.columnAlignments[column]));
     }
     writer_.write('>');
   }
@@ -119,10 +125,8 @@ class TableWriter {
 }  // namespace
 
 std::optional<Table> Table::read(Reader& reader, Content& content) {
+  content.mayOverflow = false;
   Table table;
-  table.firstRow = content.rowLengths.size();
-  table.firstCell = content.cells.size();
-  table.firstAlignment = content.columnAlignments.size();
   while (reader.isAt('|')) {
     if (!readRow(reader, content)) return std::nullopt;
     table.columnCount = std::max(table.columnCount, content.rowLengths.back());
@@ -154,7 +158,7 @@ void Table::writePlainText(const Content& content, std::string& text) const {
     if (text.size() > start) text.push_back('\n');
     for (std::size_t column = 0; column < columnCount; ++column) {
       if (column > 0) text.append(" | ");
-      if (column < length) markdown::writePlainText(content, content.cells[first + column], text);
+      if (column < length) markdown::writePlainText(content, cellRange(content, first + column), text);
     }
     text.append(" |");
   });

@@ -18,12 +18,9 @@ struct Table {
   bool hasHeader = false;
   /// The largest number of cells in any row, the delimiters' included.
   std::size_t columnCount = 0;
-  /// Where the table's rows, cells and alignments begin in the content. The header is the first row; the
-  /// delimiters' is the second and is skipped.
-  std::size_t firstRow = 0;
+  /// The rows, the cells and the alignments are those of the content. The header is the first row; the
+  /// delimiters' is the second and isn't shown.
   std::size_t rowCount = 0;
-  std::size_t firstCell = 0;
-  std::size_t firstAlignment = 0;
 
   [[nodiscard]] static std::optional<Table> read(Reader& reader, Content& content);
   void writeHtml(HtmlWriter& writer) const;
