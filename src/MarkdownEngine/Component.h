@@ -64,6 +64,13 @@ struct ComponentRange {
   std::size_t last = 0;
 };
 
+/// A cell of a table: where its content begins. It ends where the next cell's begins.
+struct TableCell {
+  std::uint64_t first : 63;
+  std::uint64_t startsRow : 1;
+};
+static_assert(sizeof(TableCell) == 8);
+
 /// The content of a block, and the text on which it is a view. It is written as HTML as soon as the block is
 /// read, and its memory serves the next one.
 struct Content {
@@ -89,11 +96,10 @@ struct Content {
     std::size_t components = 0;
     std::size_t links = 0;
     std::size_t cells = 0;
-    std::size_t rowLengths = 0;
     std::size_t columnAlignments = 0;
   };
   [[nodiscard]] Sizes sizes() const noexcept {
-    return {components.size(), links.size(), cells.size(), rowLengths.size(), columnAlignments.size()};
+    return {components.size(), links.size(), cells.size(), columnAlignments.size()};
   }
   void clear() {
     goBackTo({});
@@ -113,7 +119,6 @@ struct Content {
     components.truncate(sizes.components);
     links.truncate(sizes.links);
     cells.truncate(sizes.cells);
-    rowLengths.truncate(sizes.rowLengths);
     columnAlignments.truncate(sizes.columnAlignments);
   }
 
@@ -129,10 +134,8 @@ struct Content {
   bool isOverflowing = false;
   GrowingArray<Component> components;
   GrowingArray<Link> links;
-  /// Where the cells of a table begin in the components, row by row; each ends where the next one begins.
-  GrowingArray<std::size_t> cells;
-  /// The number of cells of each row of a table.
-  GrowingArray<std::size_t> rowLengths;
+  /// The cells of a table, row by row.
+  GrowingArray<TableCell> cells;
   /// The alignments of a table with a header.
   GrowingArray<ColumnAlignment> columnAlignments;
   /// The lists that are being read, the outermost first.

@@ -14,27 +14,19 @@ using graphemes::isBehindBackslash;
 using graphemes::isCharacter;
 using Kind = graphemes::Whitespace::Kind;
 
-constexpr std::uint64_t openerEntry(std::size_t position) noexcept { return std::uint64_t{position} << 1; }
-constexpr std::uint64_t newlineEntry(std::size_t position) noexcept {
-  return std::uint64_t{position} << 1 | 1;
-}
-constexpr bool isNewlineEntry(std::uint64_t entry) noexcept { return (entry & 1) != 0; }
-constexpr std::size_t position(std::uint64_t entry) noexcept { return entry >> 1; }
-
 constexpr ByteSet linkTextStops{"[]!`<&\n\v\f\r\xC2\xE2"};
 
 }  // namespace
 
 bool LinkOutcomes::isLink(std::size_t opener) {
   if (failedOpeners_.contains(opener)) return false;
-  path_.clear();
-  openLinks_ = 0;
-  open(opener);
+  outermost_ = opener;
+  innerLinks_ = 0;
   BlankCounter blanks(opener + 1);
   std::size_t index = opener + 1;
   while (true) {
     index = linkTextStops.find(text_.data(), index, text_.size());
-    if (index == text_.size()) return fail();
+    if (index == text_.size()) return fail(index);
     const char byte = text_[index];
     if (!isAscii(byte) || (byte >= '\n' && byte <= '\r')) {
       const auto newline = graphemes::whitespaceAtScalar(text_, index);
@@ -42,17 +34,17 @@ bool LinkOutcomes::isLink(std::size_t opener) {
         ++index;
         continue;
       }
-      if (newline.end == text_.size() || failedNewlines_.contains(index)) return fail();
+      if (newline.end == text_.size() || failedNewlines_.contains(index)) return fail(index);
       const auto known = linkEndsByNewline_.find(index);
       if (known != linkEndsByNewline_.end()) {
+        if (innerLinks_ == 0) return succeed(index);
+        closeInner(index, known->second);
         index = known->second;
-        if (openLinks_ == 1) return true;
-        closeInner(index);
         continue;
       }
       blanks.countBefore(text_, index);
-      if (!blanks.breaksLine(text_, index) && beginsBlock(text_, newline.end)) return fail();
-      path_.push_back(newlineEntry(index));
+      if (!blanks.breaksLine(text_, index) && beginsBlock(text_, newline.end)) return fail(index);
+      newlines_.insert(index);
       index = newline.end;
       blanks.passNewline(index);
       continue;
@@ -66,9 +58,9 @@ bool LinkOutcomes::isLink(std::size_t opener) {
       case ']': {
         if (isBehindBackslash(text_, index)) break;
         const auto target = Link::Target::readAt(text_, index, searches_);
-        if (!target) return fail();
-        if (openLinks_ == 1) return true;
-        closeInner(target->linkEnd);
+        if (!target) return fail(index);
+        if (innerLinks_ == 0) return succeed(index);
+        closeInner(index, target->linkEnd);
         elementEnd = target->linkEnd;
         break;
       }
@@ -76,8 +68,9 @@ bool LinkOutcomes::isLink(std::size_t opener) {
       case '!': {
         const std::size_t bracket = byte == '[' ? index : index + 1;
         if (!isCharacter(text_, bracket, '[') || isBehindBackslash(text_, index)) break;
-        if (failedOpeners_.contains(bracket)) return fail();
-        open(bracket);
+        if (failedOpeners_.contains(bracket)) return fail(index);
+        openers_.insert(bracket);
+        ++innerLinks_;
         elementEnd = bracket + 1;
         break;
       }
@@ -88,7 +81,7 @@ bool LinkOutcomes::isLink(std::size_t opener) {
         }
         break;
       case '<':
-        if (index + 1 == text_.size() || stopsText(text_, index)) return fail();
+        if (index + 1 == text_.size() || stopsText(text_, index)) return fail(index);
         if (!isBehindBackslash(text_, index)) elementEnd = searches_.html.findEnd(index);
         break;
       default:
@@ -100,21 +93,25 @@ bool LinkOutcomes::isLink(std::size_t opener) {
   }
 }
 
-void LinkOutcomes::open(std::size_t opener) {
-  path_.push_back(openerEntry(opener));
-  ++openLinks_;
-}
-
-void LinkOutcomes::closeInner(std::size_t linkEnd) {
-  for (; isNewlineEntry(path_.back()); path_.pop_back()) linkEndsByNewline_[position(path_.back())] = linkEnd;
-  path_.pop_back();
-  --openLinks_;
-}
-
-bool LinkOutcomes::fail() {
-  for (const std::uint64_t entry : path_) {
-    (isNewlineEntry(entry) ? failedNewlines_ : failedOpeners_).insert(position(entry));
+void LinkOutcomes::closeInner(std::size_t index, std::size_t linkEnd) {
+  const std::size_t opener = *openers_.last(outermost_, index);
+  while (const auto newline = newlines_.last(opener, index)) {
+    linkEndsByNewline_[*newline] = linkEnd;
+    newlines_.erase(*newline);
   }
+  openers_.erase(opener);
+  --innerLinks_;
+}
+
+bool LinkOutcomes::succeed(std::size_t index) {
+  while (const auto newline = newlines_.last(outermost_, index)) newlines_.erase(*newline);
+  return true;
+}
+
+bool LinkOutcomes::fail(std::size_t index) {
+  failedOpeners_.insert(outermost_);
+  if (innerLinks_ > 0) failedOpeners_.takeOver(openers_, outermost_, index);
+  failedNewlines_.takeOver(newlines_, outermost_, index);
   return false;
 }
 

@@ -11,15 +11,14 @@ namespace markdown {
 class HtmlWriter;
 
 /// A table of lines that begin and end with a pipe. If the second row holds delimiters only, the first one is
-/// the header and the delimiters align the columns.
+/// the header and the delimiters align the columns. Its cells and alignments are the content's.
 struct Table {
   static constexpr Modifier::Target modifierTarget = Modifier::Target::tables;
 
+  /// The header is the first row; the delimiters' is the second and isn't shown.
   bool hasHeader = false;
   /// The largest number of cells in any row, the delimiters' included.
   std::size_t columnCount = 0;
-  /// The rows, the cells and the alignments are those of the content. The header is the first row; the
-  /// delimiters' is the second and isn't shown.
   std::size_t rowCount = 0;
 
   [[nodiscard]] static std::optional<Table> read(Reader& reader, Content& content);
