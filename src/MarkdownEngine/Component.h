@@ -107,12 +107,14 @@ struct Content {
   }
   [[nodiscard]] ComponentRange whole() const noexcept { return {0, components.size()}; }
 
-  /// Whether so much has been read that it should be written before the block ends, and may be: nothing of it
-  /// will be corrected or put in another order, and the block can't fail any more.
-  [[nodiscard]] bool shouldOverflow() const noexcept {
+  /// Whether so much of the block has been read that it should not be kept to the block's end.
+  [[nodiscard]] bool isLarge() const noexcept {
     constexpr std::size_t limit = 4096;
-    return components.size() >= limit && mayOverflow && overflowWriter != nullptr;
+    return (components.size() >= limit || cells.size() >= limit) && overflowWriter != nullptr;
   }
+  /// Whether it may be written as well: nothing of it will be corrected or put in another order, and the
+  /// block can't fail any more.
+  [[nodiscard]] bool shouldOverflow() const noexcept { return isLarge() && mayOverflow; }
   /// Writes what has been read so far, behind the block's start if that isn't written yet.
   void overflow();
   void goBackTo(const Sizes& sizes) {

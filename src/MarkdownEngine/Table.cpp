@@ -59,15 +59,17 @@ bool readDelimiter(Reader& reader) noexcept {
   return true;
 }
 
-/// Adds a row's cells to the content and returns their number; absent if the row isn't closed by a pipe.
-std::optional<std::size_t> readRow(Reader& reader, Content& content) {
+/// Reads a row, calls `use` with the start of each cell's content when it is read, and returns their number;
+/// absent if the row isn't closed by a pipe.
+template <typename Use>
+std::optional<std::size_t> readRow(Reader& reader, Content& content, Use use) {
   std::size_t count = 0;
   if (!readDelimiter(reader)) return std::nullopt;
   while (!reader.didReachEnd()) {
-    content.cells.push_back({content.components.size() & Content::maxPosition, count == 0});
-    ++count;
+    const std::size_t first = content.components.size();
     FormattedText::read(reader, content, Terminators::cell);
     if (!readDelimiter(reader)) return std::nullopt;
+    use(first, count++);
     if (reader.isAtNewline()) {
       reader.advanceIndex();
       break;
@@ -87,89 +89,148 @@ std::optional<ColumnAlignment> alignmentFrom(std::string_view text) noexcept {
   return isRight ? ColumnAlignment::right : ColumnAlignment::none;
 }
 
-void formHeader(Table& table, Content& content) {
-  if (table.rowCount < 2) return;
-  const Rows rows(table, content);
-  const Rows::Row header = rows.first();
-  const Rows::Row delimiters = rows.after(header);
-  if (header.cellCount != delimiters.cellCount) return;
-  std::string text;
-  for (std::size_t column = 0; column < delimiters.cellCount; ++column) {
-    text.clear();
-    writePlainText(content, rows.cell(delimiters, column), text);
-    const auto alignment = alignmentFrom(text);
-    if (!alignment) {
-      content.columnAlignments.clear();
-      return;
-    }
-    content.columnAlignments.push_back(*alignment);
-  }
-  table.hasHeader = true;
-}
-
 class RowWriter {
  public:
-  RowWriter(const Rows& rows, std::size_t columnCount, HtmlWriter& writer) noexcept
-      : rows_(rows),
-        columnCount_(columnCount),
-        writer_(writer),
-        alignments_(writer.context().content.columnAlignments) {}
+  RowWriter(const Table& table, HtmlWriter& writer) noexcept
+      : table_(table), writer_(writer), alignments_(writer.context().content.columnAlignments) {}
 
-  void write(const Rows::Row& row, std::string_view cellName) {
-    constexpr std::size_t emptyCellSize = std::string_view("<td></td>").size();
+  void startTable() { writer_.write("<table>"); }
+  void startRow(std::size_t index) {
+    isHeader_ = index < firstBodyRow();
+    if (isHeader_) writer_.write("<thead>");
+    if (index == firstBodyRow()) writer_.write("<tbody>");
     writer_.write("<tr>");
-    for (std::size_t column = 0; column < columnCount_; ++column) {
-      const bool isFilledUp = column >= row.cellCount;
-      if (isFilledUp && !writer_.takeFromAllowance(emptyCellSize)) break;
-      writer_.write('<');
-      writer_.write(cellName);
-      if (column < alignments_.size()) writer_.write(attribute(alignments_[column]));
-      writer_.write('>');
-      if (!isFilledUp) writer_.writeContent(rows_.cell(row, column));
-      writer_.write("</");
-      writer_.write(cellName);
-      writer_.write('>');
+    column_ = 0;
+  }
+  void writeCell(const ComponentRange& content) {
+    startCell();
+    writer_.writeContent(content);
+    endCell();
+  }
+  void endRow() {
+    constexpr std::size_t emptyCellSize = std::string_view("<td></td>").size();
+    while (column_ < table_.columnCount && writer_.takeFromAllowance(emptyCellSize)) {
+      startCell();
+      endCell();
     }
     writer_.write("</tr>");
+    if (isHeader_) writer_.write("</thead>");
+  }
+  void endTable() {
+    if (table_.rowCount > firstBodyRow()) writer_.write("</tbody>");
+    writer_.write("</table>");
   }
 
  private:
-  const Rows& rows_;
-  std::size_t columnCount_;
+  [[nodiscard]] std::size_t firstBodyRow() const noexcept { return table_.hasHeader ? 2 : 0; }
+  [[nodiscard]] std::string_view cellName() const noexcept { return isHeader_ ? "th" : "td"; }
+  void startCell() {
+    writer_.write('<');
+    writer_.write(cellName());
+    if (table_.hasHeader && column_ < alignments_.size()) writer_.write(attribute(alignments_[column_]));
+    writer_.write('>');
+    ++column_;
+  }
+  void endCell() {
+    writer_.write("</");
+    writer_.write(cellName());
+    writer_.write('>');
+  }
+
+  const Table& table_;
   HtmlWriter& writer_;
   const GrowingArray<ColumnAlignment>& alignments_;
+  bool isHeader_ = false;
+  std::size_t column_ = 0;
+};
+
+class TableReader {
+ public:
+  TableReader(Reader& reader, Content& content) noexcept
+      : reader_(reader), start_(reader), content_(content) {}
+
+  std::optional<Table> read() {
+    while (reader_.isAt('|')) {
+      const auto cellCount = readRow(
+          reader_, content_, [this](std::size_t first, std::size_t column) { addCell(first, column); });
+      if (!cellCount) return std::nullopt;
+      if (table_.rowCount == 0) headerLength_ = *cellCount;
+      if (table_.rowCount == 1) table_.hasHeader = hasDelimitersOnly_ && *cellCount == headerLength_;
+      table_.columnCount = std::max(table_.columnCount, *cellCount);
+      ++table_.rowCount;
+    }
+    if (table_.rowCount == 0) return std::nullopt;
+    if (isLarge_) writeLarge();
+    return table_;
+  }
+
+ private:
+  void addCell(std::size_t first, std::size_t column) {
+    content_.cells.push_back({first & Content::maxPosition, column == 0});
+    if (table_.rowCount == 1 && hasDelimitersOnly_) {
+      std::string text;
+      writePlainText(content_, {first, content_.components.size()}, text);
+      const auto alignment = alignmentFrom(text);
+      hasDelimitersOnly_ = alignment.has_value();
+      if (alignment) content_.columnAlignments.push_back(*alignment);
+    }
+    isLarge_ = isLarge_ || content_.isLarge();
+    if (isLarge_) dropCells();
+  }
+
+  void dropCells() {
+    content_.components.clear();
+    content_.links.clear();
+    content_.cells.clear();
+  }
+
+  void writeLarge() {
+    dropCells();
+    content_.isOverflowing = true;
+    RowWriter writer(table_, *content_.overflowWriter);
+    Reader again = start_;
+    writer.startTable();
+    for (std::size_t row = 0; row < table_.rowCount; ++row) {
+      const bool isShown = !table_.hasHeader || row != 1;
+      if (isShown) writer.startRow(row);
+      static_cast<void>(readRow(again, content_, [&](std::size_t, std::size_t) {
+        if (isShown) writer.writeCell(content_.whole());
+        dropCells();
+      }));
+      if (isShown) writer.endRow();
+    }
+    writer.endTable();
+  }
+
+  Reader& reader_;
+  Reader start_;
+  Content& content_;
+  Table table_;
+  std::size_t headerLength_ = 0;
+  bool hasDelimitersOnly_ = true;
+  bool isLarge_ = false;
 };
 
 }  // namespace
 
 std::optional<Table> Table::read(Reader& reader, Content& content) {
   content.mayOverflow = false;
-  Table table;
-  while (reader.isAt('|')) {
-    const auto cellCount = readRow(reader, content);
-    if (!cellCount) return std::nullopt;
-    table.columnCount = std::max(table.columnCount, *cellCount);
-    ++table.rowCount;
-  }
-  if (table.rowCount == 0) return std::nullopt;
-  formHeader(table, content);
-  return table;
+  return TableReader(reader, content).read();
 }
 
 void Table::writeHtml(HtmlWriter& writer) const {
-  const Rows rows(*this, writer.context().content);
-  RowWriter rowWriter(rows, columnCount, writer);
-  const std::size_t firstBodyRow = hasHeader ? 2 : 0;
-  writer.write("<table>");
+  const Content& content = writer.context().content;
+  if (content.isOverflowing) return;
+  const Rows rows(*this, content);
+  RowWriter rowWriter(*this, writer);
+  rowWriter.startTable();
   rows.forEachShown([&](const Rows::Row& row) {
-    const bool isHeader = row.index < firstBodyRow;
-    if (isHeader) writer.write("<thead>");
-    if (row.index == firstBodyRow) writer.write("<tbody>");
-    rowWriter.write(row, isHeader ? "th" : "td");
-    if (isHeader) writer.write("</thead>");
+    rowWriter.startRow(row.index);
+    for (std::size_t column = 0; column < row.cellCount; ++column)
+      rowWriter.writeCell(rows.cell(row, column));
+    rowWriter.endRow();
   });
-  if (rowCount > firstBodyRow) writer.write("</tbody>");
-  writer.write("</table>");
+  rowWriter.endTable();
 }
 
 void Table::writePlainText(const Content& content, std::string& text) const {

@@ -12,6 +12,9 @@ class HtmlWriter;
 
 /// A table of lines that begin and end with a pipe. If the second row holds delimiters only, the first one is
 /// the header and the delimiters align the columns. Its cells and alignments are the content's.
+///
+/// How many cells a row is filled up to is only known behind the last row. A large table is read twice, so
+/// that it needn't be kept: once to know that, and once to write it.
 struct Table {
   static constexpr Modifier::Target modifierTarget = Modifier::Target::tables;
 
@@ -22,6 +25,7 @@ struct Table {
   std::size_t rowCount = 0;
 
   [[nodiscard]] static std::optional<Table> read(Reader& reader, Content& content);
+  /// Writes nothing more of a large table, which was written when it was read.
   void writeHtml(HtmlWriter& writer) const;
   void writePlainText(const Content& content, std::string& text) const;
 };
