@@ -11,3 +11,8 @@ if(VELKIN_SANITIZE)
   add_compile_options(-fsanitize=${VELKIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
   add_link_options(-fsanitize=${VELKIN_SANITIZE})
 endif()
+
+# The fuzzers steer by the coverage of all of our code, so the libraries are instrumented too.
+if(VELKIN_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

@@ -7,16 +7,21 @@ namespace markdown {
 
 std::optional<Blockquote> Blockquote::read(Reader& reader, Content& content) {
   if (!reader.read('>') || !reader.readWhitespaces()) return std::nullopt;
+  if (content.overflowWriter != nullptr) {
+    content.blockStart = content.overflowWriter->context().blockquoteFrame.before;
+    content.mayOverflow = true;
+  }
   Blockquote quote{FormattedText::readLine(reader, content)};
   while (!reader.didReachEnd() && !reader.isAtNewline()) {
     static_cast<void>(reader.read('>'));
-    quote.text.components.last = FormattedText::readLine(reader, content).components.last;
+    FormattedText::readLine(reader, content);
   }
+  quote.text.components = content.whole();
   return quote;
 }
 
 void Blockquote::writeHtml(HtmlWriter& writer) const {
-  writer.write(writer.context().blockquoteFrame.before);
+  if (!writer.context().content.isOverflowing) writer.write(writer.context().blockquoteFrame.before);
   writer.writeContent(text.components);
   writer.write(writer.context().blockquoteFrame.after);
 }

@@ -1,11 +1,21 @@
 #include "MarkdownEngine/Component.h"
 
+#include "MarkdownEngine/HtmlWriter.h"
+
 namespace markdown {
 namespace {
 
 constexpr unsigned bitsPerField = 8;
 
 }  // namespace
+
+void Content::overflow() {
+  if (!isOverflowing) overflowWriter->write(blockStart);
+  isOverflowing = true;
+  overflowWriter->writeContent(whole());
+  components.clear();
+  links.clear();
+}
 
 std::uint64_t packed(const TextStyleMarker& marker) noexcept {
   std::uint64_t extra = 0;

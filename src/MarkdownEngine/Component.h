@@ -13,6 +13,8 @@
 
 namespace markdown {
 
+class HtmlWriter;
+
 /// One step of a block's content. All content stands in one flat list; what holds other content is a pair
 /// of steps around it, so that no depth of nesting costs any stack.
 struct Component {
@@ -62,6 +64,13 @@ struct ComponentRange {
   std::size_t last = 0;
 };
 
+/// A cell of a table: where its content begins. It ends where the next cell's begins.
+struct TableCell {
+  std::uint64_t first : 63;
+  std::uint64_t startsRow : 1;
+};
+static_assert(sizeof(TableCell) == 8);
+
 /// The content of a block, and the text on which it is a view. It is written as HTML as soon as the block is
 /// read, and its memory serves the next one.
 struct Content {
@@ -87,30 +96,48 @@ struct Content {
     std::size_t components = 0;
     std::size_t links = 0;
     std::size_t cells = 0;
-    std::size_t rowLengths = 0;
     std::size_t columnAlignments = 0;
   };
   [[nodiscard]] Sizes sizes() const noexcept {
-    return {components.size(), links.size(), cells.size(), rowLengths.size(), columnAlignments.size()};
+    return {components.size(), links.size(), cells.size(), columnAlignments.size()};
   }
-  void clear() { goBackTo({}); }
+  void clear() {
+    goBackTo({});
+    isOverflowing = false;
+  }
+  [[nodiscard]] ComponentRange whole() const noexcept { return {0, components.size()}; }
+
+  /// Whether so much of the block has been read that it should not be kept to the block's end.
+  [[nodiscard]] bool isLarge() const noexcept {
+    constexpr std::size_t limit = 4096;
+    return (components.size() >= limit || cells.size() >= limit) && overflowWriter != nullptr;
+  }
+  /// Whether it may be written as well: nothing of it will be corrected or put in another order, and the
+  /// block can't fail any more.
+  [[nodiscard]] bool shouldOverflow() const noexcept { return isLarge() && mayOverflow; }
+  /// Writes what has been read so far, behind the block's start if that isn't written yet.
+  void overflow();
   void goBackTo(const Sizes& sizes) {
     components.truncate(sizes.components);
     links.truncate(sizes.links);
     cells.truncate(sizes.cells);
-    rowLengths.truncate(sizes.rowLengths);
     columnAlignments.truncate(sizes.columnAlignments);
   }
 
   static constexpr std::uint64_t maxPosition = (std::uint64_t{1} << 56) - 1;
 
   std::string_view source;
+  /// What takes the content of a block that is too large to be kept; null if blocks have to be kept whole.
+  HtmlWriter* overflowWriter = nullptr;
+  /// What is written in front of the block's content.
+  std::string_view blockStart;
+  bool mayOverflow = false;
+  /// Whether a part of the block has been written.
+  bool isOverflowing = false;
   GrowingArray<Component> components;
   GrowingArray<Link> links;
   /// The cells of a table, row by row.
-  GrowingArray<ComponentRange> cells;
-  /// The number of cells of each row of a table.
-  GrowingArray<std::size_t> rowLengths;
+  GrowingArray<TableCell> cells;
   /// The alignments of a table with a header.
   GrowingArray<ColumnAlignment> columnAlignments;
   /// The lists that are being read, the outermost first.

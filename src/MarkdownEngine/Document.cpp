@@ -26,7 +26,9 @@ std::string Document::html() {
     metadata_.reset();
   }
   HtmlWriter writer({content_, isReadTwice ? &urls_ : nullptr, options_.modifiers, options_.blockquoteFrame});
+  content_.overflowWriter = isReadTwice ? nullptr : &writer;
   read(&writer);
+  content_.overflowWriter = nullptr;
   return std::move(writer).take(urls_);
 }
 

@@ -5,12 +5,11 @@
 namespace markdown {
 
 FormattedText FormattedText::read(Reader& reader, Content& content, Terminators terminators) {
-  FormattedText text;
-  text.components.first = content.components.size();
-  FormattedTextParser parser(reader, content, terminators);
-  parser.parse();
-  text.components.last = content.components.size();
-  return text;
+  const std::size_t first = content.components.size();
+  FormattedTextParser(reader, content, terminators).parse();
+  // A part of the text may have been written already.
+  const std::size_t last = content.components.size();
+  return {{content.isOverflowing ? 0 : first, last}};
 }
 
 FormattedText FormattedText::readLine(Reader& reader, Content& content) {

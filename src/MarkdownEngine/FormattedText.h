@@ -11,7 +11,7 @@ struct FormattedText {
   ComponentRange components;
 
   /// Reads up to a terminator that isn't behind a backslash, or to where a new block begins. Never fails; the
-  /// terminator isn't consumed. Pieces that hold nothing are kept only as the last one of the text.
+  /// terminator isn't consumed. Pieces that hold nothing aren't kept.
   static FormattedText read(Reader& reader, Content& content, Terminators terminators = Terminators::none);
   /// Reads up to the line feed and consumes the one character at which the text ended.
   static FormattedText readLine(Reader& reader, Content& content);

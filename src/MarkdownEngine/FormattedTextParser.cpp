@@ -30,14 +30,14 @@ FormattedTextParser::FormattedTextParser(Reader& reader, Content& content, Termi
       pendingStart_(index_),
       terminators_(terminators),
       blanks_(index_),
-      firstOpenText_(content.openTexts.size()),
-      firstComponent_(content.components.size()) {}
+      firstOpenText_(content.openTexts.size()) {}
 
 void FormattedTextParser::parse() {
   const std::size_t end = text_.size();
   while (index_ < end) {
     index_ = stops.find(text_.data(), index_, end);
     if (index_ == end) break;
+    if (content_.shouldOverflow() && styles_.count == 0 && content_.openTexts.empty()) content_.overflow();
     const char byte = text_[index_];
     // Most blanks stand between two words and stay as they are.
     if (byte == ' ' && index_ + 1 < end && isAscii(text_[index_ + 1]) &&
@@ -314,13 +314,9 @@ void FormattedTextParser::addPendingText() {
 }
 
 void FormattedTextParser::addTrimmedPendingText() {
-  if (pendingStart_ == text_.size()) return;
-  const std::string_view pending =
-      trimmingTrailingWhitespaces(text_.substr(pendingStart_, index_ - pendingStart_));
-  const bool isWholeText = content_.components.size() == firstComponent_ ||
-                           (content_.openTexts.size() > firstOpenText_ &&
-                            content_.components.size() == content_.openTexts.back().linkStart + 1);
-  if (!pending.empty() || isWholeText) content_.addText(pendingStart_, pendingStart_ + pending.size());
+  const std::size_t size =
+      trimmingTrailingWhitespaces(text_.substr(pendingStart_, index_ - pendingStart_)).size();
+  if (size > 0) content_.addText(pendingStart_, pendingStart_ + size);
   pendingStart_ = index_;
 }
 

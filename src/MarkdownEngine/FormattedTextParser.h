@@ -57,7 +57,6 @@ class FormattedTextParser {
   BlankCounter blanks_;
   ActiveStyles styles_;
   std::size_t firstOpenText_;
-  std::size_t firstComponent_;
 };
 
 }  // namespace markdown

@@ -9,6 +9,7 @@ std::optional<Heading> Heading::read(Reader& reader, Content& content) {
   constexpr std::size_t maxLevel = 6;
   const std::size_t level = reader.readCount('#');
   if (level == 0 || level > maxLevel || !reader.readWhitespaces()) return std::nullopt;
+  content.mayOverflow = false;
   Heading heading;
   heading.level = static_cast<int>(level);
   heading.text = FormattedText::read(reader, content, Terminators::lineFeed);

@@ -5,6 +5,7 @@
 #include "MarkdownEngine/InlineCode.h"
 #include "MarkdownEngine/MarkdownImage.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -23,7 +24,22 @@ std::string_view escaped(char character) noexcept {
 
 HtmlWriter::HtmlWriter(const Context& context)
     : context_(context), allowance_(leastAllowance + allowancePerInputByte * context.content.source.size()) {
-  html_.reserve(context.content.source.size() / 4 * 5);
+  html_.reserve(context.content.source.size() / 2 * 3);
+}
+
+void HtmlWriter::makeRoom(std::size_t sourcePosition) {
+  constexpr std::size_t enough = 4096;
+  if (html_.capacity() - size() >= enough) return;
+  // What is still to be written is told by what was: the string then grows once instead of by doubling.
+  constexpr std::size_t leastGrowth = 8;
+  constexpr std::size_t mostGrowth = 3;
+  const std::size_t capacity = html_.capacity() + enough;
+  const double written =
+      static_cast<double>(sourcePosition + 1) / static_cast<double>(context_.content.source.size() + 1);
+  const double expected = static_cast<double>(size()) / written * 1.05;
+  const double least = static_cast<double>(capacity + capacity / leastGrowth);
+  const double most = static_cast<double>(capacity * mostGrowth);
+  html_.reserve(static_cast<std::size_t>(std::min(std::max(expected, least), most)));
 }
 
 bool HtmlWriter::takeFromAllowance(std::size_t bytes) noexcept {
@@ -47,6 +63,7 @@ void HtmlWriter::writeEscaped(std::string_view text) {
 void HtmlWriter::writeContent(const ComponentRange& range) {
   using Kind = Component::Kind;
   const Content& content = context_.content;
+  if (range.first < range.last) makeRoom(content.components[range.first].begin);
   for (std::size_t index = range.first; index != range.last; ++index) {
     const Component& component = content.components[index];
     switch (component.kind) {

@@ -48,6 +48,8 @@ class HtmlWriter {
   [[nodiscard]] bool takeFromAllowance(std::size_t bytes) noexcept;
 
  private:
+  /// Sees to it that something can be written, told how far in the text the writing is.
+  void makeRoom(std::size_t sourcePosition);
   void writeMarker(const Component& component);
   void writeListTag(const Component& component);
   void startLink(const Component& component);

@@ -20,14 +20,13 @@ constexpr ByteSet linkTextStops{"[]!`<&\n\v\f\r\xC2\xE2"};
 
 bool LinkOutcomes::isLink(std::size_t opener) {
   if (failedOpeners_.contains(opener)) return false;
-  openLinks_.clear();
-  passedNewlines_.clear();
-  open(opener);
+  outermost_ = opener;
+  innerLinks_ = 0;
   BlankCounter blanks(opener + 1);
   std::size_t index = opener + 1;
   while (true) {
     index = linkTextStops.find(text_.data(), index, text_.size());
-    if (index == text_.size()) return fail();
+    if (index == text_.size()) return fail(index);
     const char byte = text_[index];
     if (!isAscii(byte) || (byte >= '\n' && byte <= '\r')) {
       const auto newline = graphemes::whitespaceAtScalar(text_, index);
@@ -35,17 +34,17 @@ bool LinkOutcomes::isLink(std::size_t opener) {
         ++index;
         continue;
       }
-      if (newline.end == text_.size() || failedNewlines_.contains(index)) return fail();
+      if (newline.end == text_.size() || failedNewlines_.contains(index)) return fail(index);
       const auto known = linkEndsByNewline_.find(index);
       if (known != linkEndsByNewline_.end()) {
+        if (innerLinks_ == 0) return succeed(index);
+        closeInner(index, known->second);
         index = known->second;
-        if (openLinks_.size() == 1) return true;
-        closeInner(index);
         continue;
       }
       blanks.countBefore(text_, index);
-      if (!blanks.breaksLine(text_, index) && beginsBlock(text_, newline.end)) return fail();
-      passedNewlines_.push_back(index);
+      if (!blanks.breaksLine(text_, index) && beginsBlock(text_, newline.end)) return fail(index);
+      newlines_.insert(index);
       index = newline.end;
       blanks.passNewline(index);
       continue;
@@ -59,9 +58,9 @@ bool LinkOutcomes::isLink(std::size_t opener) {
       case ']': {
         if (isBehindBackslash(text_, index)) break;
         const auto target = Link::Target::readAt(text_, index, searches_);
-        if (!target) return fail();
-        if (openLinks_.size() == 1) return true;
-        closeInner(target->linkEnd);
+        if (!target) return fail(index);
+        if (innerLinks_ == 0) return succeed(index);
+        closeInner(index, target->linkEnd);
         elementEnd = target->linkEnd;
         break;
       }
@@ -69,8 +68,9 @@ bool LinkOutcomes::isLink(std::size_t opener) {
       case '!': {
         const std::size_t bracket = byte == '[' ? index : index + 1;
         if (!isCharacter(text_, bracket, '[') || isBehindBackslash(text_, index)) break;
-        if (failedOpeners_.contains(bracket)) return fail();
-        open(bracket);
+        if (failedOpeners_.contains(bracket)) return fail(index);
+        openers_.insert(bracket);
+        ++innerLinks_;
         elementEnd = bracket + 1;
         break;
       }
@@ -81,7 +81,7 @@ bool LinkOutcomes::isLink(std::size_t opener) {
         }
         break;
       case '<':
-        if (index + 1 == text_.size() || stopsText(text_, index)) return fail();
+        if (index + 1 == text_.size() || stopsText(text_, index)) return fail(index);
         if (!isBehindBackslash(text_, index)) elementEnd = searches_.html.findEnd(index);
         break;
       default:
@@ -93,19 +93,25 @@ bool LinkOutcomes::isLink(std::size_t opener) {
   }
 }
 
-void LinkOutcomes::open(std::size_t opener) { openLinks_.push_back({opener, passedNewlines_.size()}); }
-
-void LinkOutcomes::closeInner(std::size_t linkEnd) {
-  const std::size_t first = openLinks_.back().firstNewline;
-  for (std::size_t i = first; i < passedNewlines_.size(); ++i)
-    linkEndsByNewline_[passedNewlines_[i]] = linkEnd;
-  passedNewlines_.truncate(first);
-  openLinks_.pop_back();
+void LinkOutcomes::closeInner(std::size_t index, std::size_t linkEnd) {
+  const std::size_t opener = *openers_.last(outermost_, index);
+  while (const auto newline = newlines_.last(opener, index)) {
+    linkEndsByNewline_[*newline] = linkEnd;
+    newlines_.erase(*newline);
+  }
+  openers_.erase(opener);
+  --innerLinks_;
 }
 
-bool LinkOutcomes::fail() {
-  for (const OpenLink& link : openLinks_) failedOpeners_.insert(link.opener);
-  for (const std::size_t newline : passedNewlines_) failedNewlines_.insert(newline);
+bool LinkOutcomes::succeed(std::size_t index) {
+  while (const auto newline = newlines_.last(outermost_, index)) newlines_.erase(*newline);
+  return true;
+}
+
+bool LinkOutcomes::fail(std::size_t index) {
+  failedOpeners_.insert(outermost_);
+  if (innerLinks_ > 0) failedOpeners_.takeOver(openers_, outermost_, index);
+  failedNewlines_.takeOver(newlines_, outermost_, index);
   return false;
 }
 

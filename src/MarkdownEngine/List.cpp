@@ -18,11 +18,10 @@ std::optional<List> List::read(Reader& reader, Content& content) {
   }
   reader.moveToIndex(start);
 
-  List list;
-  list.components.first = content.components.size();
+  content.blockStart = {};
+  content.mayOverflow = false;
   if (!ListReader(reader, content).read(indentation)) return std::nullopt;
-  list.components.last = content.components.size();
-  return list;
+  return List{content.whole()};
 }
 
 void List::writeHtml(HtmlWriter& writer) const { writer.writeContent(components); }

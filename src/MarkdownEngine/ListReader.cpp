@@ -120,13 +120,20 @@ void ListReader::addItem() {
   list().hasItems = true;
   list().hasNestedList = false;
   content_.add(Kind::itemStart, reader_.currentIndex());
+  readText();
+}
+
+void ListReader::readText() {
+  // What stands before the last item of the outermost list is final, and so is that item as long as it has no
+  // list.
+  content_.mayOverflow = content_.openLists.size() == 1 && !list().hasNestedList;
   FormattedText::readLine(reader_, content_);
 }
 
 void ListReader::addTextToLastItem() {
   const std::size_t start = content_.components.size();
   content_.add(Kind::blank, reader_.currentIndex());
-  FormattedText::readLine(reader_, content_);
+  readText();
   OpenList& current = list();
   if (!current.hasNestedList) return;
   // The text goes between the item's text so far and its nested list.

@@ -30,6 +30,7 @@ class ListReader {
   Next readBulleted();
   void addItem();
   void addTextToLastItem();
+  void readText();
   void startNestedList(OpenList& around);
   void close();
 

@@ -10,6 +10,7 @@ std::optional<Image> Image::read(Reader& reader, Content& content) {
   const std::size_t start = reader.currentIndex();
   if (!reader.read('!') || !reader.isAt('[')) return std::nullopt;
   reader.moveToIndex(start);
+  content.mayOverflow = false;
   Image image;
   image.components.first = content.components.size();
   if (!FormattedTextParser(reader, content, Terminators::none).parseImage()) return std::nullopt;

@@ -5,24 +5,33 @@
 
 namespace markdown {
 
+namespace {
+
+constexpr std::string_view start = "<p>";
+
+}  // namespace
+
 std::optional<Paragraph> Paragraph::read(Reader& reader, Content& content) {
+  content.blockStart = start;
+  content.mayOverflow = true;
   return Paragraph{FormattedText::read(reader, content)};
 }
 
 Paragraph Paragraph::readFallback(Reader& reader, Content& content) {
-  const std::size_t start = reader.currentIndex();
-  Paragraph paragraph{FormattedText::read(reader, content)};
-  if (reader.currentIndex() == start) {
-    content.components.truncate(paragraph.text.components.first);
-    content.add(Component::Kind::escape, start, 1);
+  const std::size_t begin = reader.currentIndex();
+  Paragraph paragraph = *read(reader, content);
+  if (reader.currentIndex() == begin) {
+    content.components.clear();
+    content.add(Component::Kind::escape, begin, 1);
     reader.advanceIndex();
-    paragraph.text.components.last = FormattedText::read(reader, content).components.last;
+    paragraph = *read(reader, content);
+    paragraph.text.components.first = 0;
   }
   return paragraph;
 }
 
 void Paragraph::writeHtml(HtmlWriter& writer) const {
-  writer.write("<p>");
+  if (!writer.context().content.isOverflowing) writer.write(start);
   writer.writeContent(text.components);
   writer.write("</p>");
 }

@@ -46,6 +46,26 @@ TEST(ReferenceComparison, longerRandomDocumentsComeOutAsTheLiteralAlgorithmWrite
   }
 }
 
+TEST(ReferenceComparison, blocksThatAreWrittenBeforeTheyEndComeOutAsTheLiteralAlgorithmWritesThem) {
+  RandomDocuments documents(31);
+  const MarkdownParser parser;
+  for (std::size_t i = 0; i < documentCount(20); ++i) {
+    // The literal algorithm takes twice the time for each bracket that opens no link.
+    std::string document = documents.next(40000);
+    std::erase(document, '[');
+    // An element that is never closed would take in all the rest.
+    if (i % 4 != 0) std::erase(document, '<');
+    // Without empty lines, and with few others, the blocks become huge.
+    const bool isList = i % 2 == 0;
+    for (std::size_t at = document.find('\n'); at != std::string::npos; at = document.find('\n', at + 1)) {
+      if (i % 3 != 0) document.replace(at, 1, isList ? "\n- " : "x");
+    }
+    document.insert(0, isList ? "- " : i % 5 == 0 ? "> " : "x");
+    expectSameAsReference(document, parser, {});
+    if (HasFatalFailure()) return;
+  }
+}
+
 TEST(ReferenceComparison, modifiersSeeWhatTheLiteralAlgorithmShowsThem) {
   std::vector<Modifier> modifiers;
   for (std::size_t target = 0; target < Modifier::targetCount; ++target) {
