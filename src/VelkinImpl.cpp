@@ -48,6 +48,9 @@ VelkinImpl::VelkinImpl(std::shared_ptr<NSPopover> mainPopover, WebView bard, Web
   isInitialLaunch = true;
   showFirstView();
   isFindingWebState->showToolbar.set(defaults.showToolBar());
+  keyboardHelper_ = std::make_unique<QKKeyboardShortcutHelper>(*this, *popover, *menuBarItem, *this);
+  keyboardHelper_->resetKeyPressBools();
+  keyboardHelper_->modifierKeyBools();
 }
 
 VelkinImpl::~VelkinImpl() = default;

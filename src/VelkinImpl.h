@@ -2,7 +2,7 @@
 
 #include "Helpers/ScriptingHelper.h"
 #include "Helpers/UserDefaultsHelper.h"
-#include "Keyboard/QKKeyboardShortcutHelperDelegate.h"
+#include "Keyboard/QKKeyboardShortcutHelper.h"
 #include "MenuHelper.h"
 #include "Onboarding/PagePlace.h"
 #include "Platform/NSHostingController.h"
@@ -77,6 +77,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
 
   /// Made at its first read.
   MenuHelper& menuBarHelper();
+  QKKeyboardShortcutHelper& keyboardHelper() { return *keyboardHelper_; }
 
   /// The action of the status item's button.
   void menuButtonClicked();
@@ -186,6 +187,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
 
   bool isSearchBarOpen_ = false;
   std::unique_ptr<MenuHelper> menuBarHelper_;
+  std::unique_ptr<QKKeyboardShortcutHelper> keyboardHelper_;
 };
 
 }  // namespace velkin

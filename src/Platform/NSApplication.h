@@ -2,8 +2,9 @@
 
 #include "Platform/NSEvent.h"
 
-#include <functional>
 #include <optional>
+#include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -17,7 +18,7 @@ class NSApplicationDelegate {
   virtual void applicationDidReopen() = 0;
 };
 
-/// The running program.
+/// The running program. Main thread.
 class NSApplication {
  public:
   virtual ~NSApplication() = default;
@@ -29,6 +30,24 @@ class NSApplication {
   virtual int run(NSApplicationDelegate& delegate) = 0;
   /// Ends the process with this code. Nothing is saved at this moment; nothing needs to be.
   [[noreturn]] virtual void exit(int code) = 0;
+
+  /// Offers an edit action ("copy:", "selectAll:", "deleteBackward:") to what has the keyboard. True if it was
+  /// taken.
+  virtual bool sendAction(std::string_view selector) = 0;
+
+  int addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler);
+  void removeMonitor(int monitor);
+  /// Shows a key event to the monitors. Nothing if one of them kept it.
+  std::optional<NSEvent> filterByMonitors(NSEvent event);
+
+ private:
+  struct Entry {
+    int id;
+    std::uint64_t mask;
+    NSEvent::Monitor handler;
+  };
+  std::vector<Entry> monitors_;
+  int nextMonitor_ = 1;
 };
 
 /// The application of the installed platform.

@@ -3,6 +3,8 @@
 #include "Platform/Geometry.h"
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 
 namespace platform {
@@ -19,12 +21,31 @@ struct NSEvent {
     flagsChanged = 12
   };
 
-  /// One bit for each type, as `sendActionOn` takes them.
+  /// The bits of `modifierFlags`. Each names what the desktop has in its place.
+  static constexpr std::uint32_t capsLockFlag = 0x10000;
+  static constexpr std::uint32_t shiftFlag = 0x20000;
+  static constexpr std::uint32_t controlFlag = 0x40000;
+  static constexpr std::uint32_t optionFlag = 0x80000;
+  static constexpr std::uint32_t commandFlag = 0x100000;
+
+  /// One bit for each type, as `sendActionOn` and the monitors take them.
   static constexpr std::uint64_t mask(EventType type) { return std::uint64_t{1} << static_cast<int>(type); }
 
   EventType type = EventType::leftMouseUp;
   /// Where the pointer was, in screen coordinates.
-  NSPoint locationOnScreen;
+  NSPoint locationOnScreen = {};
+  /// Of a key event: the key's position, as a virtual key code.
+  std::uint16_t keyCode = 0;
+  std::uint32_t modifierFlags = 0;
+  /// Of a key event: what the key gives in the active layout when no modifier is held.
+  std::optional<std::string> charactersIgnoringModifiers = std::nullopt;
+
+  /// Gets each event of its kinds before the windows do, and hands on what it returns: the event, or nothing if it
+  /// is to go no further.
+  using Monitor = std::function<std::optional<NSEvent>(const NSEvent&)>;
+  /// Adds a monitor behind those that are there; it lives as long as the process, or until it is removed.
+  static int addLocalMonitorForEvents(std::uint64_t mask, Monitor handler);
+  static void removeMonitor(int monitor);
 };
 
 }  // namespace platform

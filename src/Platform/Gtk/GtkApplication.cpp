@@ -2,6 +2,7 @@
 
 #include "Platform/DebugLog.h"
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/ProgramFolders.h"
 #include "platform/BundleInfo.h"
 
@@ -52,6 +53,10 @@ void GtkApplicationHost::exit(int code) {
   std::fflush(nullptr);
   // No destructors: the settings are on disk already, and the web processes end with their connection.
   std::_Exit(code);
+}
+
+bool GtkApplicationHost::sendAction(std::string_view selector) {
+  return sendEditAction(std::string(selector).c_str());
 }
 
 GDBusConnection* GtkApplicationHost::connection() const {

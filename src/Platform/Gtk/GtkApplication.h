@@ -22,6 +22,7 @@ class GtkApplicationHost : public NSApplication {
 
   int run(NSApplicationDelegate& delegate) override;
   [[noreturn]] void exit(int code) override;
+  bool sendAction(std::string_view selector) override;
 
   /// nullptr where there is no session bus, and before `run`.
   GDBusConnection* connection() const;

@@ -1,5 +1,6 @@
 #include "Platform/Gtk/GtkPanel.h"
 
+#include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/Gtk/X11Desktop.h"
 
@@ -52,6 +53,7 @@ void GtkPanel::ensureWindow() {
   gtk_window_set_decorated(window_, (styleMask_ & closable) != 0);
   gtk_window_set_resizable(window_, FALSE);
   gtk_widget_add_css_class(GTK_WIDGET(window_), "velkin-panel");
+  watchKeys(window_);
   g_signal_connect(window_, "close-request", G_CALLBACK(+[](GtkWindow*, gpointer self) -> gboolean {
                      static_cast<GtkPanel*>(self)->close();
                      return TRUE;

@@ -1,5 +1,6 @@
 #include "Platform/Gtk/PopoverWindow.h"
 
+#include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
 
 #include <algorithm>
@@ -75,6 +76,7 @@ void PopoverWindow::ensureWindow() {
   gtk_window_set_default_size(window_, static_cast<int>(size_.width), static_cast<int>(size_.height));
   gtk_window_set_hide_on_close(window_, TRUE);
   gtk_widget_add_css_class(GTK_WIDGET(window_), "velkin-popover");
+  watchKeys(window_);
   content_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
   gtk_window_set_child(window_, toasts_.wrap(content_));
   g_signal_connect_swapped(window_, "map", G_CALLBACK(+[](PopoverWindow* self) { self->onMapped(); }), this);

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/WebViewManners.h"
 
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/NSWorkspace.h"
 
 #include <algorithm>
@@ -89,6 +90,7 @@ class PageWindow {
                                          webkit_web_view_get_user_content_manager(opener), nullptr));
     window_ = GTK_WINDOW(gtk_window_new());
     gtk_window_set_title(window_, "Velkin");
+    watchKeys(window_);
     if (engine.popover().window() != nullptr)
       gtk_window_set_transient_for(window_, engine.popover().window());
     gtk_window_set_child(window_, GTK_WIDGET(view_));

@@ -2,7 +2,9 @@
 
 #include "Platform/NSApplication.h"
 
-#include <optional>
+#include <functional>
+#include <string>
+#include <vector>
 
 namespace platform {
 
@@ -15,6 +17,9 @@ struct ExitCalled {
 class HeadlessApplication : public NSApplication {
  public:
   NSApplicationDelegate* delegate = nullptr;
+  /// What has the keyboard: takes an action or doesn't. Without one, nothing takes any.
+  std::function<bool(const std::string& selector)> responder;
+  std::vector<std::string> sentActions;
 
   int run(NSApplicationDelegate& applicationDelegate) override {
     delegate = &applicationDelegate;
@@ -22,6 +27,10 @@ class HeadlessApplication : public NSApplication {
     return 0;
   }
   [[noreturn]] void exit(int code) override { throw ExitCalled{code}; }
+  bool sendAction(std::string_view selector) override {
+    sentActions.emplace_back(selector);
+    return responder && responder(sentActions.back());
+  }
 };
 
 }  // namespace platform
