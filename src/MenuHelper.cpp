@@ -13,8 +13,10 @@ namespace {
 
 constexpr std::string_view optionGlyph = "⌥";
 
-/// An item with the row's label and key. What the row tells of modifiers beyond Command isn't part of the key.
-MenuHelper::Item item(QKKeyboardShortcuts row, MenuHelperDelegate* delegate, void (MenuHelperDelegate::*action)()) {
+/// An item with the row's label and key. What the row tells of modifiers beyond Command isn't part of the
+/// key.
+MenuHelper::Item item(QKKeyboardShortcuts row, MenuHelperDelegate* delegate,
+                      void (MenuHelperDelegate::*action)()) {
   std::string key(keyEquivalent(row));
   if (key.starts_with(optionGlyph)) key.erase(0, optionGlyph.size());
   return std::make_shared<NSMenuItem>(
@@ -32,33 +34,27 @@ NSMenuItem::State stateOf(bool isOn) { return isOn ? NSMenuItem::State::on : NSM
 MenuHelper::MenuHelper(MenuHelperDelegate* menuDelegate)
     : versionMenuItem(std::make_shared<NSMenuItem>(getVersionText())),
       aboutMenuItem(item(QKKeyboardShortcuts::about, menuDelegate, &MenuHelperDelegate::aboutClicked)),
-      showToolbarMenuItem(item(QKKeyboardShortcuts::toolbar, menuDelegate, &MenuHelperDelegate::toolbarClicked)),
-      shortcutsMenuItem(item(QKKeyboardShortcuts::shortcuts, menuDelegate, &MenuHelperDelegate::shortcutsClicked)),
+      showToolbarMenuItem(
+          item(QKKeyboardShortcuts::toolbar, menuDelegate, &MenuHelperDelegate::toolbarClicked)),
+      shortcutsMenuItem(
+          item(QKKeyboardShortcuts::shortcuts, menuDelegate, &MenuHelperDelegate::shortcutsClicked)),
       preferencesMenuItem(
           item(QKKeyboardShortcuts::preferencesMenu, menuDelegate, &MenuHelperDelegate::preferencesClicked)),
-      previewMenuItem(item(QKKeyboardShortcuts::previewMenu, menuDelegate, &MenuHelperDelegate::previewClicked)),
-      appearanceMenuItem(item(QKKeyboardShortcuts::appearance, menuDelegate, &MenuHelperDelegate::appearanceClicked)),
-      experimentalMenuItem(
-          item(QKKeyboardShortcuts::experimentalEnabled, menuDelegate, &MenuHelperDelegate::experimentalClicked)),
+      previewMenuItem(
+          item(QKKeyboardShortcuts::previewMenu, menuDelegate, &MenuHelperDelegate::previewClicked)),
+      appearanceMenuItem(
+          item(QKKeyboardShortcuts::appearance, menuDelegate, &MenuHelperDelegate::appearanceClicked)),
+      experimentalMenuItem(item(QKKeyboardShortcuts::experimentalEnabled, menuDelegate,
+                                &MenuHelperDelegate::experimentalClicked)),
       stickyMenuItem(item(QKKeyboardShortcuts::stickyMenu, menuDelegate, &MenuHelperDelegate::stickyClicked)),
       reloadMenuItem(item(QKKeyboardShortcuts::reload, menuDelegate, &MenuHelperDelegate::reloadClicked)),
       openMenuItem(item(QKKeyboardShortcuts::openBrowser, menuDelegate, &MenuHelperDelegate::openClicked)),
       quitMenuItem(item(QKKeyboardShortcuts::quit, menuDelegate, &MenuHelperDelegate::quitClicked)),
-      menuItems{versionMenuItem,
-                NSMenuItem::separator(),
-                aboutMenuItem,
-                shortcutsMenuItem,
-                NSMenuItem::separator(),
-                stickyMenuItem,
-                showToolbarMenuItem,
-                experimentalMenuItem,
-                NSMenuItem::separator(),
-                preferencesMenuItem,
-                appearanceMenuItem,
-                reloadMenuItem,
-                openMenuItem,
-                NSMenuItem::separator(),
-                quitMenuItem} {
+      menuItems{versionMenuItem,     NSMenuItem::separator(), aboutMenuItem,
+                shortcutsMenuItem,   NSMenuItem::separator(), stickyMenuItem,
+                showToolbarMenuItem, experimentalMenuItem,    NSMenuItem::separator(),
+                preferencesMenuItem, appearanceMenuItem,      reloadMenuItem,
+                openMenuItem,        NSMenuItem::separator(), quitMenuItem} {
   showToolbarMenuItem->setKeyEquivalentModifierMask(NSMenuItem::optionMask | NSMenuItem::commandMask);
   experimentalMenuItem->setEnabled(true);
   experimentalMenuItem->setState(NSMenuItem::State::off);

@@ -153,6 +153,8 @@ void VelkinImpl::showPopover(bool useLargeSize) {
                              windowSize(fromRawValue<AppearanceHeight>(defaults.webViewHeight()))});
   }
   popover->show(button->bounds(), *button, platform::NSRectEdge::maxY);
+  // Whoever opens the popover wants to write.
+  if (isFindableView() && !isFindingWebState->isSearching.get()) currentWebView.webView->makeFirstResponder();
 }
 
 void VelkinImpl::handleEsc() {
@@ -161,6 +163,7 @@ void VelkinImpl::handleEsc() {
     if (isFindableView() || hostedNotesView) {
       scriptingHelper->stopFinding("", *currentWebView.webView);
       handleWindowFindOnPage();
+      currentWebView.webView->makeFirstResponder();
       return;
     }
     // A find bar that isn't on show holds nothing back.

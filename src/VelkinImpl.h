@@ -23,10 +23,10 @@
 
 namespace velkin {
 
-/// The central controller: one for the life of the process. It owns the status item, the popover's content, the
-/// six web views and the panels, and everything else calls back on it. Its operations stand in four files: this
-/// one's own (launch, status item, popover), VelkinImplSwitching, VelkinImplGeometry and VelkinImplPanels. Main
-/// thread.
+/// The central controller: one for the life of the process. It owns the status item, the popover's content,
+/// the six web views and the panels, and everything else calls back on it. Its operations stand in four
+/// files: this one's own (launch, status item, popover), VelkinImplSwitching, VelkinImplGeometry and
+/// VelkinImplPanels. Main thread.
 class VelkinImpl : public platform::NSMenuDelegate,
                    public platform::NSWindowDelegate,
                    public platform::WKUIDelegate,
@@ -82,7 +82,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
   /// The action of the status item's button.
   void menuButtonClicked();
   void togglePopover();
-  /// With `useLargeSize`, at the size of the pages that introduce the program; else at the size of the settings.
+  /// With `useLargeSize`, at the size of the pages that introduce the program; else at the size of the
+  /// settings.
   void showPopover(bool useLargeSize = false);
   /// Puts up the right-click menu, or clears it while it is up.
   void toggleMenu();
@@ -134,7 +135,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void handleBack() override;
   void handleReloadFromOrigin() override;
   void handleWindowFullScreen() override;
-  // The popover hangs from the panel: so the key for "up" makes it shorter, and it is this one that is called.
+  // The popover hangs from the panel: so the key for "up" makes it shorter, and it is this one that is
+  // called.
   void handleWindowTaller() override;
   void handleWindowShorter() override;
   void handleWindowWider() override;
@@ -182,8 +184,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
 
   /// Turns the item's check mark round; returns whether it is on now.
   static bool toggle(platform::NSMenuItem& item);
-  std::unique_ptr<platform::NSPanel> openPanel(const std::shared_ptr<PlaceController>& content, const char* title,
-                                               double left, double below);
+  std::unique_ptr<platform::NSPanel> openPanel(const std::shared_ptr<PlaceController>& content,
+                                               const char* title, double left, double below);
 
   bool isSearchBarOpen_ = false;
   std::unique_ptr<MenuHelper> menuBarHelper_;

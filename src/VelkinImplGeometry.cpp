@@ -61,9 +61,9 @@ bool VelkinImpl::getIsInFullScreenMode() const {
 }
 
 void VelkinImpl::showExpandOverlay() {
-  popover->contentViewController()->addChild(
-      std::make_shared<platform::NSHostingController<ActionUIView>>(ActionUIView{ActionCompletionType::expand}),
-      {ActionUIView::size, ActionUIView::size});
+  popover->contentViewController()->addChild(std::make_shared<platform::NSHostingController<ActionUIView>>(
+                                                 ActionUIView{ActionCompletionType::expand}),
+                                             {ActionUIView::size, ActionUIView::size});
 }
 
 void VelkinImpl::handleWindowFullScreen() {

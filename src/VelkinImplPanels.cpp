@@ -81,8 +81,8 @@ void VelkinImpl::showViewAsPanel(NSPanel& panel, platform::NSPoint origin) {
   panel.makeKeyAndOrderFront();
 }
 
-std::unique_ptr<NSPanel> VelkinImpl::openPanel(const std::shared_ptr<PlaceController>& content, const char* title,
-                                               double left, double below) {
+std::unique_ptr<NSPanel> VelkinImpl::openPanel(const std::shared_ptr<PlaceController>& content,
+                                               const char* title, double left, double below) {
   const auto screen = platform::NSScreen::main();
   if (!screen) return nullptr;
   auto panel = NSPanel::make(content->view().frame(),
@@ -99,7 +99,8 @@ void VelkinImpl::aboutClicked() {
   debugLog("About click!");
   aboutHostingController = std::make_shared<PlaceController>(PagePlace{"About Velkin"});
   aboutHostingController->title = "Velkin";
-  if (auto panel = openPanel(aboutHostingController, "Velkin - About", 192, 360)) aboutPanel = std::move(panel);
+  if (auto panel = openPanel(aboutHostingController, "Velkin - About", 192, 360))
+    aboutPanel = std::move(panel);
 }
 
 void VelkinImpl::shortcutsClicked() {

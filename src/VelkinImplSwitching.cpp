@@ -115,8 +115,8 @@ void VelkinImpl::showPage(WebViewSwitchType type, bool isToggle) {
     defaults.set(platform::now(), UserDefault::lastTimeChatGPTVisible);
     currentWebView = chatWebView;
   } else {
-    // What comes to the main place leaves its sidebar. Chat's sidebar stays beside other views, and goes when chat
-    // itself takes the main place.
+    // What comes to the main place leaves its sidebar. Chat's sidebar stays beside other views, and goes when
+    // chat itself takes the main place.
     flagOf(type)->set(false);
     state.isChatting.set(isToggle && state.isChatting.get());
     if (type == markdown) popover->setContentViewController(nullptr);
@@ -143,6 +143,7 @@ void VelkinImpl::showContainer(WebViewSwitchType shown, bool isToggle) {
                       .markdownView = {},
                       .sharedState = isFindingWebState});
   popover->setContentViewController(hostedWebView);
+  currentWebView.webView->makeFirstResponder();
 }
 
 void VelkinImpl::showReleaseNotes() {
@@ -240,8 +241,8 @@ void VelkinImpl::setSidebarsForGroup(std::optional<WebViewSwitchType> type) {
 }
 
 void VelkinImpl::handleSideGroupClick(int number) {
-  constexpr std::array keys = {UserDefault::sideBarGroup1, UserDefault::sideBarGroup2, UserDefault::sideBarGroup3,
-                               UserDefault::sideBarGroup4};
+  constexpr std::array keys = {UserDefault::sideBarGroup1, UserDefault::sideBarGroup2,
+                               UserDefault::sideBarGroup3, UserDefault::sideBarGroup4};
   std::optional<SidebarGroup> group;
   if (number >= 1 && number <= static_cast<int>(keys.size())) {
     group = defaults.getSidebarGroup(keys[static_cast<std::size_t>(number) - 1]);

@@ -11,8 +11,8 @@ using platform::WKWebView;
 
 namespace {
 
-// A constant can't be declared twice in one page: so the whole script runs once in each, and its last line alone
-// after that.
+// A constant can't be declared twice in one page: so the whole script runs once in each, and its last line
+// alone after that.
 constexpr const char* submitScript =
     "// find the button element that is a sibling of the text area\n"
     "const textAreas = document.querySelectorAll('form .m-0');\n"
@@ -35,17 +35,17 @@ constexpr const char* scrollAreaScript =
 void ScriptingHelper::submitForm(WKWebView& webView) {
   if (defaults.lastVisibleWebView() != WebViewSwitchType::chatgpt) return;
   const char* script = shouldSubmitButtonScript(webView) ? submitAgainScript : submitScript;
-  webView.evaluateJavaScript(script, [weak = weak_from_this(), &webView](const auto&,
-                                                                         const std::optional<NSError>& error) {
-    const auto self = weak.lock();
-    if (!self) return;
-    const auto url = webView.url();
-    self->currentWebUrl = url ? url->absoluteString() : "";
-    self->chatSubmitClicked = true;
-    if (error) {
-      debugLog("Q$: ScriptingHelper::submitForm() JavaScript error: " + error->localizedDescription);
-    }
-  });
+  webView.evaluateJavaScript(
+      script, [weak = weak_from_this(), &webView](const auto&, const std::optional<NSError>& error) {
+        const auto self = weak.lock();
+        if (!self) return;
+        const auto url = webView.url();
+        self->currentWebUrl = url ? url->absoluteString() : "";
+        self->chatSubmitClicked = true;
+        if (error) {
+          debugLog("Q$: ScriptingHelper::submitForm() JavaScript error: " + error->localizedDescription);
+        }
+      });
 }
 
 bool ScriptingHelper::shouldSubmitButtonScript(const WKWebView& webView) const {
@@ -79,7 +79,8 @@ void ScriptingHelper::startFinding(std::string_view text, const std::shared_ptr<
   webView->evaluateJavaScript(
       getFindScript(text, WebViewFindType::find),
       [self = shared_from_this(), weak = std::weak_ptr(webView), text = std::string(text),
-       onResult = std::move(onResult)](const std::optional<std::string>& json, const std::optional<NSError>& error) {
+       onResult = std::move(onResult)](const std::optional<std::string>& json,
+                                       const std::optional<NSError>& error) {
         if (json == "true" || json == "false") {
           const bool isFound = json == "true";
           onResult(isFound);

@@ -81,17 +81,17 @@ struct ModifierKey {
 };
 
 // Option's line has the words of Command's; readers of old logs know it so.
-constexpr ModifierKey commandKey{key::command, key::rightCommand, NSEvent::commandFlag, &Router::didPressCommand,
-                                 "Command pressed!"};
+constexpr ModifierKey commandKey{key::command, key::rightCommand, NSEvent::commandFlag,
+                                 &Router::didPressCommand, "Command pressed!"};
 constexpr ModifierKey optionKey{key::option, key::rightOption, NSEvent::optionFlag, &Router::didPressOption,
                                 "Command pressed!"};
-constexpr ModifierKey controlKey{key::control, key::rightControl, NSEvent::controlFlag, &Router::didPressControl,
-                                 "Control pressed!"};
+constexpr ModifierKey controlKey{key::control, key::rightControl, NSEvent::controlFlag,
+                                 &Router::didPressControl, "Control pressed!"};
 constexpr ModifierKey shiftKey{key::shift, key::rightShift, NSEvent::shiftFlag, &Router::didPressShift,
                                "Shift pressed!"};
 
-/// A key-up clears the keys' flags while one of these is up. The digits, the brackets and M are not among them:
-/// theirs wait for the next key-up that finds one.
+/// A key-up clears the keys' flags while one of these is up. The digits, the brackets and M are not among
+/// them: theirs wait for the next key-up that finds one.
 constexpr std::array clearingFlags = {
     &Router::didPressCommand, &Router::didPressShift, &Router::didPressComma, &Router::didPressA,
     &Router::didPressF,       &Router::didPressO,     &Router::didPressP,     &Router::didPressR,
@@ -102,14 +102,17 @@ constexpr std::array clearingFlags = {
     &Router::didPressPgDn,    &Router::didPressEnter, &Router::didPressEsc};
 
 constexpr std::array keyFlags = {
-    &Router::didPress1,       &Router::didPress2,           &Router::didPress3,            &Router::didPress4,
-    &Router::didPressComma,   &Router::didPressA,           &Router::didPressB,            &Router::didPressD,
-    &Router::didPressF,       &Router::didPressG,           &Router::didPressH,            &Router::didPressJ,
-    &Router::didPressP,       &Router::didPressM,           &Router::didPressO,            &Router::didPressQ,
-    &Router::didPressR,       &Router::didPressS,           &Router::didPressT,            &Router::didPressLeftBracket,
-    &Router::didPressRightBracket, &Router::didPressZero,   &Router::didPressPlus,         &Router::didPressMinus,
-    &Router::didPressUp,      &Router::didPressDown,        &Router::didPressLeft,         &Router::didPressRight,
-    &Router::didPressPgUp,    &Router::didPressPgDn,        &Router::didPressEnter,        &Router::didPressEsc};
+    &Router::didPress1,     &Router::didPress2,           &Router::didPress3,
+    &Router::didPress4,     &Router::didPressComma,       &Router::didPressA,
+    &Router::didPressB,     &Router::didPressD,           &Router::didPressF,
+    &Router::didPressG,     &Router::didPressH,           &Router::didPressJ,
+    &Router::didPressP,     &Router::didPressM,           &Router::didPressO,
+    &Router::didPressQ,     &Router::didPressR,           &Router::didPressS,
+    &Router::didPressT,     &Router::didPressLeftBracket, &Router::didPressRightBracket,
+    &Router::didPressZero,  &Router::didPressPlus,        &Router::didPressMinus,
+    &Router::didPressUp,    &Router::didPressDown,        &Router::didPressLeft,
+    &Router::didPressRight, &Router::didPressPgUp,        &Router::didPressPgDn,
+    &Router::didPressEnter, &Router::didPressEsc};
 
 /// A row of the commands: the first whose modifiers and key are down acts.
 struct Combination {
@@ -218,13 +221,15 @@ struct EditCommand {
   std::string_view selector;
 };
 
-constexpr std::array editCommands = {EditCommand{"x", "cut:"}, EditCommand{"c", "copy:"}, EditCommand{"v", "paste:"},
-                                     EditCommand{"a", "selectAll:"}, EditCommand{"z", "undo:"}};
+constexpr std::array editCommands = {EditCommand{"x", "cut:"}, EditCommand{"c", "copy:"},
+                                     EditCommand{"v", "paste:"}, EditCommand{"a", "selectAll:"},
+                                     EditCommand{"z", "undo:"}};
 
 }  // namespace
 
 QKKeyboardShortcutHelper::QKKeyboardShortcutHelper(Delegate& keyDelegate, platform::NSPopover& mainPopover,
-                                                   platform::NSStatusItem& statusItem, MenuHelperDelegate& menuTarget)
+                                                   platform::NSStatusItem& statusItem,
+                                                   MenuHelperDelegate& menuTarget)
     : delegate(&keyDelegate), menuBarItem(&statusItem), menuDelegate(&menuTarget), popover(&mainPopover) {
   NSEvent::addLocalMonitorForEvents(NSEvent::mask(NSEvent::EventType::flagsChanged),
                                     [this](const NSEvent& event) { return modifierKey(event); });
@@ -274,9 +279,13 @@ bool QKKeyboardShortcutHelper::isCommandControlCombo() const {
   return didPressCommand && !didPressOption && didPressControl && !didPressShift;
 }
 
-bool QKKeyboardShortcutHelper::isEasterEggView() const { return isCommandOnly() && defaults.hemingwayEnabled(); }
+bool QKKeyboardShortcutHelper::isEasterEggView() const {
+  return isCommandOnly() && defaults.hemingwayEnabled();
+}
 
-bool QKKeyboardShortcutHelper::isSideBar() const { return isCommandControlCombo() && defaults.hemingwayEnabled(); }
+bool QKKeyboardShortcutHelper::isSideBar() const {
+  return isCommandControlCombo() && defaults.hemingwayEnabled();
+}
 
 void QKKeyboardShortcutHelper::keyUp(const NSEvent& event) {
   // Any key-up repairs a modifier whose release was missed while another program had the keyboard.

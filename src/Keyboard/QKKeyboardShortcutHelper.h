@@ -11,9 +11,9 @@
 
 namespace velkin {
 
-/// Turns the keys pressed in the program's own windows into commands. It remembers which keys are down and judges
-/// each combination by that memory. What it doesn't consume goes on to the text field or the page; key-ups never
-/// do. One for the life of the process. Main thread.
+/// Turns the keys pressed in the program's own windows into commands. It remembers which keys are down and
+/// judges each combination by that memory. What it doesn't consume goes on to the text field or the page;
+/// key-ups never do. One for the life of the process. Main thread.
 class QKKeyboardShortcutHelper {
  public:
   /// All of them outlive the router. Installs the three monitors.

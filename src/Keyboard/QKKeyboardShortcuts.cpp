@@ -56,7 +56,9 @@ constexpr std::string_view optionGlyph = "⌥";
 
 const Row& row(QKKeyboardShortcuts shortcut) { return rows[static_cast<std::size_t>(shortcut)]; }
 
-bool isCapitalizedAlpha(std::string_view text) { return text.size() == 1 && text[0] >= 'A' && text[0] <= 'Z'; }
+bool isCapitalizedAlpha(std::string_view text) {
+  return text.size() == 1 && text[0] >= 'A' && text[0] <= 'Z';
+}
 
 }  // namespace
 

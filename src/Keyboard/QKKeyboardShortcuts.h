@@ -10,12 +10,14 @@ namespace velkin {
 enum class QKKeyboardShortcutCategory { global, misc, scroll, sideBar, view, navigation, window };
 
 inline constexpr std::array allQKKeyboardShortcutCategories = {
-    QKKeyboardShortcutCategory::global,  QKKeyboardShortcutCategory::misc, QKKeyboardShortcutCategory::scroll,
-    QKKeyboardShortcutCategory::sideBar, QKKeyboardShortcutCategory::view, QKKeyboardShortcutCategory::navigation,
+    QKKeyboardShortcutCategory::global, QKKeyboardShortcutCategory::misc,
+    QKKeyboardShortcutCategory::scroll, QKKeyboardShortcutCategory::sideBar,
+    QKKeyboardShortcutCategory::view,   QKKeyboardShortcutCategory::navigation,
     QKKeyboardShortcutCategory::window};
 
-/// The program's commands as they are told to the user: in the menu and in the reference of shortcuts. The keys
-/// themselves are decided by the router, which doesn't read this table; the two differ where users know it so.
+/// The program's commands as they are told to the user: in the menu and in the reference of shortcuts. The
+/// keys themselves are decided by the router, which doesn't read this table; the two differ where users know
+/// it so.
 enum class QKKeyboardShortcuts {
   keyboardShortcut,
   searchBarShortcut,
@@ -53,7 +55,8 @@ enum class QKKeyboardShortcuts {
   sideJira,
 };
 
-inline constexpr std::size_t qkKeyboardShortcutCount = static_cast<std::size_t>(QKKeyboardShortcuts::sideJira) + 1;
+inline constexpr std::size_t qkKeyboardShortcutCount =
+    static_cast<std::size_t>(QKKeyboardShortcuts::sideJira) + 1;
 
 std::string_view rawValue(QKKeyboardShortcutCategory category) noexcept;
 /// The command's label.

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
+
+#include <string>
 
 namespace velkin {
 

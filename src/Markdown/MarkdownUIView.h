@@ -8,7 +8,8 @@ namespace velkin {
 /// leads here.
 struct MarkdownUIView {
   platform::View body() const {
-    return platform::VStack({platform::Spacer(), platform::Text("Markdown").font(platform::Font::title), platform::Spacer()});
+    return platform::VStack(
+        {platform::Spacer(), platform::Text("Markdown").font(platform::Font::title), platform::Spacer()});
   }
 };
 

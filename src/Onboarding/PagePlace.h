@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "Platform/View/View.h"
+
+#include <string>
 
 namespace velkin {
 
@@ -11,7 +11,8 @@ struct PagePlace {
   std::string title;
 
   platform::View body() const {
-    return platform::VStack({platform::Spacer(), platform::Text(title).font(platform::Font::title), platform::Spacer()})
+    return platform::VStack(
+               {platform::Spacer(), platform::Text(title).font(platform::Font::title), platform::Spacer()})
         .frame({.minWidth = 384, .minHeight = 240});
   }
 };

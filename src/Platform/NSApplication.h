@@ -31,8 +31,8 @@ class NSApplication {
   /// Ends the process with this code. Nothing is saved at this moment; nothing needs to be.
   [[noreturn]] virtual void exit(int code) = 0;
 
-  /// Offers an edit action ("copy:", "selectAll:", "deleteBackward:") to what has the keyboard. True if it was
-  /// taken.
+  /// Offers an edit action ("copy:", "selectAll:", "deleteBackward:") to what has the keyboard. True if it
+  /// was taken.
   virtual bool sendAction(std::string_view selector) = 0;
 
   int addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler);

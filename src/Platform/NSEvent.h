@@ -40,8 +40,8 @@ struct NSEvent {
   /// Of a key event: what the key gives in the active layout when no modifier is held.
   std::optional<std::string> charactersIgnoringModifiers = std::nullopt;
 
-  /// Gets each event of its kinds before the windows do, and hands on what it returns: the event, or nothing if it
-  /// is to go no further.
+  /// Gets each event of its kinds before the windows do, and hands on what it returns: the event, or nothing
+  /// if it is to go no further.
   using Monitor = std::function<std::optional<NSEvent>(const NSEvent&)>;
   /// Adds a monitor behind those that are there; it lives as long as the process, or until it is removed.
   static int addLocalMonitorForEvents(std::uint64_t mask, Monitor handler);

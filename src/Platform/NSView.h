@@ -1,8 +1,8 @@
 #pragma once
 
-#include <optional>
-
 #include "Platform/Geometry.h"
+
+#include <optional>
 
 namespace platform {
 
@@ -16,8 +16,8 @@ class NSView {
   /// Gives it the keyboard.
   virtual void makeFirstResponder() = 0;
 
-  /// Puts `view` above this one: in its middle at `size`, or over all of it. A view that can't hold others ignores
-  /// it. The owner of `view` keeps it alive, or takes it out before.
+  /// Puts `view` above this one: in its middle at `size`, or over all of it. A view that can't hold others
+  /// ignores it. The owner of `view` keeps it alive, or takes it out before.
   virtual void addSubview(NSView& view, std::optional<NSSize> size) = 0;
   virtual void removeSubview(NSView& view) = 0;
 };

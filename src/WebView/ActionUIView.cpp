@@ -17,7 +17,8 @@ constexpr std::array symbols = {"chevron.left",
 
 platform::View ActionUIView::body() const {
   using namespace platform;
-  return VStack({Spacer(), Symbol(symbols[static_cast<std::size_t>(imageName)]).frame({.height = size / 2}), Spacer()})
+  return VStack({Spacer(), Symbol(symbols[static_cast<std::size_t>(imageName)]).frame({.height = size / 2}),
+                 Spacer()})
       .frame({.width = size, .height = size})
       .background({Color::Role::windowBackground, 0.85})
       .cornerRadius(10);

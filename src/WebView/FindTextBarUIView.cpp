@@ -5,7 +5,8 @@ namespace velkin {
 using namespace platform;
 
 View FindTextButton::body() const {
-  return Button(Text(text).foregroundColor(foreground), action, ButtonStyle::borderless).disabled(isDisabled);
+  return Button(Text(text).lineLimit(1).foregroundColor(foreground), action, ButtonStyle::borderless)
+      .disabled(isDisabled);
 }
 
 View FindPrevNextUIView::body() const {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <functional>
-#include <string>
-
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
+
+#include <functional>
+#include <string>
 
 namespace velkin {
 

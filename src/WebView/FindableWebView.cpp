@@ -56,24 +56,29 @@ bool FindableWebView::isMarkdownMainView() const {
 
 View FindableWebView::findBar() const {
   // Each time the bar comes, its field takes the keyboard.
-  return View(FindTextBarUIView{
-      .shouldFocus = isFind.binding(),
-      .isPrevNextButtonDisabled = isPrevNextButtonDisabled.binding(),
-      .isNotFoundTextHidden = isNotFoundTextHidden.binding(),
-      .text = text.binding(),
-      .onCommit = [self = *this] { self.searchFieldDidStartSearching(); },
-      .onChange = [self = *this](const std::string& newText) { self.textChanged(newText); },
-      .previousClicked =
-          [self = *this] { self.scripting->previousClicked(self.text.get(), *self.webView->webView); },
-      .nextClicked = [self = *this] { self.scripting->nextClicked(self.text.get(), *self.webView->webView); },
-      .onDone = [self = *this] { self.doneClicked(); },
-      .webVButtons = {}})
+  return View(
+             FindTextBarUIView{
+                 .shouldFocus = isFind.binding(),
+                 .isPrevNextButtonDisabled = isPrevNextButtonDisabled.binding(),
+                 .isNotFoundTextHidden = isNotFoundTextHidden.binding(),
+                 .text = text.binding(),
+                 .onCommit = [self = *this] { self.searchFieldDidStartSearching(); },
+                 .onChange = [self = *this](const std::string& newText) { self.textChanged(newText); },
+                 .previousClicked =
+                     [self = *this] {
+                       self.scripting->previousClicked(self.text.get(), *self.webView->webView);
+                     },
+                 .nextClicked =
+                     [self = *this] { self.scripting->nextClicked(self.text.get(), *self.webView->webView); },
+                 .onDone = [self = *this] { self.doneClicked(); },
+                 .webVButtons = {}})
       .onAppear([isFind = isFind] { isFind.set(true); });
 }
 
 View FindableWebView::findableWebView() const {
-  return filling(VStack(tight, {when(sharedState->isSearching.get() && webView.has_value(), [&] { return findBar(); }),
-                                when(webView.has_value(), [&] { return View(*webView); })}));
+  return filling(
+      VStack(tight, {when(sharedState->isSearching.get() && webView.has_value(), [&] { return findBar(); }),
+                     when(webView.has_value(), [&] { return View(*webView); })}));
 }
 
 void FindableWebView::searchFieldDidStartSearching() const {
@@ -96,7 +101,9 @@ void FindableWebView::textChanged(const std::string& newText) const {
 
 void FindableWebView::doneClicked() const {
   sharedState->isSearching.set(false);
-  if (webView) scripting->stopFinding(text.get(), *webView->webView);
+  if (!webView) return;
+  scripting->stopFinding(text.get(), *webView->webView);
+  webView->webView->makeFirstResponder();
 }
 
 Views FindableWebView::mainPlace() const {
@@ -107,16 +114,15 @@ Views FindableWebView::mainPlace() const {
 View FindableWebView::sideBySide() const {
   const platform::Frame frame{.width = sideBarSize(UserDefaultsHelper().webViewWidth(), maxSideBarWidth),
                               .maxHeight = infinity};
-  return HStack(
-      tight,
-      {sidebar(sharedState->isBarding.get(), bardWebView, frame, DividerPlace::after),
-       sidebar(sharedState->isMarking.get(), markdownView, frame, DividerPlace::before),
-       sidebar(sharedState->isChatting.get(), chatWebView, frame, DividerPlace::after),
-       sidebar(sharedState->isHemingwaying.get(), hemingwayWebView, frame, DividerPlace::before),
-       sidebar(sharedState->isBitBucketing.get(), bitBucketWebView, frame, DividerPlace::after),
-       sidebar(sharedState->isGitLabing.get(), gitLabWebView, frame, DividerPlace::before),
-       sidebar(sharedState->isJiring.get(), jiraWebView, frame, DividerPlace::before),
-       filling(VStack(tight, mainPlace()))});
+  return HStack(tight,
+                {sidebar(sharedState->isBarding.get(), bardWebView, frame, DividerPlace::after),
+                 sidebar(sharedState->isMarking.get(), markdownView, frame, DividerPlace::before),
+                 sidebar(sharedState->isChatting.get(), chatWebView, frame, DividerPlace::after),
+                 sidebar(sharedState->isHemingwaying.get(), hemingwayWebView, frame, DividerPlace::before),
+                 sidebar(sharedState->isBitBucketing.get(), bitBucketWebView, frame, DividerPlace::after),
+                 sidebar(sharedState->isGitLabing.get(), gitLabWebView, frame, DividerPlace::before),
+                 sidebar(sharedState->isJiring.get(), jiraWebView, frame, DividerPlace::before),
+                 filling(VStack(tight, mainPlace()))});
 }
 
 View FindableWebView::oneAboveTheOther() const {

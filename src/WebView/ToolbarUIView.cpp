@@ -1,9 +1,9 @@
 #include "WebView/ToolbarUIView.h"
 
-#include <array>
-
 #include "Keyboard/ShortcutLegend.h"
 #include "Markdown/MarkdownUIButton.h"
+
+#include <array>
 
 namespace velkin {
 
@@ -18,7 +18,8 @@ struct ToolbarButton {
 constexpr std::array toolbarButtons = {
     ToolbarButton{"safari", "Open In Browser (⌘O)", &MenuHelperDelegate::openClicked},
     ToolbarButton{"house.circle", "Return to Home (⌘⌃R)", &MenuHelperDelegate::homeClicked},
-    ToolbarButton{"arrow.triangle.2.circlepath.circle", "Reload Page (⌘R)", &MenuHelperDelegate::reloadClicked},
+    ToolbarButton{"arrow.triangle.2.circlepath.circle", "Reload Page (⌘R)",
+                  &MenuHelperDelegate::reloadClicked},
     ToolbarButton{"gearshape", "Appearance Setting (⌘⇧S)", &MenuHelperDelegate::appearanceClicked},
     ToolbarButton{"x.circle", "Quit (⌘Q)", &MenuHelperDelegate::quitClicked},
 };

@@ -6,8 +6,8 @@
 
 namespace velkin {
 
-/// `text` with every byte percent-encoded that may not stand as it is in an address's query. Nothing if the text
-/// isn't UTF-8.
+/// `text` with every byte percent-encoded that may not stand as it is in an address's query. Nothing if the
+/// text isn't UTF-8.
 std::optional<std::string> addingPercentEncodingForQuery(std::string_view text);
 
 }  // namespace velkin

@@ -22,7 +22,6 @@ float xalign(Alignment alignment) {
 class LabelView : public GtkRenderedView {
  public:
   explicit LabelView(const Element& element) : GtkRenderedView(gtk_label_new(nullptr)) {
-    gtk_label_set_wrap(GTK_LABEL(widget()), TRUE);
     gtk_label_set_wrap_mode(GTK_LABEL(widget()), PANGO_WRAP_WORD_CHAR);
     update(element);
   }
@@ -39,8 +38,12 @@ class LabelView : public GtkRenderedView {
                                                                     : GTK_JUSTIFY_CENTER);
     // A label of a fixed width wraps at it, rather than asking for the width of its whole text.
     gtk_label_set_max_width_chars(label, m.frame.width ? 1 : -1);
+    const bool isOneLine = m.lineLimit == 1;
+    gtk_label_set_wrap(label, !isOneLine);
     gtk_label_set_lines(label, m.lineLimit.value_or(-1));
-    gtk_label_set_ellipsize(label, m.lineLimit ? PANGO_ELLIPSIZE_END : PANGO_ELLIPSIZE_NONE);
+    // A single line without a width of its own has the width of its text.
+    const bool isCut = m.lineLimit && (!isOneLine || m.frame.width || m.frame.maxWidth);
+    gtk_label_set_ellipsize(label, isCut ? PANGO_ELLIPSIZE_END : PANGO_ELLIPSIZE_NONE);
   }
 };
 

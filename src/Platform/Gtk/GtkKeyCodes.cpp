@@ -1,8 +1,8 @@
 #include "Platform/Gtk/GtkKeyCodes.h"
 
-#include <linux/input-event-codes.h>
-
 #include <array>
+
+#include <linux/input-event-codes.h>
 
 namespace platform {
 

@@ -5,8 +5,8 @@
 
 namespace platform {
 
-/// The virtual key code of the key at a hardware position (as X11 counts: evdev's number and 8); nothing for a key
-/// that the seam has no code for.
+/// The virtual key code of the key at a hardware position (as X11 counts: evdev's number and 8); nothing for
+/// a key that the seam has no code for.
 std::optional<std::uint16_t> virtualKeyCode(unsigned hardwareKeycode);
 
 }  // namespace platform

@@ -4,11 +4,11 @@
 #include "Platform/Gtk/GtkKeyCodes.h"
 #include "Platform/NSApplication.h"
 
-#include <webkit/webkit.h>
-
 #include <array>
 #include <string>
 #include <string_view>
+
+#include <webkit/webkit.h>
 
 namespace platform {
 
@@ -53,7 +53,8 @@ std::uint32_t flagOfKey(guint keyval) {
 
 std::string characterOf(GdkDisplay* display, guint keycode, int group) {
   guint keyval = 0;
-  if (!gdk_display_translate_key(display, keycode, GdkModifierType(0), group, &keyval, nullptr, nullptr, nullptr)) {
+  if (!gdk_display_translate_key(display, keycode, GdkModifierType(0), group, &keyval, nullptr, nullptr,
+                                 nullptr)) {
     return {};
   }
   const guint32 character = gdk_keyval_to_unicode(keyval);
@@ -63,8 +64,8 @@ std::string characterOf(GdkDisplay* display, guint keycode, int group) {
   return {bytes.data(), static_cast<std::size_t>(length)};
 }
 
-/// What the key gives without modifiers. With Command, a layout of another script lends the letter of the first
-/// layout, so that Command+C copies on a Russian keyboard too.
+/// What the key gives without modifiers. With Command, a layout of another script lends the letter of the
+/// first layout, so that Command+C copies on a Russian keyboard too.
 std::string charactersIgnoringModifiers(GdkEvent* event, std::uint32_t flags) {
   GdkDisplay* display = gdk_event_get_display(event);
   const guint keycode = gdk_key_event_get_keycode(event);
@@ -92,8 +93,8 @@ GtkWidget* focusedWidget() {
 gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
   const auto gdkType = gdk_event_get_event_type(event);
   if (gdkType != GDK_KEY_PRESS && gdkType != GDK_KEY_RELEASE) return FALSE;
-  // A press that the page had no use for comes a second time, as the same object; the reference keeps its address
-  // from being that of another event.
+  // A press that the page had no use for comes a second time, as the same object; the reference keeps its
+  // address from being that of another event.
   static GdkEvent* last = nullptr;
   if (event == last) return FALSE;
   if (last != nullptr) gdk_event_unref(last);
@@ -104,7 +105,8 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   NSEvent key;
   key.modifierFlags = modifierFlags(gdk_event_get_modifier_state(event));
   // The state is that before the event.
-  if (modifier != 0) key.modifierFlags = isPress ? key.modifierFlags | modifier : key.modifierFlags & ~modifier;
+  if (modifier != 0)
+    key.modifierFlags = isPress ? key.modifierFlags | modifier : key.modifierFlags & ~modifier;
   key.keyCode = virtualKeyCode(gdk_key_event_get_keycode(event)).value_or(unknownKey);
   key.charactersIgnoringModifiers = charactersIgnoringModifiers(event, key.modifierFlags);
   if (modifier != 0) {
@@ -133,7 +135,8 @@ struct EditAction {
 constexpr std::array editActions = {
     EditAction{"cut:", "clipboard.cut", WEBKIT_EDITING_COMMAND_CUT, webkit_editor_state_is_cut_available},
     EditAction{"copy:", "clipboard.copy", WEBKIT_EDITING_COMMAND_COPY, webkit_editor_state_is_copy_available},
-    EditAction{"paste:", "clipboard.paste", WEBKIT_EDITING_COMMAND_PASTE, webkit_editor_state_is_paste_available},
+    EditAction{"paste:", "clipboard.paste", WEBKIT_EDITING_COMMAND_PASTE,
+               webkit_editor_state_is_paste_available},
     EditAction{"selectAll:", "selection.select-all", WEBKIT_EDITING_COMMAND_SELECT_ALL, nullptr},
     EditAction{"undo:", "text.undo", WEBKIT_EDITING_COMMAND_UNDO, webkit_editor_state_is_undo_available},
     EditAction{"redo:", "text.redo", WEBKIT_EDITING_COMMAND_REDO, webkit_editor_state_is_redo_available},
@@ -170,7 +173,8 @@ bool sendEditAction(const char* selector) {
     if (WEBKIT_IS_WEB_VIEW(focus)) {
       auto* view = WEBKIT_WEB_VIEW(focus);
       // Copying with nothing selected would empty the clipboard: so only what can be carried out.
-      if (action.isAvailable != nullptr && !action.isAvailable(webkit_web_view_get_editor_state(view))) return false;
+      if (action.isAvailable != nullptr && !action.isAvailable(webkit_web_view_get_editor_state(view)))
+        return false;
       webkit_web_view_execute_editing_command(view, action.engineCommand);
       return true;
     }

@@ -4,13 +4,13 @@
 
 namespace platform {
 
-/// Shows every key that goes down or up in `window` to the program's monitors first; a key that one of them keeps
-/// reaches no widget and no page. Of the keys that go on, pages get no release: neither that of an ordinary key
-/// nor that of a modifier. Main thread.
+/// Shows every key that goes down or up in `window` to the program's monitors first; a key that one of them
+/// keeps reaches no widget and no page. Of the keys that go on, pages get no release: neither that of an
+/// ordinary key nor that of a modifier. Main thread.
 void watchKeys(GtkWindow* window);
 
-/// Offers an edit action ("copy:", "deleteBackward:") to what has the keyboard in the active window. True if it was
-/// taken.
+/// Offers an edit action ("copy:", "deleteBackward:") to what has the keyboard in the active window. True if
+/// it was taken.
 bool sendEditAction(const char* selector);
 
 }  // namespace platform

@@ -76,7 +76,7 @@ GtkWidget* GtkWebView::widget() {
   if (holder_ == nullptr) {
     holder_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     g_object_ref_sink(holder_);
-    g_signal_connect_swapped(holder_, "map", G_CALLBACK(+[](GtkWebView* self) { self->engineView(); }), this);
+    g_signal_connect_swapped(holder_, "map", G_CALLBACK(+[](GtkWebView* self) { self->onMapped(); }), this);
     if (view_ != nullptr) gtk_box_append(GTK_BOX(holder_), GTK_WIDGET(view_));
   }
   return holder_;
@@ -197,7 +197,15 @@ NSRect GtkWebView::frame() const {
            static_cast<double>(gtk_widget_get_height(holder_))}};
 }
 
-void GtkWebView::makeFirstResponder() { gtk_widget_grab_focus(GTK_WIDGET(engineView())); }
+void GtkWebView::onMapped() {
+  auto* view = engineView();
+  if (std::exchange(wantsFocus_, false)) gtk_widget_grab_focus(GTK_WIDGET(view));
+}
+
+void GtkWebView::makeFirstResponder() {
+  wantsFocus_ = view_ == nullptr || !gtk_widget_get_mapped(GTK_WIDGET(view_));
+  if (!wantsFocus_) gtk_widget_grab_focus(GTK_WIDGET(view_));
+}
 
 std::optional<URL> GtkWebView::url() const { return url_; }
 

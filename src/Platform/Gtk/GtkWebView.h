@@ -51,6 +51,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   WebKitWebView* engineView();
   void addUserContent();
   void connectSignals();
+  void onMapped();
   void processTerminated(WebKitWebProcessTerminationReason reason);
 
   NSRect frame_;
@@ -64,6 +65,8 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   double zoom_ = 1;
   std::string userAgent_;
   bool allowsGestures_ = false;
+  /// The keyboard was asked for while the view wasn't on show.
+  bool wantsFocus_ = false;
   CrashReloadPolicy crashPolicy_;
   GCancellable* cancellable_ = g_cancellable_new();
 };

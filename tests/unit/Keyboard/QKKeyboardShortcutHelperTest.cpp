@@ -1,16 +1,15 @@
 #include "Keyboard/QKKeyboardShortcutHelper.h"
-
 #include "Keyboard/VirtualKeyCode.h"
 #include "Platform/DebugLog.h"
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "WebView/WebViewSwitchType.h"
 #include "unit/Keyboard/RouterModel.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <memory>
 #include <random>
+
+#include <gtest/gtest.h>
 
 namespace velkin {
 namespace {
@@ -78,8 +77,10 @@ class Recorder : public QKKeyboardShortcutHelperDelegate, public MenuHelperDeleg
 enum Modifier : unsigned { none = 0, cmd = 1, ctl = 2, shf = 4, opt = 8 };
 
 std::uint32_t bitsOf(unsigned modifiers) {
-  return ((modifiers & cmd) != 0 ? NSEvent::commandFlag : 0) | ((modifiers & ctl) != 0 ? NSEvent::controlFlag : 0) |
-         ((modifiers & shf) != 0 ? NSEvent::shiftFlag : 0) | ((modifiers & opt) != 0 ? NSEvent::optionFlag : 0);
+  return ((modifiers & cmd) != 0 ? NSEvent::commandFlag : 0) |
+         ((modifiers & ctl) != 0 ? NSEvent::controlFlag : 0) |
+         ((modifiers & shf) != 0 ? NSEvent::shiftFlag : 0) |
+         ((modifiers & opt) != 0 ? NSEvent::optionFlag : 0);
 }
 
 class RouterTest : public testing::Test {
@@ -223,7 +224,8 @@ TEST_F(RouterTest, WithoutAdditionalViewsTheirKeysGoOn) {
 }
 
 TEST_F(RouterTest, PlainLettersGoOn) {
-  for (const int code : {key::a, key::q, key::one, key::comma, key::left}) EXPECT_TRUE(press(code, none, "a"));
+  for (const int code : {key::a, key::q, key::one, key::comma, key::left})
+    EXPECT_TRUE(press(code, none, "a"));
   EXPECT_TRUE(recorder.calls.empty());
 }
 
@@ -307,7 +309,8 @@ TEST_F(RouterTest, ADigitWhoseReleaseFoundNothingToClearStaysDown) {
 TEST_F(RouterTest, AKeyUpRepairsModifiersWhoseReleaseWasMissed) {
   flags(cmd | ctl | shf | opt);
   up(key::a, none);
-  EXPECT_FALSE(router->didPressCommand || router->didPressControl || router->didPressShift || router->didPressOption);
+  EXPECT_FALSE(router->didPressCommand || router->didPressControl || router->didPressShift ||
+               router->didPressOption);
   flags(cmd | ctl);
   up(key::rightControl, cmd | ctl);
   EXPECT_TRUE(router->didPressCommand);
@@ -378,9 +381,9 @@ TEST_F(RouterTest, QuitLogsThatItIsNoEditCommand) {
   std::vector<std::string> lines;
   platform::setDebugLogSink([&](std::string_view line) { lines.emplace_back(line); });
   press(key::q, cmd, "Q");
-  EXPECT_EQ(lines, (std::vector<std::string>{
-                       "Q$: checking cut, copy, paste, undo, selectAll with q keyCode=12",
-                       "Q$: ccp oops failed with q", "Q$: Quit combo pressed!"}));
+  EXPECT_EQ(lines,
+            (std::vector<std::string>{"Q$: checking cut, copy, paste, undo, selectAll with q keyCode=12",
+                                      "Q$: ccp oops failed with q", "Q$: Quit combo pressed!"}));
 }
 
 TEST_F(RouterTest, KeysWithoutARowGoOnWithALine) {

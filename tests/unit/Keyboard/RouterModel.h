@@ -7,8 +7,8 @@
 
 namespace velkin {
 
-/// The key router once more, as slow and as literal as can be: names instead of tables of members, one test after
-/// the other. What it calls, it writes down.
+/// The key router once more, as slow and as literal as can be: names instead of tables of members, one test
+/// after the other. What it calls, it writes down.
 class RouterModel {
  public:
   bool hemingwayEnabled = false;
@@ -34,9 +34,9 @@ class RouterModel {
     if (code == 0x3B || code == 0x3E || !control) flags["Control"] = false;
     if (code == 0x37 || code == 0x36 || !command) flags["Command"] = false;
     if (code == 0x3A || code == 0x3D || !option) flags["Option"] = false;
-    for (const char* name : {"Command", "Shift", "Comma", "A", "F", "O", "P", "R", "S", "Q", "Zero", "Plus", "Minus",
-                             "Up", "Down", "Left", "Right", "B", "D", "G", "H", "J", "T", "PgUp", "PgDn", "Enter",
-                             "Esc"}) {
+    for (const char* name :
+         {"Command", "Shift", "Comma", "A", "F", "O", "P", "R", "S", "Q",    "Zero", "Plus",  "Minus", "Up",
+          "Down",    "Left",  "Right", "B", "D", "G", "H", "J", "T", "PgUp", "PgDn", "Enter", "Esc"}) {
       if (flags[name]) {
         clearKeys();
         return;
@@ -63,13 +63,16 @@ class RouterModel {
       calls.push_back("handleEsc");
       return true;
     }
-    const std::map<int, std::string> names = {
-        {0x12, "1"}, {0x13, "2"},     {0x14, "3"},     {0x15, "4"},    {0x00, "A"},           {0x0B, "B"},
-        {0x02, "D"}, {0x03, "F"},     {0x05, "G"},     {0x04, "H"},    {0x26, "J"},           {0x2E, "M"},
-        {0x1F, "O"}, {0x0C, "Q"},     {0x0F, "R"},     {0x01, "S"},    {0x11, "T"},           {0x23, "P"},
-        {0x2B, "Comma"}, {0x21, "LeftBracket"}, {0x1E, "RightBracket"}, {0x1D, "Zero"}, {0x18, "Plus"},
-        {0x1B, "Minus"}, {0x7E, "Up"}, {0x7D, "Down"}, {0x7B, "Left"}, {0x7C, "Right"},       {0x74, "PgUp"},
-        {0x79, "PgDn"}};
+    const std::map<int, std::string> names = {{0x12, "1"},     {0x13, "2"},           {0x14, "3"},
+                                              {0x15, "4"},     {0x00, "A"},           {0x0B, "B"},
+                                              {0x02, "D"},     {0x03, "F"},           {0x05, "G"},
+                                              {0x04, "H"},     {0x26, "J"},           {0x2E, "M"},
+                                              {0x1F, "O"},     {0x0C, "Q"},           {0x0F, "R"},
+                                              {0x01, "S"},     {0x11, "T"},           {0x23, "P"},
+                                              {0x2B, "Comma"}, {0x21, "LeftBracket"}, {0x1E, "RightBracket"},
+                                              {0x1D, "Zero"},  {0x18, "Plus"},        {0x1B, "Minus"},
+                                              {0x7E, "Up"},    {0x7D, "Down"},        {0x7B, "Left"},
+                                              {0x7C, "Right"}, {0x74, "PgUp"},        {0x79, "PgDn"}};
     if (names.count(code) != 0) {
       flags[names.at(code)] = true;
     } else if ((code == 0x4C || code == 0x24) && experimentalEnabled && !isSearchBarOpen) {
