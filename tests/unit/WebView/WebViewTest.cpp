@@ -96,8 +96,8 @@ TEST_F(WebViewTest, FramesHaveTheSizeOfTheFirstRead) {
 }
 
 TEST_F(WebViewTest, OneOfTheFactoriesBeginsTheLoadAndTheOthersDont) {
-  helper.getWKWebView(gitlab);
-  EXPECT_EQ(desktop.webViews.back()->loads.size(), 1U);
+  const auto loading = helper.getWKWebView(gitlab);
+  EXPECT_EQ(dynamic_cast<platform::HeadlessWebView&>(*loading).loads.size(), 1U);
   EXPECT_TRUE(engineOf(helper.getWebUIView(gitlab)).loads.empty());
   const auto wrapped = helper.getWrappedWebView(gitlab);
   EXPECT_TRUE(dynamic_cast<platform::HeadlessWebView&>(*wrapped.webView).loads.empty());
