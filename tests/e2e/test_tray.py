@@ -112,6 +112,19 @@ class NoTray(VelkinTestCase):
         waitFor("the popover to close", lambda: not self.wide(), 10, self.describeWindows)
         self.assertTrue(first.running())
 
+    def testActivationOverTheBusOpensAndClosesThePopover(self):
+        self.home.settled()
+        velkin = self.start(wait=False)
+        waitFor("the program to take its name", self.nameIsTaken, 20, velkin.errorText)
+        waitFor("a notice that there is no tray", self.desktop.windows, 20)
+        self.activateOverTheBus()
+        waitFor("the popover", self.wide, 20, self.describeWindows)
+        self.activateOverTheBus()
+        waitFor("the popover to close", lambda: not self.wide(), 10, self.describeWindows)
+
+    def activateOverTheBus(self):
+        self.session.call("com.tarnvale.Velkin", "/com/tarnvale/Velkin", "org.freedesktop.Application.Activate", "{}")
+
     def wide(self):
         """The popover, which is told from the notice by its size."""
         found = [w for w in self.desktop.windows() if w.width >= 600 and w.height >= 600 and not w.overrideRedirect]
