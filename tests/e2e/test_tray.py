@@ -62,6 +62,14 @@ class Tray(VelkinTestCase):
         self.clickMenuItem(velkin, "Quit")
         self.assertEqual(velkin.waitForEnd(), 0)
 
+    def testTheDesktopEntrysActionsWork(self):
+        velkin = self.startOnChat()
+        for action, wanted in (("open", True), ("open", False)):
+            self.session.output("gapplication", "action", "com.tarnvale.Velkin", action)
+            waitFor("the popover to follow", lambda: bool(self.popover()) is wanted, 10, self.describeWindows)
+        self.session.output("gapplication", "action", "com.tarnvale.Velkin", "quit", check=False)
+        self.assertEqual(velkin.waitForEnd(), 0)
+
     def testRightClickHoldsTheOpenPopover(self):
         velkin = self.startOnChat()
         self.openPopover(velkin)
