@@ -43,7 +43,8 @@ class TraySession(unittest.TestCase):
         for number in (None, signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(signal=number):
                 # A command that starts something of its own, and does not wait for it.
-                process = self.start("sh", "-c", "sleep 1000 & echo $VELKIN_SESSION; " + ("sleep 1000" if number else ""))
+                wait = "sleep 1000" if number else ""
+                process = self.start("sh", "-c", f"sleep 1000 & echo $VELKIN_SESSION; {wait}")
                 folder = process.stdout.readline().strip()
                 self.assertTrue(folder)
                 if number:

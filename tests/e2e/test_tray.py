@@ -62,6 +62,14 @@ class Tray(VelkinTestCase):
         self.clickMenuItem(velkin, "Quit")
         self.assertEqual(velkin.waitForEnd(), 0)
 
+    def testTheDesktopEntrysActionsWork(self):
+        velkin = self.startOnChat()
+        for action, wanted in (("open", True), ("open", False)):
+            self.session.output("gapplication", "action", "com.tarnvale.Velkin", action)
+            waitFor("the popover to follow", lambda: bool(self.popover()) is wanted, 10, self.describeWindows)
+        self.session.output("gapplication", "action", "com.tarnvale.Velkin", "quit", check=False)
+        self.assertEqual(velkin.waitForEnd(), 0)
+
     def testRightClickHoldsTheOpenPopover(self):
         velkin = self.startOnChat()
         self.openPopover(velkin)
@@ -111,6 +119,19 @@ class NoTray(VelkinTestCase):
         self.assertEqual(self.start(wait=False).waitForEnd(), 0)
         waitFor("the popover to close", lambda: not self.wide(), 10, self.describeWindows)
         self.assertTrue(first.running())
+
+    def testActivationOverTheBusOpensAndClosesThePopover(self):
+        self.home.settled()
+        velkin = self.start(wait=False)
+        waitFor("the program to take its name", self.nameIsTaken, 20, velkin.errorText)
+        waitFor("a notice that there is no tray", self.desktop.windows, 20)
+        self.activateOverTheBus()
+        waitFor("the popover", self.wide, 20, self.describeWindows)
+        self.activateOverTheBus()
+        waitFor("the popover to close", lambda: not self.wide(), 10, self.describeWindows)
+
+    def activateOverTheBus(self):
+        self.session.call("com.tarnvale.Velkin", "/com/tarnvale/Velkin", "org.freedesktop.Application.Activate", "{}")
 
     def wide(self):
         """The popover, which is told from the notice by its size."""

@@ -26,6 +26,16 @@ GtkApplicationHost::GtkApplicationHost()
                            G_CALLBACK(+[](GtkApplicationHost* self) { self->launched(); }), this);
   g_signal_connect_swapped(application_, "activate",
                            G_CALLBACK(+[](GtkApplicationHost* self) { self->activated(); }), this);
+  // Those that the desktop entry offers in the program's menu.
+  constexpr GActionEntry actions[] = {
+      {"open",
+       [](GSimpleAction*, GVariant*, gpointer self) {
+         static_cast<GtkApplicationHost*>(self)->delegate_->applicationDidReopen();
+       }},
+      {"quit",
+       [](GSimpleAction*, GVariant*, gpointer self) { static_cast<GtkApplicationHost*>(self)->quit(); }},
+  };
+  g_action_map_add_action_entries(G_ACTION_MAP(application_), actions, G_N_ELEMENTS(actions), this);
 }
 
 GtkApplicationHost::~GtkApplicationHost() {
@@ -39,14 +49,17 @@ int GtkApplicationHost::run(NSApplicationDelegate& delegate) {
     g_unix_signal_add(
         signal,
         [](gpointer self) -> gboolean {
-          auto* host = static_cast<GtkApplicationHost*>(self);
-          host->delegate_->applicationWillTerminate();
-          host->exit(0);
+          static_cast<GtkApplicationHost*>(self)->quit();
           return G_SOURCE_REMOVE;
         },
         this);
   }
   return g_application_run(application_, 0, nullptr);
+}
+
+void GtkApplicationHost::quit() {
+  delegate_->applicationWillTerminate();
+  exit(0);
 }
 
 void GtkApplicationHost::exit(int code) {

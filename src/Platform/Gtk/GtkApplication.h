@@ -30,6 +30,7 @@ class GtkApplicationHost : public NSApplication {
  private:
   void launched();
   void activated();
+  void quit();
   bool becomeTheOnlyProcessWithoutBus();
 
   GApplication* application_;
