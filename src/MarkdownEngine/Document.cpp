@@ -61,7 +61,7 @@ bool Document::readFragment(HtmlWriter* writer) {
   // The first two characters choose the element; whether it stands there is its own business.
   if (reader_.isAtNumber()) return readFragmentOf<List>(writer);
   const char byte = reader_.string()[reader_.currentIndex()];
-  if (!reader_.isAt(byte)) return readFragmentOf<Paragraph>(writer);
+  if (!isAscii(byte) || !reader_.isAt(byte)) return readFragmentOf<Paragraph>(writer);
   switch (byte) {
     case '#':
       return readFragmentOf<Heading>(writer);
