@@ -32,7 +32,7 @@ void HtmlWriter::makeRoom(std::size_t sourcePosition) {
   if (html_.capacity() - size() >= enough) return;
   // What is still to be written is told by what was: the string then grows once instead of by doubling.
   constexpr std::size_t leastGrowth = 8;
-  constexpr std::size_t mostGrowth = 3;
+  constexpr std::size_t mostGrowth = 4;
   const std::size_t capacity = html_.capacity() + enough;
   const double written =
       static_cast<double>(sourcePosition + 1) / static_cast<double>(context_.content.source.size() + 1);
