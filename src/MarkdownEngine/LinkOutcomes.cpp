@@ -63,9 +63,9 @@ bool LinkOutcomes::isLink(std::size_t opener) {
         const auto target = Link::Target::readAt(text_, index, searches_);
         if (!target) return fail();
         if (innerLinks == 0) return true;
-        closeInner(target->linkEnd);
+        closeInner(target->linkEnd());
         --innerLinks;
-        elementEnd = target->linkEnd;
+        elementEnd = target->linkEnd();
         break;
       }
       case '[':
