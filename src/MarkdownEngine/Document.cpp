@@ -21,6 +21,7 @@ std::string Document::html() {
   const bool isReadTwice = !options_.modifiers.isEmpty();
   if (isReadTwice) {
     read(nullptr);
+    areURLsKnown_ = true;
     reader_.moveToIndex(0);
     hasFragments_ = false;
     metadata_.reset();
@@ -53,7 +54,8 @@ bool Document::readMetadata() {
 bool Document::readURLDeclaration() {
   auto declaration = readOrRewind<URLDeclaration>(reader_, content_);
   if (!declaration) return false;
-  urls_.insert(std::move(declaration->name), declaration->url);
+  // In the second reading all of them are known; an earlier one must not come back.
+  if (!areURLsKnown_) urls_.insert(std::move(declaration->name), declaration->url);
   return true;
 }
 

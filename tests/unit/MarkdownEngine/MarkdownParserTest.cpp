@@ -87,6 +87,11 @@ TEST(Modifiers, seeTheFinishedHtmlAndTheMarkdown) {
             "<p>{<a href=\"u\">a {<code>&lt;</code>|`<`}</a>|[a `<`][r]}</p>");
 }
 
+TEST(Modifiers, seeTheLastDeclarationOfAName) {
+  const MarkdownParser parser({wrapping(Modifier::Target::links, "!")});
+  EXPECT_EQ(parser.html("[r]: u\n[x][r]\n\n[r]: v"), "<p>!<a href=\"v\">x</a>!</p>");
+}
+
 TEST(Modifiers, reachEachElement) {
   const std::string document =
       "> a\n\n```\nb\n```\n# c\n---\n<d/>\n\n![e](f)\n\n`g` [h](i)\n\n- j\n  - k\n\n| l |\n";
