@@ -1,13 +1,10 @@
 #pragma once
 
-#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
 
-/// What the program has taken from the heap; the bench replaces the global operators to know it.
-namespace memory {
-
-[[nodiscard]] std::size_t liveBytes() noexcept;
-[[nodiscard]] std::size_t peakBytes() noexcept;
-/// Lets the peak begin again at what is live.
-void resetPeak() noexcept;
-
-}  // namespace memory
+/// The resident memory that the engine takes at its peak for a text beside the text itself, its result
+/// included, in bytes for each byte of input. It is measured in a process of its own, before whose
+/// measurement nothing large was freed.
+[[nodiscard]] std::optional<double> peakMemoryPerInputByte(const std::function<std::string()>& makeText);

@@ -1,10 +1,10 @@
 #include "Throughput.h"
 
+#include "CpuTime.h"
 #include "MarkdownEngine/MarkdownParser.h"
 #include "Memory.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 
@@ -13,16 +13,14 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 /// Runs in turn, so that what else the machine does meets all of them alike.
 constexpr int rounds = 15;
 
 template <typename Convert>
 double secondsFor(Convert convert) {
-  const auto start = Clock::now();
+  const double start = cpuSeconds();
   convert();
-  return std::chrono::duration<double>(Clock::now() - start).count();
+  return cpuSeconds() - start;
 }
 
 std::string withMd4c(const std::string& text) {
@@ -39,7 +37,9 @@ std::string withMd4c(const std::string& text) {
 
 }  // namespace
 
-void compareThroughput(const std::string& name, const std::string& text) {
+void compareThroughput(const std::string& name, const std::function<std::string()>& makeText) {
+  const auto peak = peakMemoryPerInputByte(makeText);
+  const std::string text = makeText();
   const markdown::MarkdownParser parser;
   double engine = 1e9;
   double md4c = 1e9;
@@ -52,16 +52,13 @@ void compareThroughput(const std::string& name, const std::string& text) {
                        std::free(cmark_markdown_to_html(text.data(), text.size(), CMARK_OPT_UNSAFE));
                      }));
   }
-  memory::resetPeak();
-  const std::size_t before = memory::liveBytes();
-  static_cast<void>(parser.html(text));
-  const std::size_t peak = memory::peakBytes() - before;
-
   const double megabytes = static_cast<double>(text.size()) / 1e6;
   std::printf("%-24s %8.2f MB -> %8.2f MB\n", name.c_str(), megabytes, static_cast<double>(written) / 1e6);
   std::printf("  engine %8.1f MB/s\n", megabytes / engine);
   std::printf("  md4c   %8.1f MB/s   engine/md4c  %5.2f\n", megabytes / md4c, md4c / engine);
   std::printf("  cmark  %8.1f MB/s   engine/cmark %5.2f\n", megabytes / cmark, cmark / engine);
-  std::printf("  peak memory of the engine, result included: %.2f bytes for each byte of input\n\n",
-              static_cast<double>(peak) / static_cast<double>(text.size()));
+  if (peak)
+    std::printf("  peak memory of the engine, its result included: %.2f bytes for each byte of input\n",
+                *peak);
+  std::printf("\n");
 }

@@ -144,6 +144,8 @@ struct Content {
   GrowingArray<OpenList> openLists;
   /// What the text parser keeps of the texts around a link's; here so that its memory is used again.
   GrowingArray<OpenText> openTexts;
+  /// The components that hold the markers of all open styles.
+  GrowingArray<std::size_t> activeMarkers;
 };
 
 [[nodiscard]] std::uint64_t packed(const TextStyleMarker& marker) noexcept;

@@ -21,6 +21,7 @@ std::string Document::html() {
   const bool isReadTwice = !options_.modifiers.isEmpty();
   if (isReadTwice) {
     read(nullptr);
+    areURLsKnown_ = true;
     reader_.moveToIndex(0);
     hasFragments_ = false;
     metadata_.reset();
@@ -53,7 +54,8 @@ bool Document::readMetadata() {
 bool Document::readURLDeclaration() {
   auto declaration = readOrRewind<URLDeclaration>(reader_, content_);
   if (!declaration) return false;
-  urls_.insert(std::move(declaration->name), declaration->url);
+  // In the second reading all of them are known; an earlier one must not come back.
+  if (!areURLsKnown_) urls_.insert(std::move(declaration->name), declaration->url);
   return true;
 }
 
@@ -61,7 +63,7 @@ bool Document::readFragment(HtmlWriter* writer) {
   // The first two characters choose the element; whether it stands there is its own business.
   if (reader_.isAtNumber()) return readFragmentOf<List>(writer);
   const char byte = reader_.string()[reader_.currentIndex()];
-  if (!reader_.isAt(byte)) return readFragmentOf<Paragraph>(writer);
+  if (!isAscii(byte) || !reader_.isAt(byte)) return readFragmentOf<Paragraph>(writer);
   switch (byte) {
     case '#':
       return readFragmentOf<Heading>(writer);

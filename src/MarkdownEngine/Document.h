@@ -64,6 +64,7 @@ class Document {
   Content content_;
   Reader reader_;
   bool hasFragments_ = false;
+  bool areURLsKnown_ = false;
   NamedURLCollection urls_;
   std::optional<Metadata> metadata_;
   std::shared_ptr<TitleStorage> title_;

@@ -198,7 +198,7 @@ void FormattedTextParser::openLink(std::size_t bracket, Kind kind) {
     return;
   }
   addPendingText();
-  content_.openTexts.push_back({terminators_, styles_, content_.components.size()});
+  content_.openTexts.push_back({content_.components.size(), terminators_, styles_});
   content_.add(kind, index_, content_.links.size());
   content_.links.push_back({index_, {}});
   terminators_ = Terminators::closingBracket;
@@ -217,7 +217,7 @@ void FormattedTextParser::closeLink() {
   content_.add(start.kind == Kind::linkStart ? Kind::linkEnd : Kind::imageEnd, index_, start.extra);
   terminators_ = around.terminators;
   styles_ = around.styles;
-  skipTo(link.target.linkEnd);
+  skipTo(link.target.linkEnd());
 }
 
 void FormattedTextParser::parseStyleMarker() {
@@ -234,7 +234,8 @@ void FormattedTextParser::parseStyleMarker() {
     closeStyle(*read);
   } else {
     styles_.styles |= ActiveStyles::bit(read->style);
-    styles_.markers[styles_.count++] = content_.components.size();
+    ++styles_.count;
+    content_.activeMarkers.push_back(content_.components.size());
   }
   content_.add(Kind::styleMarker, begin, packed(*read));
   pendingStart_ = index_;
@@ -249,7 +250,9 @@ void FormattedTextParser::closeStyle(TextStyleMarker& closing) {
   }
   closing.kind = TextStyleMarker::Kind::closing;
   while (styles_.count > 0) {
-    const std::size_t component = styles_.markers[--styles_.count];
+    const std::size_t component = content_.activeMarkers.back();
+    content_.activeMarkers.pop_back();
+    --styles_.count;
     TextStyleMarker opening = marker(component);
     styles_.styles &= static_cast<std::uint8_t>(~ActiveStyles::bit(opening.style));
     if (opening.style == closing.style) return;
@@ -262,17 +265,19 @@ void FormattedTextParser::handleUnterminatedStyleMarkers() {
   using LeftOver = TextStyleMarker::LeftOver;
   if (styles_.count == 0) return;
   constexpr std::size_t absent = ~std::size_t{0};
+  const std::size_t firstMarker = content_.activeMarkers.size() - styles_.count;
+  const auto component = [&](std::size_t i) { return content_.activeMarkers[firstMarker + i]; };
   std::size_t bold = absent;
   std::size_t italic = absent;
   for (std::size_t i = 0; i < styles_.count; ++i) {
-    const TextStyle style = marker(styles_.markers[i]).style;
+    const TextStyle style = marker(component(i)).style;
     if (style == TextStyle::bold) bold = i;
     if (style == TextStyle::italic) italic = i;
   }
   bool isRescued = false;
   if (bold != absent && italic != absent) {
-    const std::size_t first = styles_.markers[std::min(bold, italic)];
-    const std::size_t second = styles_.markers[std::max(bold, italic)];
+    const std::size_t first = component(std::min(bold, italic));
+    const std::size_t second = component(std::max(bold, italic));
     TextStyleMarker opening = marker(first);
     TextStyleMarker closing = marker(second);
     isRescued = content_.components[second].begin != content_.components[first].begin + opening.length;
@@ -287,10 +292,11 @@ void FormattedTextParser::handleUnterminatedStyleMarkers() {
   }
   for (std::size_t i = 0; i < styles_.count; ++i) {
     if (isRescued && (i == bold || i == italic)) continue;
-    TextStyleMarker unterminated = marker(styles_.markers[i]);
+    TextStyleMarker unterminated = marker(component(i));
     unterminated.isValid = false;
-    setMarker(styles_.markers[i], unterminated);
+    setMarker(component(i), unterminated);
   }
+  content_.activeMarkers.truncate(firstMarker);
   styles_ = {};
 }
 

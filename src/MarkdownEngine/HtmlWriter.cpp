@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 
 namespace markdown {
 namespace {
@@ -32,7 +31,7 @@ void HtmlWriter::makeRoom(std::size_t sourcePosition) {
   if (html_.capacity() - size() >= enough) return;
   // What is still to be written is told by what was: the string then grows once instead of by doubling.
   constexpr std::size_t leastGrowth = 8;
-  constexpr std::size_t mostGrowth = 3;
+  constexpr std::size_t mostGrowth = 4;
   const std::size_t capacity = html_.capacity() + enough;
   const double written =
       static_cast<double>(sourcePosition + 1) / static_cast<double>(context_.content.source.size() + 1);
@@ -169,7 +168,7 @@ void HtmlWriter::endLink(const Component& component) {
   starts_.pop_back();
   const Link& link = context_.content.links[component.extra];
   const std::string_view markdown =
-      context_.content.source.substr(link.begin, link.target.linkEnd - link.begin);
+      context_.content.source.substr(link.begin, link.target.linkEnd() - link.begin);
   if (component.kind == Component::Kind::linkEnd) {
     write("</a>");
     applyModifiers(Link::modifierTarget, start.link, markdown);
@@ -187,12 +186,13 @@ void HtmlWriter::endLink(const Component& component) {
 
 void HtmlWriter::writeAddress(const Link& link) {
   const std::string_view target = context_.content.url(link);
-  if (link.target.kind == Link::Target::Kind::url) {
+  if (!link.target.isReference) {
     write(target);
   } else if (context_.urls != nullptr) {
     write(declared(target, *context_.urls));
   } else {
-    openAddresses_.push_back({size(), target});
+    openAddresses_.push_back({size(), target.size()});
+    write(target);
   }
 }
 
@@ -202,27 +202,27 @@ std::string_view HtmlWriter::declared(std::string_view name, const NamedURLColle
 }
 
 std::string HtmlWriter::take(const NamedURLCollection& urls) && {
-  if (openAddresses_.empty()) return std::move(html_);
-  std::size_t length = size();
+  if (openAddresses_.empty() || urls.isEmpty()) return std::move(html_);
   GrowingArray<std::string_view> addresses;
+  std::size_t length = size();
   for (const OpenAddress& open : openAddresses_) {
-    addresses.push_back(declared(open.name, urls));
-    length += addresses.back().size();
+    const std::string_view name = html(open.position).substr(0, open.nameLength);
+    const std::string_view address = declared(name, urls);
+    // A name that stays is a view on the string that is about to change.
+    const bool isDeclared = address.data() != name.data();
+    addresses.push_back(isDeclared ? address : std::string_view());
+    if (isDeclared) length += address.size() - name.size();
   }
-  // From the end backwards each piece moves to its place once, within the one string.
-  std::size_t end = size();
-  html_.resize(length);
-  std::size_t to = length;
-  for (std::size_t i = addresses.size(); i > 0; --i) {
-    const std::size_t start = openAddresses_[i - 1].position;
-    to -= end - start;
-    std::memmove(html_.data() + to, html_.data() + start, end - start);
-    end = start;
-    const std::string_view address = addresses[i - 1];
-    to -= address.size();
-    address.copy(html_.data() + to, address.size());
+  std::string resolved;
+  resolved.reserve(length);
+  std::size_t start = 0;
+  for (std::size_t i = 0; i < addresses.size(); ++i) {
+    if (addresses[i].data() == nullptr) continue;
+    resolved.append(html_, start, openAddresses_[i].position - start).append(addresses[i]);
+    start = openAddresses_[i].position + openAddresses_[i].nameLength;
   }
-  return std::move(html_);
+  resolved.append(html_, start);
+  return resolved;
 }
 
 void HtmlWriter::applyModifiers(Modifier::Target target, std::size_t start, std::string_view markdown) {

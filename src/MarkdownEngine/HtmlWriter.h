@@ -16,7 +16,7 @@ class HtmlWriter {
  public:
   struct Context {
     const Content& content;
-    /// The declared addresses, if all of them are known. Otherwise their places stay open.
+    /// The declared addresses, if all of them are known. Otherwise names stand for them until the end.
     const NamedURLCollection* urls;
     const ModifierCollection& modifiers;
     const BlockquoteFrame& blockquoteFrame;
@@ -29,7 +29,7 @@ class HtmlWriter {
   [[nodiscard]] std::string_view html(std::size_t from) const noexcept {
     return std::string_view(html_).substr(from);
   }
-  /// What was written, with the addresses put where their places were left open.
+  /// What was written, with the declared addresses in the places of their names.
   [[nodiscard]] std::string take(const NamedURLCollection& urls) &&;
 
   void write(std::string_view html) { html_.append(html); }
@@ -60,10 +60,10 @@ class HtmlWriter {
   Context context_;
   std::string html_;
   std::size_t allowance_;
-  /// A place in the HTML where the address of this name belongs.
+  /// A place in the HTML where a name stands that may turn out to be that of an address.
   struct OpenAddress {
     std::size_t position;
-    std::string_view name;
+    std::size_t nameLength;
   };
   GrowingArray<OpenAddress> openAddresses_;
   /// Where the links begin that are being written: the whole, and the start of an image's description.

@@ -3,6 +3,11 @@
 #include "MarkdownEngine/GraphemeClusters.h"
 
 namespace markdown {
+namespace {
+
+constexpr std::size_t maxPosition = ~std::size_t{0} >> 1;
+
+}  // namespace
 
 std::optional<Link::Target> Link::Target::readAt(std::string_view text, std::size_t closingBracket,
                                                  InlineSearches& searches) {
@@ -12,7 +17,11 @@ std::optional<Link::Target> Link::Target::readAt(std::string_view text, std::siz
   const std::size_t begin = opener + 1;
   const auto end = isUrl ? searches.parentheses.findClosing(begin) : searches.brackets.find(begin);
   if (!end) return std::nullopt;
-  return Target{isUrl ? Kind::url : Kind::reference, begin, *end, *end + 1};
+  Target target;
+  target.begin = begin;
+  target.end = *end & maxPosition;
+  target.isReference = isUrl ? 0 : 1;
+  return target;
 }
 
 }  // namespace markdown

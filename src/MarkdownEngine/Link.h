@@ -17,17 +17,16 @@ struct Link {
   /// What stands behind the link's text: "(url)", with balanced parentheses, or "[name]" of a declared
   /// address.
   struct Target {
-    enum class Kind { url, reference };
-
     /// `closingBracket` is the position of the "]" that ends the link's text.
     [[nodiscard]] static std::optional<Target> readAt(std::string_view text, std::size_t closingBracket,
                                                       InlineSearches& searches);
 
-    Kind kind = Kind::url;
-    std::size_t begin = 0;
-    std::size_t end = 0;
     /// Behind the whole link.
-    std::size_t linkEnd = 0;
+    [[nodiscard]] std::size_t linkEnd() const noexcept { return end + 1; }
+
+    std::size_t begin = 0;
+    std::size_t end : 63 = 0;
+    std::size_t isReference : 1 = 0;
   };
 
   /// Where the "[" stands, or the "!" of an image.

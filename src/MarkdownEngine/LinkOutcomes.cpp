@@ -20,13 +20,15 @@ constexpr ByteSet linkTextStops{"[]!`<&\n\v\f\r\xC2\xE2"};
 
 bool LinkOutcomes::isLink(std::size_t opener) {
   if (failedOpeners_.contains(opener)) return false;
-  outermost_ = opener;
-  innerLinks_ = 0;
+  openers_.clear();
+  newlines_.clear();
+  openers_.push(opener);
+  std::size_t innerLinks = 0;
   BlankCounter blanks(opener + 1);
   std::size_t index = opener + 1;
   while (true) {
     index = linkTextStops.find(text_.data(), index, text_.size());
-    if (index == text_.size()) return fail(index);
+    if (index == text_.size()) return fail();
     const char byte = text_[index];
     if (!isAscii(byte) || (byte >= '\n' && byte <= '\r')) {
       const auto newline = graphemes::whitespaceAtScalar(text_, index);
@@ -34,17 +36,18 @@ bool LinkOutcomes::isLink(std::size_t opener) {
         ++index;
         continue;
       }
-      if (newline.end == text_.size() || failedNewlines_.contains(index)) return fail(index);
+      if (newline.end == text_.size() || failedNewlines_.contains(index)) return fail();
       const auto known = linkEndsByNewline_.find(index);
       if (known != linkEndsByNewline_.end()) {
-        if (innerLinks_ == 0) return succeed(index);
-        closeInner(index, known->second);
+        if (innerLinks == 0) return true;
+        closeInner(known->second);
+        --innerLinks;
         index = known->second;
         continue;
       }
       blanks.countBefore(text_, index);
-      if (!blanks.breaksLine(text_, index) && beginsBlock(text_, newline.end)) return fail(index);
-      newlines_.insert(index);
+      if (!blanks.breaksLine(text_, index) && beginsBlock(text_, newline.end)) return fail();
+      newlines_.push(index);
       index = newline.end;
       blanks.passNewline(index);
       continue;
@@ -58,19 +61,20 @@ bool LinkOutcomes::isLink(std::size_t opener) {
       case ']': {
         if (isBehindBackslash(text_, index)) break;
         const auto target = Link::Target::readAt(text_, index, searches_);
-        if (!target) return fail(index);
-        if (innerLinks_ == 0) return succeed(index);
-        closeInner(index, target->linkEnd);
-        elementEnd = target->linkEnd;
+        if (!target) return fail();
+        if (innerLinks == 0) return true;
+        closeInner(target->linkEnd());
+        --innerLinks;
+        elementEnd = target->linkEnd();
         break;
       }
       case '[':
       case '!': {
         const std::size_t bracket = byte == '[' ? index : index + 1;
         if (!isCharacter(text_, bracket, '[') || isBehindBackslash(text_, index)) break;
-        if (failedOpeners_.contains(bracket)) return fail(index);
-        openers_.insert(bracket);
-        ++innerLinks_;
+        if (failedOpeners_.contains(bracket)) return fail();
+        openers_.push(bracket);
+        ++innerLinks;
         elementEnd = bracket + 1;
         break;
       }
@@ -81,7 +85,7 @@ bool LinkOutcomes::isLink(std::size_t opener) {
         }
         break;
       case '<':
-        if (index + 1 == text_.size() || stopsText(text_, index)) return fail(index);
+        if (index + 1 == text_.size() || stopsText(text_, index)) return fail();
         if (!isBehindBackslash(text_, index)) elementEnd = searches_.html.findEnd(index);
         break;
       default:
@@ -93,25 +97,16 @@ bool LinkOutcomes::isLink(std::size_t opener) {
   }
 }
 
-void LinkOutcomes::closeInner(std::size_t index, std::size_t linkEnd) {
-  const std::size_t opener = *openers_.last(outermost_, index);
-  while (const auto newline = newlines_.last(opener, index)) {
-    linkEndsByNewline_[*newline] = linkEnd;
-    newlines_.erase(*newline);
+void LinkOutcomes::closeInner(std::size_t linkEnd) {
+  for (; !newlines_.isEmpty() && newlines_.top() > openers_.top(); newlines_.pop()) {
+    linkEndsByNewline_[newlines_.top()] = linkEnd;
   }
-  openers_.erase(opener);
-  --innerLinks_;
+  openers_.pop();
 }
 
-bool LinkOutcomes::succeed(std::size_t index) {
-  while (const auto newline = newlines_.last(outermost_, index)) newlines_.erase(*newline);
-  return true;
-}
-
-bool LinkOutcomes::fail(std::size_t index) {
-  failedOpeners_.insert(outermost_);
-  if (innerLinks_ > 0) failedOpeners_.takeOver(openers_, outermost_, index);
-  failedNewlines_.takeOver(newlines_, outermost_, index);
+bool LinkOutcomes::fail() {
+  for (; !openers_.isEmpty(); openers_.pop()) failedOpeners_.insert(openers_.top());
+  for (; !newlines_.isEmpty(); newlines_.pop()) failedNewlines_.insert(newlines_.top());
   return false;
 }
 

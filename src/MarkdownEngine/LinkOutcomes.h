@@ -2,6 +2,7 @@
 
 #include "MarkdownEngine/InlineSearches.h"
 #include "MarkdownEngine/PositionSet.h"
+#include "MarkdownEngine/PositionStack.h"
 
 #include <cstddef>
 #include <string_view>
@@ -19,33 +20,24 @@ namespace markdown {
 class LinkOutcomes {
  public:
   LinkOutcomes(std::string_view text, InlineSearches& searches)
-      : text_(text),
-        searches_(searches),
-        failedOpeners_(text.size()),
-        failedNewlines_(text.size()),
-        openers_(text.size()),
-        newlines_(text.size()) {}
+      : text_(text), searches_(searches), failedOpeners_(text.size()), failedNewlines_(text.size()) {}
 
   /// `opener` is the position of a character "[".
   [[nodiscard]] bool isLink(std::size_t opener);
 
  private:
-  /// Drops the link opened last from the path, as it ends at `linkEnd`.
-  void closeInner(std::size_t index, std::size_t linkEnd);
-  bool succeed(std::size_t index);
-  bool fail(std::size_t index);
+  /// Drops the link opened last, which ends at `linkEnd`, and remembers the outcome for its newlines.
+  void closeInner(std::size_t linkEnd);
+  bool fail();
 
   std::string_view text_;
   InlineSearches& searches_;
   PositionSet failedOpeners_;
   PositionSet failedNewlines_;
   std::unordered_map<std::size_t, std::size_t> linkEndsByNewline_;
-  /// The path of the walk: the links that are open, and the newlines that were passed in their texts. What
-  /// belongs to a link that is closed is dropped, so the last of each is always the innermost link's.
-  PositionSet openers_;
-  PositionSet newlines_;
-  std::size_t outermost_ = 0;
-  std::size_t innerLinks_ = 0;
+  /// The links that are open, and the newlines that were passed in their texts.
+  PositionStack openers_;
+  PositionStack newlines_;
 };
 
 }  // namespace markdown

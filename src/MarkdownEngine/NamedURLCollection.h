@@ -13,6 +13,8 @@ class NamedURLCollection {
  public:
   /// A later declaration of a name replaces an earlier one. `name` is in lower case.
   void insert(std::string name, std::string_view url) { urlsByName_.insert_or_assign(std::move(name), url); }
+  [[nodiscard]] bool isEmpty() const noexcept { return urlsByName_.empty(); }
+  /// The address of a name in any case.
   [[nodiscard]] std::optional<std::string_view> url(std::string_view name) const;
 
  private:

@@ -2,7 +2,6 @@
 
 #include "MarkdownEngine/TextStyle.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -15,10 +14,9 @@ enum class Terminators : std::uint8_t { none = 0, lineFeed = 1, closingBracket =
   return (static_cast<unsigned>(set) & static_cast<unsigned>(member)) != 0;
 }
 
-/// The styles that are open in a text, in the order of their opening. Each style is open at most once.
+/// The styles that are open in a text, in the order of their opening. Each is open at most once. The
+/// components that hold their markers stand on a stack that the texts in one another share.
 struct ActiveStyles {
-  /// The indices of the components that hold the markers.
-  std::array<std::size_t, textStyleCount> markers{};
   std::uint8_t count = 0;
   std::uint8_t styles = 0;
 
@@ -30,10 +28,11 @@ struct ActiveStyles {
 
 /// A text whose reading waits for a link in it.
 struct OpenText {
-  Terminators terminators;
-  ActiveStyles styles;
   /// The index of the component that starts the link.
   std::size_t linkStart;
+  Terminators terminators;
+  ActiveStyles styles;
 };
+static_assert(sizeof(OpenText) == 16);
 
 }  // namespace markdown

@@ -10,8 +10,8 @@ using Pieces = std::vector<std::string_view>;
 
 const Pieces text = {"a", "b", "word", "p", "P", "1", "23", " ", " ", "\n"};
 const Pieces emphasis = {"*", "**", "_", "__", "~~", "~", "***", "*_", "\\"};
-const Pieces links = {"[", "]", "[",  "](u)",     "][r]",   "![", "](",
-                      ")", "(", "][", "[r]: v\n", "[x](y)", "!",  ":"};
+const Pieces links = {"[", "]",  "[",        "](u)",       "][r]",   "![",     "](", ")",
+                      "(", "][", "[r]: v\n", "\n[R]: w\n", "[x][r]", "[x](y)", "!",  ":"};
 const Pieces html = {"<", ">", "<b>", "</b>", "<p", "<a ", "<br/>", "<!-- ", "/", "</", "<b ", "< "};
 const Pieces escapes = {"&", ";", "&amp;", "\\", "<", ">", "`", "``", "```", "`c`", "\\\\", "\\`", "\\["};
 const Pieces lines = {"\n", "\n\n", "  \n", " \n",   "\\\n", "\r\n", "\r",

@@ -6,12 +6,12 @@
 
 namespace markdown::tests {
 
-/// Makes documents by chance, the same ones for the same seed. The pieces are the engine's own: what opens,
+/// Makes documents by chance, the same ones for the same number to start with. The pieces are the engine's own: what opens,
 /// closes, escapes and ends things, with a little text between, so that a short document already holds odd
 /// meetings.
 class RandomDocuments {
  public:
-  explicit RandomDocuments(std::uint32_t seed) : random_(seed) {}
+  explicit RandomDocuments(std::uint32_t start) : random_(start) {}
 
   /// Up to `maxPieces` pieces behind one another, valid UTF-8.
   [[nodiscard]] std::string next(std::size_t maxPieces);
