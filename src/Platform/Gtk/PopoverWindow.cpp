@@ -142,6 +142,11 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
     if (!*alive || !isShown_) return;
     ensureWindow();
     installContent();
+    if (gtk_widget_get_visible(GTK_WIDGET(window_))) {
+      // Closed in this very turn, to change what it shows: it never left the screen, nor the keyboard it.
+      place(false);
+      return;
+    }
     isOrdinaryWindow_ = !surroundings_.hasTray();
     gtk_window_set_decorated(window_, isOrdinaryWindow_);
     gtk_widget_realize(GTK_WIDGET(window_));
@@ -213,6 +218,13 @@ void PopoverWindow::hide() {
   isShown_ = false;
   focusTimer_.reset();
   pressTimer_.reset();
+  // In a later turn: who closes it to show something else in it opens it again in this one.
+  DispatchQueue::main().async([this, alive = isAlive_] {
+    if (*alive && !isShown_) leaveTheScreen();
+  });
+}
+
+void PopoverWindow::leaveTheScreen() {
   if (window_ != nullptr) gtk_widget_set_visible(GTK_WIDGET(window_), FALSE);
   // A closed popover leaves nothing running.
   watcherTimer_ = DispatchQueue::main().timer(pressMemory, [this] {

@@ -62,6 +62,7 @@ class PopoverWindow : public NSPopover {
   void closeByItself();
   bool closesByItself() const;
   void hide();
+  void leaveTheScreen();
 
   Surroundings surroundings_;
   NSSize size_{600, 600};
