@@ -34,11 +34,12 @@ Sequence sequenceAt(std::string_view text, std::size_t index) noexcept {
 
 /// The first position from `index` on with a byte beyond ASCII.
 std::size_t skipAscii(std::string_view text, std::size_t index) noexcept {
-  std::uint64_t word = 0;
-  while (index + sizeof word <= text.size()) {
-    std::memcpy(&word, text.data() + index, sizeof word);
-    if ((word & 0x8080808080808080U) != 0) break;
-    index += sizeof word;
+  constexpr std::uint64_t beyondAscii = 0x8080808080808080U;
+  std::uint64_t words[2];
+  while (index + sizeof words <= text.size()) {
+    std::memcpy(words, text.data() + index, sizeof words);
+    if (((words[0] | words[1]) & beyondAscii) != 0) break;
+    index += sizeof words;
   }
   while (index < text.size() && static_cast<unsigned char>(text[index]) < 0x80) ++index;
   return index;
@@ -46,8 +47,25 @@ std::size_t skipAscii(std::string_view text, std::size_t index) noexcept {
 
 /// The first position from `index` on at which no scalar begins.
 std::size_t skipValid(std::string_view text, std::size_t index) noexcept {
+  const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+  const auto isContinuation = [&](std::size_t at) { return (byte(at) & 0xC0) == 0x80; };
   while (true) {
     index = skipAscii(text, index);
+    // Letters of two and three bytes follow one another; most of them need no closer look.
+    while (index + 2 < text.size() && byte(index) >= 0xC2) {
+      const unsigned lead = byte(index);
+      if (lead < 0xE0) {
+        if (!isContinuation(index + 1)) break;
+        index += 2;
+      } else if (lead > 0xE0 && lead < 0xED) {
+        if (!isContinuation(index + 1) || !isContinuation(index + 2)) break;
+        index += 3;
+      } else {
+        break;
+      }
+      // Between words there is one byte of ASCII.
+      if (index < text.size() && byte(index) < 0x80) ++index;
+    }
     if (index == text.size()) return index;
     const Sequence sequence = sequenceAt(text, index);
     if (!sequence.isValid) return index;
