@@ -1,11 +1,11 @@
 #include "MarkdownEngine/TextStops.h"
 
+#include "MarkdownEngine/ByteVector.h"
 #include "MarkdownEngine/CharacterClasses.h"
 #include "MarkdownEngine/GraphemeClusters.h"
 
 #include <bit>
 #include <cstdint>
-#include <cstring>
 
 namespace markdown {
 namespace {
@@ -13,18 +13,6 @@ namespace {
 constexpr ByteSet stops{"\t\n\v\f\r*_~<>&`[]!|\\"};
 /// The first bytes of white space beyond ASCII, all of it.
 constexpr ByteSet whitespaceLeads{"\xC2\xE1\xE2\xE3"};
-
-/// Sixteen bytes that are looked at together. The compilers turn what is done with them into the processor's
-/// own operations on such vectors, whichever they are.
-using Bytes = std::uint8_t __attribute__((vector_size(16)));
-using SignedBytes = std::int8_t __attribute__((vector_size(16)));
-
-template <typename Vector>
-Vector load(const char* data) noexcept {
-  Vector vector;
-  std::memcpy(&vector, data, sizeof vector);
-  return vector;
-}
 
 bool isWhitespaceBeyondAscii(std::string_view text, std::size_t index) noexcept {
   return whitespaceLeads.contains(text[index]) && isWhitespace(graphemes::scalarAt(text, index).value);
@@ -40,20 +28,29 @@ bool isStop(std::string_view text, std::size_t index) noexcept {
   return isWhitespaceBeyondAscii(text, next) || graphemes::extendsPrevious(text, next);
 }
 
+/// The first bytes of letters that are neither white space nor joined to a blank before them: Latin, Greek,
+/// the Cyrillic letters, most ideographs. A test holds them against the Unicode tables.
+ByteVector isPlainLead(ByteVector bytes) noexcept {
+  return asBytes(((bytes - 0xC3) <= (0xCB - 0xC3)) | ((bytes - 0xCE) <= (0xD1 - 0xCE)) |
+                 ((bytes - 0xE4) <= (0xE9 - 0xE4)));
+}
+
 /// Sets every byte of the result that may be a stop.
-Bytes candidates(const char* data) noexcept {
-  const auto bytes = load<Bytes>(data);
-  const auto following = load<SignedBytes>(data + 1);
+ByteVector candidates(const char* data) noexcept {
+  const auto bytes = loadBytes(data);
+  const auto following = loadBytes(data + 1);
   // A signed byte is below "!" if it is a blank, a control, or not ASCII.
-  const auto isBlankToLookAt = (bytes == ' ') & reinterpret_cast<Bytes>(following < '!');
+  const auto isFollowedByLetter =
+      asBytes(reinterpret_cast<SignedByteVector>(following) >= '!') | isPlainLead(following);
+  const auto isBlank = asBytes(bytes == ' ') & ~isFollowedByLetter;
   const auto isControl = bytes < ' ';
   const auto isBracketOrBackslash = (bytes - '[') <= ('`' - '[');
   const auto isPipeOrTilde = (bytes - '|') <= ('~' - '|');
   const auto isAngle = (bytes & 0xFD) == '<';
   const auto isOther = (bytes == '*') | (bytes == '&') | (bytes == '!');
-  const auto isWhitespaceLead = (bytes == 0xC2) | ((bytes - 0xE1) <= 2);
-  return reinterpret_cast<Bytes>(isBlankToLookAt | isControl | isBracketOrBackslash | isPipeOrTilde |
-                                 isAngle | isOther | isWhitespaceLead);
+  const auto isWhitespaceLead = (bytes == 0xC2) | ((bytes - 0xE1) <= (0xE3 - 0xE1));
+  return isBlank |
+         asBytes(isControl | isBracketOrBackslash | isPipeOrTilde | isAngle | isOther | isWhitespaceLead);
 }
 
 /// The first stop among the eight bytes at `index` whose candidates are set in `word`, or npos.
@@ -75,14 +72,12 @@ std::size_t firstStop(std::string_view text, std::size_t index, std::uint64_t wo
 std::size_t findTextStop(std::string_view text, std::size_t from) noexcept {
   constexpr std::size_t half = sizeof(std::uint64_t);
   std::size_t index = from;
-  // One byte behind the sixteen is looked at too.
-  for (; index + sizeof(Bytes) < text.size(); index += sizeof(Bytes)) {
-    const Bytes found = candidates(text.data() + index);
-    std::uint64_t words[2];
-    std::memcpy(words, &found, sizeof words);
-    if ((words[0] | words[1]) == 0) continue;
-    std::size_t stop = firstStop(text, index, words[0]);
-    if (stop == std::string_view::npos) stop = firstStop(text, index + half, words[1]);
+  // One byte behind the vector is looked at too.
+  for (; index + byteVectorSize < text.size(); index += byteVectorSize) {
+    const ByteWords found = words(candidates(text.data() + index));
+    if ((found.first | found.second) == 0) continue;
+    std::size_t stop = firstStop(text, index, found.first);
+    if (stop == std::string_view::npos) stop = firstStop(text, index + half, found.second);
     if (stop != std::string_view::npos) return stop;
   }
   while (index < text.size() && !isStop(text, index)) ++index;

@@ -6,9 +6,9 @@
 
 namespace markdown::tests {
 
-/// Makes documents by chance, the same ones for the same number to start with. The pieces are the engine's own: what opens,
-/// closes, escapes and ends things, with a little text between, so that a short document already holds odd
-/// meetings.
+/// Makes documents by chance, the same ones for the same number to start with. The pieces are the engine's
+/// own: what opens, closes, escapes and ends things, with a little text between, so that a short document
+/// already holds odd meetings.
 class RandomDocuments {
  public:
   explicit RandomDocuments(std::uint32_t start) : random_(start) {}
