@@ -82,6 +82,7 @@ TEST(Robustness, oneParserServesSeveralThreads) {
   const std::string expected = parser.html(markdown);
   std::vector<std::string> results(4);
   std::vector<std::thread> threads;
+  threads.reserve(results.size());
   for (auto& result : results) threads.emplace_back([&] { result = parser.html(markdown); });
   for (auto& thread : threads) thread.join();
   for (const auto& result : results) EXPECT_EQ(result, expected);

@@ -23,7 +23,9 @@ TEST(TextStops, plainTextHasNone) {
 TEST(TextStops, everyCharacterThatMayBeMarkupIsOne) {
   for (const std::string& padding : paddings) {
     for (const char byte : std::string("\t\n\v\f\r*_~<>&`[]!|\\")) {
-      EXPECT_EQ(findTextStop("abc" + std::string(1, byte) + "d" + padding, 0), 3U) << byte;
+      std::string text = "abcde";
+      text[3] = byte;
+      EXPECT_EQ(findTextStop(text.append(padding), 0), 3U) << byte;
     }
   }
 }
@@ -42,7 +44,8 @@ TEST(TextStops, everyScalarBeyondAsciiIsOneOrLeavesTheBlankBeforeItAsTheUnicodeT
     for (char32_t scalar = 0x80; scalar <= 0x10FFFF; ++scalar) {
       if (tests::isSurrogate(scalar)) continue;
       const std::string bytes = tests::utf8(scalar);
-      const std::string text = "ab " + bytes + "c" + padding;
+      std::string text = "ab ";
+      text.append(bytes).append("c").append(padding);
       const bool isSpace = isWhitespace(scalar);
       const bool makesBlankAStop = isSpace || graphemes::extendsPrevious(bytes, 0);
       ASSERT_EQ(findTextStop(text, 0), makesBlankAStop ? 2 : text.size())
