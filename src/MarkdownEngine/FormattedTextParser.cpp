@@ -3,6 +3,7 @@
 #include "MarkdownEngine/HTML.h"
 #include "MarkdownEngine/InlineCode.h"
 #include "MarkdownEngine/Readable.h"
+#include "MarkdownEngine/TextStops.h"
 
 #include <algorithm>
 
@@ -14,11 +15,6 @@ using graphemes::isCharacter;
 using graphemes::standsAlone;
 using graphemes::Whitespace;
 using Kind = Component::Kind;
-
-/// Everything at which plain text may end. Blanks are among them, as only the last of a run is kept.
-constexpr ByteSet stops{"\t\n\v\f\r *_~<>&`[]!|\\\xC2\xE1\xE2\xE3"};
-/// What doesn't make the blank before it superfluous, told by the first byte.
-constexpr ByteSet whitespaceStarts{whitespaceBytes};
 
 }  // namespace
 
@@ -35,17 +31,10 @@ FormattedTextParser::FormattedTextParser(Reader& reader, Content& content, Termi
 void FormattedTextParser::parse() {
   const std::size_t end = text_.size();
   while (index_ < end) {
-    index_ = stops.find(text_.data(), index_, end);
+    index_ = findTextStop(text_, index_);
     if (index_ == end) break;
     if (content_.shouldOverflow() && styles_.count == 0 && content_.openTexts.empty()) content_.overflow();
-    const char byte = text_[index_];
-    // Most blanks stand between two words and stay as they are.
-    if (byte == ' ' && index_ + 1 < end && isAscii(text_[index_ + 1]) &&
-        !whitespaceStarts.contains(text_[index_ + 1])) {
-      ++index_;
-      continue;
-    }
-    if (parseCharacter(byte) == Next::leave) break;
+    if (parseCharacter(text_[index_]) == Next::leave) break;
   }
   addTrimmedPendingText();
   handleUnterminatedStyleMarkers();
@@ -56,7 +45,7 @@ bool FormattedTextParser::parseImage() {
   openLink(index_ + 1, Kind::imageStart);
   if (content_.openTexts.size() == firstOpenText_) return false;
   while (content_.openTexts.size() > firstOpenText_) {
-    index_ = stops.find(text_.data(), index_, text_.size());
+    index_ = findTextStop(text_, index_);
     parseCharacter(text_[index_]);
   }
   reader_.moveToIndex(index_);

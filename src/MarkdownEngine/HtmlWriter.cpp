@@ -30,15 +30,15 @@ void HtmlWriter::makeRoom(std::size_t sourcePosition) {
   constexpr std::size_t enough = 4096;
   if (html_.capacity() - size() >= enough) return;
   // What is still to be written is told by what was: the string then grows once instead of by doubling.
-  constexpr std::size_t leastGrowth = 8;
-  constexpr std::size_t mostGrowth = 4;
-  const std::size_t capacity = html_.capacity() + enough;
-  const double written =
-      static_cast<double>(sourcePosition + 1) / static_cast<double>(context_.content.source.size() + 1);
-  const double expected = static_cast<double>(size()) / written * 1.05;
-  const double least = static_cast<double>(capacity + capacity / leastGrowth);
-  const double most = static_cast<double>(capacity * mostGrowth);
-  html_.reserve(static_cast<std::size_t>(std::min(std::max(expected, least), most)));
+  constexpr double leastGrowth = 1.125;
+  constexpr double mostGrowth = 4;
+  constexpr double margin = 1.05;
+  const auto capacity = static_cast<double>(html_.capacity() + enough);
+  const auto sourceSize = static_cast<double>(context_.content.source.size() + 1);
+  const double expected =
+      static_cast<double>(size()) * margin * sourceSize / static_cast<double>(sourcePosition + 1);
+  html_.reserve(
+      static_cast<std::size_t>(std::clamp(expected, capacity * leastGrowth, capacity * mostGrowth)));
 }
 
 bool HtmlWriter::takeFromAllowance(std::size_t bytes) noexcept {

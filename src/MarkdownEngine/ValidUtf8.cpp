@@ -1,5 +1,7 @@
 #include "MarkdownEngine/ValidUtf8.h"
 
+#include "MarkdownEngine/ByteVector.h"
+
 #include <cstdint>
 #include <cstring>
 
@@ -32,27 +34,63 @@ Sequence sequenceAt(std::string_view text, std::size_t index) noexcept {
   return {length, true};
 }
 
-/// The first position from `index` on with a byte beyond ASCII.
-std::size_t skipAscii(std::string_view text, std::size_t index) noexcept {
-  std::uint64_t word = 0;
-  while (index + sizeof word <= text.size()) {
-    std::memcpy(&word, text.data() + index, sizeof word);
-    if ((word & 0x8080808080808080U) != 0) break;
-    index += sizeof word;
-  }
-  while (index < text.size() && static_cast<unsigned char>(text[index]) < 0x80) ++index;
-  return index;
+/// Whether no byte of the vector at `data` is wrong behind the three bytes before it. What a sequence still
+/// lacks at the vector's end is not looked at.
+bool isValidVector(const char* data) noexcept {
+  const auto bytes = loadBytes(data);
+  const auto before = loadBytes(data - 1);
+  const auto isContinuation = asBytes((bytes & 0xC0) == 0x80);
+  const auto isAwaited =
+      asBytes((before >= 0xC0) | (loadBytes(data - 2) >= 0xE0) | (loadBytes(data - 3) >= 0xF0));
+  const auto isNoLead = asBytes((bytes == 0xC0) | (bytes == 0xC1) | (bytes > 0xF4));
+  // Overlong forms, surrogates, and what lies beyond U+10FFFF.
+  const auto isOutOfRange =
+      asBytes(((before == 0xE0) & (bytes < 0xA0)) | ((before == 0xED) & (bytes > 0x9F)) |
+              ((before == 0xF0) & (bytes < 0x90)) | ((before == 0xF4) & (bytes > 0x8F)));
+  const ByteWords wrong = words((isContinuation ^ isAwaited) | isNoLead | isOutOfRange);
+  return (wrong.first | wrong.second) == 0;
 }
 
-/// The first position from `index` on at which no scalar begins.
-std::size_t skipValid(std::string_view text, std::size_t index) noexcept {
-  while (true) {
-    index = skipAscii(text, index);
-    if (index == text.size()) return index;
+/// Whether the vector at `data` and the three bytes before it are ASCII.
+bool isAsciiVector(const char* data) noexcept {
+  constexpr std::uint64_t beyondAscii = 0x8080808080808080U;
+  std::uint64_t before = 0;
+  std::memcpy(&before, data - 3, sizeof before);
+  const ByteWords bytes = words(loadBytes(data));
+  return ((before | bytes.first | bytes.second) & beyondAscii) == 0;
+}
+
+/// Goes over valid text from `index`, where a sequence begins behind at least three bytes of valid ones; ends
+/// where one begins.
+std::size_t skipValidVectors(std::string_view text, std::size_t index) noexcept {
+  std::size_t end = index;
+  while (end + byteVectorSize <= text.size() &&
+         (isAsciiVector(text.data() + end) || isValidVector(text.data() + end))) {
+    end += byteVectorSize;
+  }
+  if (end == index) return index;
+  // The last sequence may go on behind the last vector.
+  std::size_t start = end - 1;
+  while (start > index && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
+  return start;
+}
+
+/// The first position from `start` on, where a sequence begins, at which no scalar begins.
+std::size_t skipValid(std::string_view text, std::size_t start) noexcept {
+  constexpr std::size_t lookedAtBefore = 3;
+  bool areVectorsSkipped = false;
+  std::size_t index = start;
+  while (index < text.size()) {
+    if (!areVectorsSkipped && index >= start + lookedAtBefore) {
+      // What stops this is bad, or shorter than a vector.
+      index = skipValidVectors(text, index);
+      areVectorsSkipped = true;
+    }
     const Sequence sequence = sequenceAt(text, index);
     if (!sequence.isValid) return index;
     index += sequence.length;
   }
+  return index;
 }
 
 }  // namespace

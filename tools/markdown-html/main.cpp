@@ -3,7 +3,7 @@
 #include "MarkdownEngine/ValidUtf8.h"
 
 #include <cstdio>
-#include <iostream>
+#include <exception>
 #include <string>
 #include <string_view>
 
@@ -29,8 +29,9 @@ void write(std::string_view text) { std::fwrite(text.data(), 1, text.size(), std
 
 void convert(std::string_view markdown, const Arguments& arguments, const markdown::MarkdownParser& parser) {
   const markdown::ValidUtf8 valid(markdown);
-  if (!valid.wasValid())
-    std::cerr << "markdown-html: the input isn't valid UTF-8; U+FFFD stands for each bad sequence\n";
+  if (!valid.wasValid()) {
+    std::fputs("markdown-html: the input isn't valid UTF-8; U+FFFD stands for each bad sequence\n", stderr);
+  }
   if (arguments.isJson) {
     const markdown::Markdown result = parser.parse(valid.text());
     nlohmann::json object = {{"html", result.html}, {"metadata", nlohmann::json::object()}};
@@ -43,35 +44,42 @@ void convert(std::string_view markdown, const Arguments& arguments, const markdo
   write(arguments.isPage ? velkin::MarkdownHtmlHelper(arguments.isDark).makeHTMLString(html) : html);
 }
 
-}  // namespace
-
-int main(int count, char** values) {
-  std::string problem;
-  const auto arguments = Arguments::parse({values + 1, static_cast<std::size_t>(count - 1)}, problem);
-  if (!arguments) {
-    std::cerr << "markdown-html: " << problem << '\n' << usage;
-    return 2;
-  }
-  if (arguments->isHelp) {
-    std::cout << usage;
-    return 0;
-  }
+int run(const Arguments& arguments) {
   const std::string input = readStandardInput();
-  const markdown::MarkdownParser parser = velkin::MarkdownHtmlHelper::makeParser(arguments->isDark);
-  if (!arguments->isBatch) {
-    convert(input, *arguments, parser);
-  } else {
-    std::string_view rest = input;
+  const markdown::MarkdownParser parser = velkin::MarkdownHtmlHelper::makeParser(arguments.isDark);
+  std::string_view rest = input;
+  if (arguments.isBatch) {
     for (std::size_t end = rest.find('\0'); end != std::string_view::npos; end = rest.find('\0')) {
-      convert(rest.substr(0, end), *arguments, parser);
+      convert(rest.substr(0, end), arguments, parser);
       write(std::string_view("\0", 1));
       rest.remove_prefix(end + 1);
     }
-    convert(rest, *arguments, parser);
   }
+  convert(rest, arguments, parser);
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0 || std::ferror(stdin) != 0) {
-    std::cerr << "markdown-html: reading or writing failed\n";
+    std::fputs("markdown-html: reading or writing failed\n", stderr);
     return 1;
   }
   return 0;
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+  try {
+    std::string problem;
+    const auto arguments = Arguments::parse({values + 1, static_cast<std::size_t>(count - 1)}, problem);
+    if (!arguments) {
+      std::fprintf(stderr, "markdown-html: %s\n%s", problem.c_str(), usage);
+      return 2;
+    }
+    if (arguments->isHelp) {
+      write(usage);
+      return 0;
+    }
+    return run(*arguments);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "markdown-html: %s\n", error.what());
+    return 1;
+  }
 }

@@ -1,5 +1,7 @@
 #include "unit/MarkdownEngine/Examples.h"
 
+#include "unit/MarkdownEngine/Utf8.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -7,25 +9,6 @@
 
 namespace markdown::tests {
 namespace {
-
-void appendScalar(std::string& text, char32_t scalar) {
-  const auto append = [&text](char32_t byte) { text.push_back(static_cast<char>(byte)); };
-  if (scalar < 0x80) {
-    append(scalar);
-  } else if (scalar < 0x800) {
-    append(0xC0 | scalar >> 6);
-    append(0x80 | (scalar & 0x3F));
-  } else if (scalar < 0x10000) {
-    append(0xE0 | scalar >> 12);
-    append(0x80 | (scalar >> 6 & 0x3F));
-    append(0x80 | (scalar & 0x3F));
-  } else {
-    append(0xF0 | scalar >> 18);
-    append(0x80 | (scalar >> 12 & 0x3F));
-    append(0x80 | (scalar >> 6 & 0x3F));
-    append(0x80 | (scalar & 0x3F));
-  }
-}
 
 void readFile(const std::filesystem::path& path, std::vector<Example>& examples) {
   std::ifstream file(path, std::ios::binary);
@@ -84,8 +67,8 @@ std::string unquoted(std::string_view line) {
         const std::size_t end = line.find('}', i);
         if (line.substr(i + 1, 1) != "{" || end == std::string_view::npos)
           throw std::runtime_error("\\u without {}");
-        appendScalar(text, static_cast<char32_t>(
-                               std::stoul(std::string(line.substr(i + 2, end - i - 2)), nullptr, 16)));
+        text += utf8(
+            static_cast<char32_t>(std::stoul(std::string(line.substr(i + 2, end - i - 2)), nullptr, 16)));
         i = end;
         break;
       }

@@ -1,5 +1,6 @@
 #include "MarkdownEngine/GraphemeClusters.h"
 #include "unit/MarkdownEngine/RandomDocuments.h"
+#include "unit/MarkdownEngine/Utf8.h"
 #include "unit/MarkdownEngine/reference/Characters.h"
 
 #include <string>
@@ -10,30 +11,8 @@
 namespace markdown::graphemes {
 namespace {
 
-std::string utf8(char32_t scalar) {
-  std::string text;
-  char bytes[4];
-  std::size_t length = 0;
-  if (scalar < 0x80) {
-    bytes[length++] = static_cast<char>(scalar);
-  } else if (scalar < 0x800) {
-    bytes[length++] = static_cast<char>(0xC0 | scalar >> 6);
-    bytes[length++] = static_cast<char>(0x80 | (scalar & 0x3F));
-  } else if (scalar < 0x10000) {
-    bytes[length++] = static_cast<char>(0xE0 | scalar >> 12);
-    bytes[length++] = static_cast<char>(0x80 | (scalar >> 6 & 0x3F));
-    bytes[length++] = static_cast<char>(0x80 | (scalar & 0x3F));
-  } else {
-    bytes[length++] = static_cast<char>(0xF0 | scalar >> 18);
-    bytes[length++] = static_cast<char>(0x80 | (scalar >> 12 & 0x3F));
-    bytes[length++] = static_cast<char>(0x80 | (scalar >> 6 & 0x3F));
-    bytes[length++] = static_cast<char>(0x80 | (scalar & 0x3F));
-  }
-  text.append(bytes, length);
-  return text;
-}
-
-bool isSurrogate(char32_t scalar) { return scalar >= 0xD800 && scalar < 0xE000; }
+using tests::isSurrogate;
+using tests::utf8;
 
 TEST(GraphemeClusters, everyScalarJoinsItsAsciiNeighboursAsTheUnicodeTablesSay) {
   for (char32_t scalar = 0x80; scalar <= 0x10FFFF; ++scalar) {

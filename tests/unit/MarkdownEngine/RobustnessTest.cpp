@@ -1,5 +1,6 @@
 #include "MarkdownEngine/MarkdownParser.h"
 #include "MarkdownEngine/ValidUtf8.h"
+#include "unit/MarkdownEngine/Utf8.h"
 
 #include <string>
 #include <thread>
@@ -81,6 +82,7 @@ TEST(Robustness, oneParserServesSeveralThreads) {
   const std::string expected = parser.html(markdown);
   std::vector<std::string> results(4);
   std::vector<std::thread> threads;
+  threads.reserve(results.size());
   for (auto& result : results) threads.emplace_back([&] { result = parser.html(markdown); });
   for (auto& thread : threads) thread.join();
   for (const auto& result : results) EXPECT_EQ(result, expected);
@@ -96,6 +98,36 @@ TEST(ValidUtf8, everyPairOfBytesIsReadAsOneOrTwoSequences) {
       EXPECT_EQ(valid.wasValid(), isAscii || isPair);
       EXPECT_TRUE(ValidUtf8(valid.text()).wasValid());
     }
+  }
+}
+
+TEST(ValidUtf8, aBadSequenceIsFoundWhereverItStands) {
+  for (const std::string bad :
+       {"\x80", "\xC0\x80", "\xC3", "\xE0\x80\x80", "\xE2\x82", "\xED\xA0\x80", "\xF0\x80\x80\x80",
+        "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF", "\xE1\x80\xC3\xA9"}) {
+    for (const std::string good : {"x", "\u00e9", "\u20ac", "\U0001F600"}) {
+      for (std::size_t before = 0; before < 40; ++before) {
+        const std::string text = repeated(good, before) + bad + repeated(good, 20);
+        const ValidUtf8 valid(text);
+        ASSERT_FALSE(valid.wasValid()) << testing::PrintToString(text);
+        ASSERT_TRUE(ValidUtf8(valid.text()).wasValid());
+        ASSERT_EQ(valid.text().substr(0, good.size() * before), repeated(good, before));
+        ASSERT_EQ(valid.text().substr(good.size() * before, 3), "\uFFFD");
+        ASSERT_EQ(valid.text().substr(valid.text().size() - good.size() * 20), repeated(good, 20));
+        ASSERT_TRUE(ValidUtf8(repeated(good, before)).wasValid());
+      }
+    }
+  }
+}
+
+TEST(ValidUtf8, everyScalarIsValidInEveryPlace) {
+  std::string text;
+  for (char32_t scalar = 0; scalar <= 0x10FFFF; ++scalar) {
+    if (!tests::isSurrogate(scalar)) text += tests::utf8(scalar);
+  }
+  for (std::size_t shift = 0; shift < 17; ++shift) {
+    const std::string shifted = std::string(shift, 'x') + text;
+    EXPECT_TRUE(ValidUtf8(shifted).wasValid());
   }
 }
 

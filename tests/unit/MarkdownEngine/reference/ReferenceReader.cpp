@@ -27,7 +27,7 @@ std::string ReferenceReader::readUntil(std::string_view terminator, UntilOptions
   long balance = 0;
   while (!didReachEnd()) {
     if (currentCharacter().is(terminator) && balance <= 0) {
-      const std::string result = characters(start, currentIndex);
+      std::string result = characters(start, currentIndex);
       advanceIndex();
       return result;
     }
@@ -78,7 +78,7 @@ std::string ReferenceReader::readUntilEndOfLine() {
   const std::size_t start = currentIndex;
   while (!didReachEnd()) {
     if (currentCharacter().isNewline()) {
-      const std::string result = characters(start, currentIndex);
+      std::string result = characters(start, currentIndex);
       advanceIndex();
       return result;
     }
