@@ -48,7 +48,11 @@ void ReleaseNotesWebViewController::didFinish(platform::WKWebView& webView) {
 
 platform::View ReleaseNotesWebView::body() const {
   return platform::HostedView(
-      controller.get(), [controller = controller]() -> platform::NSView* { return &controller->view(); },
+      controller.get(),
+      [controller = controller]() -> platform::NSView* {
+        if (!*controller) *controller = std::make_unique<ReleaseNotesWebViewController>();
+        return &(*controller)->view();
+      },
       [](platform::NSView&) {});
 }
 

@@ -30,10 +30,11 @@ class ReleaseNotesWebViewController : public platform::NSViewController,
   std::unique_ptr<platform::WKWebView> webView_;
 };
 
-/// The release notes' page among the described views.
+/// The release notes' page among the described views. Its controller is made when the page comes on show:
+/// then the desktop's look is known for certain.
 struct ReleaseNotesWebView {
-  std::shared_ptr<ReleaseNotesWebViewController> controller =
-      std::make_shared<ReleaseNotesWebViewController>();
+  std::shared_ptr<std::unique_ptr<ReleaseNotesWebViewController>> controller =
+      std::make_shared<std::unique_ptr<ReleaseNotesWebViewController>>();
 
   platform::View body() const;
 };
