@@ -96,7 +96,7 @@ TEST_F(WebViewTest, FramesHaveTheSizeOfTheFirstRead) {
 }
 
 TEST_F(WebViewTest, OneOfTheFactoriesBeginsTheLoadAndTheOthersDont) {
-  helper.getWKWebView(gitlab);
+  const auto loading = helper.getWKWebView(gitlab);
   EXPECT_EQ(desktop.webViews.back()->loads.size(), 1U);
   EXPECT_TRUE(engineOf(helper.getWebUIView(gitlab)).loads.empty());
   const auto wrapped = helper.getWrappedWebView(gitlab);
