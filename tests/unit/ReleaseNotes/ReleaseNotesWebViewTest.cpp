@@ -1,6 +1,5 @@
-#include "ReleaseNotes/ReleaseNotesWebView.h"
-
 #include "ReleaseNotes/ReleaseNotesUIView.h"
+#include "ReleaseNotes/ReleaseNotesWebView.h"
 #include "unit/AppFixture.h"
 
 namespace velkin {
@@ -28,7 +27,8 @@ TEST_F(ReleaseNotesWebViewTest, AChangeOfTheLookShowsWithTheNextPage) {
   platform::NSHostingController<ReleaseNotesWebView> host(view);
   host.view();
   desktop.appearance = platform::NSAppearance{platform::NSAppearanceNameDarkAqua};
-  platform::NSDistributedNotificationCenter::defaultCenter().post(platform::interfaceThemeChangedNotification, "");
+  platform::NSDistributedNotificationCenter::defaultCenter().post(platform::interfaceThemeChangedNotification,
+                                                                  "");
   desktop.queue.drain();
   EXPECT_EQ(desktop.webViews.back()->htmlLoads.size(), 1U);
   EXPECT_FALSE((*view.controller)->isDarkMode);
