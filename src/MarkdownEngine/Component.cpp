@@ -12,7 +12,18 @@ constexpr unsigned bitsPerField = 8;
 void Content::overflow() {
   if (!isOverflowing) overflowWriter->write(blockStart);
   isOverflowing = true;
-  overflowWriter->writeContent(whole());
+  std::size_t first = 0;
+  for (ActiveMarker& active : activeMarkers) {
+    if (active.isPlaced) continue;
+    overflowWriter->writeContent({first, active.index});
+    first = active.index + 1;
+    const Component& component = components[active.index];
+    placedMarkers.push_back({unpacked(component.extra), component.begin, overflowWriter->size()});
+    overflowWriter->writeContent({active.index, first});
+    active.isPlaced = 1;
+    active.index = (placedMarkers.size() - 1) & maxPosition;
+  }
+  overflowWriter->writeContent({first, components.size()});
   components.clear();
   links.clear();
 }

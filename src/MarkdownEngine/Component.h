@@ -71,6 +71,14 @@ struct TableCell {
 };
 static_assert(sizeof(TableCell) == 8);
 
+/// A marker of an open style that was written before it is known what becomes of it.
+struct PlacedMarker {
+  TextStyleMarker marker;
+  /// Where it stands in the input and in the HTML.
+  std::size_t begin;
+  std::size_t position;
+};
+
 /// The content of a block, and the text on which it is a view. It is written as HTML as soon as the block is
 /// read, and its memory serves the next one.
 struct Content {
@@ -103,6 +111,7 @@ struct Content {
   }
   void clear() {
     goBackTo({});
+    placedMarkers.clear();
     isOverflowing = false;
   }
   [[nodiscard]] ComponentRange whole() const noexcept { return {0, components.size()}; }
@@ -115,7 +124,7 @@ struct Content {
   /// Whether it may be written as well: nothing of it will be corrected or put in another order, and the
   /// block can't fail any more.
   [[nodiscard]] bool shouldOverflow() const noexcept { return isLarge() && mayOverflow; }
-  /// Writes what has been read so far, behind the block's start if that isn't written yet.
+  /// Writes what has been read so far, behind the block's start if that isn't written yet. No link is open.
   void overflow();
   void goBackTo(const Sizes& sizes) {
     components.truncate(sizes.components);
@@ -144,8 +153,9 @@ struct Content {
   GrowingArray<OpenList> openLists;
   /// What the text parser keeps of the texts around a link's; here so that its memory is used again.
   GrowingArray<OpenText> openTexts;
-  /// The components that hold the markers of all open styles.
-  GrowingArray<std::size_t> activeMarkers;
+  /// The markers of all open styles.
+  GrowingArray<ActiveMarker> activeMarkers;
+  GrowingArray<PlacedMarker> placedMarkers;
 };
 
 [[nodiscard]] std::uint64_t packed(const TextStyleMarker& marker) noexcept;

@@ -1,6 +1,7 @@
 #include "MarkdownEngine/FormattedTextParser.h"
 
 #include "MarkdownEngine/HTML.h"
+#include "MarkdownEngine/HtmlWriter.h"
 #include "MarkdownEngine/InlineCode.h"
 #include "MarkdownEngine/Readable.h"
 #include "MarkdownEngine/TextStops.h"
@@ -33,7 +34,7 @@ void FormattedTextParser::parse() {
   while (index_ < end) {
     index_ = findTextStop(text_, index_);
     if (index_ == end) break;
-    if (content_.shouldOverflow() && styles_.count == 0 && content_.openTexts.empty()) content_.overflow();
+    if (content_.shouldOverflow() && content_.openTexts.empty()) content_.overflow();
     if (parseCharacter(text_[index_]) == Next::leave) break;
   }
   addTrimmedPendingText();
@@ -224,7 +225,7 @@ void FormattedTextParser::parseStyleMarker() {
   } else {
     styles_.styles |= ActiveStyles::bit(read->style);
     ++styles_.count;
-    content_.activeMarkers.push_back(content_.components.size());
+    content_.activeMarkers.push_back({0, content_.components.size() & Content::maxPosition});
   }
   content_.add(Kind::styleMarker, begin, packed(*read));
   pendingStart_ = index_;
@@ -239,14 +240,14 @@ void FormattedTextParser::closeStyle(TextStyleMarker& closing) {
   }
   closing.kind = TextStyleMarker::Kind::closing;
   while (styles_.count > 0) {
-    const std::size_t component = content_.activeMarkers.back();
+    const ActiveMarker active = content_.activeMarkers.back();
     content_.activeMarkers.pop_back();
     --styles_.count;
-    TextStyleMarker opening = marker(component);
+    TextStyleMarker opening = marker(active);
     styles_.styles &= static_cast<std::uint8_t>(~ActiveStyles::bit(opening.style));
     if (opening.style == closing.style) return;
     opening.isValid = false;
-    setMarker(component, opening);
+    setMarker(active, opening);
   }
 }
 
@@ -255,21 +256,21 @@ void FormattedTextParser::handleUnterminatedStyleMarkers() {
   if (styles_.count == 0) return;
   constexpr std::size_t absent = ~std::size_t{0};
   const std::size_t firstMarker = content_.activeMarkers.size() - styles_.count;
-  const auto component = [&](std::size_t i) { return content_.activeMarkers[firstMarker + i]; };
+  const auto active = [&](std::size_t i) { return content_.activeMarkers[firstMarker + i]; };
   std::size_t bold = absent;
   std::size_t italic = absent;
   for (std::size_t i = 0; i < styles_.count; ++i) {
-    const TextStyle style = marker(component(i)).style;
+    const TextStyle style = marker(active(i)).style;
     if (style == TextStyle::bold) bold = i;
     if (style == TextStyle::italic) italic = i;
   }
   bool isRescued = false;
   if (bold != absent && italic != absent) {
-    const std::size_t first = component(std::min(bold, italic));
-    const std::size_t second = component(std::max(bold, italic));
+    const ActiveMarker first = active(std::min(bold, italic));
+    const ActiveMarker second = active(std::max(bold, italic));
     TextStyleMarker opening = marker(first);
     TextStyleMarker closing = marker(second);
-    isRescued = content_.components[second].begin != content_.components[first].begin + opening.length;
+    isRescued = markerBegin(second) != markerBegin(first) + opening.length;
     if (isRescued) {
       if (opening.style == TextStyle::bold) opening.leftOver = LeftOver::prefix;
       if (closing.style == TextStyle::bold) closing.leftOver = LeftOver::suffix;
@@ -281,9 +282,9 @@ void FormattedTextParser::handleUnterminatedStyleMarkers() {
   }
   for (std::size_t i = 0; i < styles_.count; ++i) {
     if (isRescued && (i == bold || i == italic)) continue;
-    TextStyleMarker unterminated = marker(component(i));
+    TextStyleMarker unterminated = marker(active(i));
     unterminated.isValid = false;
-    setMarker(component(i), unterminated);
+    setMarker(active(i), unterminated);
   }
   content_.activeMarkers.truncate(firstMarker);
   styles_ = {};
@@ -295,12 +296,23 @@ Reader FormattedTextParser::readerHere() const noexcept {
   return reader;
 }
 
-TextStyleMarker FormattedTextParser::marker(std::size_t component) const noexcept {
-  return unpacked(content_.components[component].extra);
+TextStyleMarker FormattedTextParser::marker(ActiveMarker active) const noexcept {
+  if (active.isPlaced) return content_.placedMarkers[active.index].marker;
+  return unpacked(content_.components[active.index].extra);
 }
 
-void FormattedTextParser::setMarker(std::size_t component, const TextStyleMarker& marker) noexcept {
-  content_.components[component].extra = packed(marker);
+std::size_t FormattedTextParser::markerBegin(ActiveMarker active) const noexcept {
+  return active.isPlaced ? content_.placedMarkers[active.index].begin
+                         : content_.components[active.index].begin;
+}
+
+void FormattedTextParser::setMarker(ActiveMarker active, const TextStyleMarker& marker) {
+  if (active.isPlaced) {
+    const PlacedMarker& placed = content_.placedMarkers[active.index];
+    content_.overflowWriter->replaceMarker(placed, marker);
+  } else {
+    content_.components[active.index].extra = packed(marker);
+  }
 }
 
 void FormattedTextParser::addPendingText() {

@@ -39,8 +39,9 @@ class FormattedTextParser {
 
   void closeStyle(TextStyleMarker& marker);
   void handleUnterminatedStyleMarkers();
-  [[nodiscard]] TextStyleMarker marker(std::size_t component) const noexcept;
-  void setMarker(std::size_t component, const TextStyleMarker& marker) noexcept;
+  [[nodiscard]] TextStyleMarker marker(ActiveMarker active) const noexcept;
+  [[nodiscard]] std::size_t markerBegin(ActiveMarker active) const noexcept;
+  void setMarker(ActiveMarker active, const TextStyleMarker& marker);
 
   [[nodiscard]] Reader readerHere() const noexcept;
   void addPendingText();

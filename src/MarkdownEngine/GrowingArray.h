@@ -21,6 +21,8 @@ class GrowingArray {
   [[nodiscard]] const Value& operator[](std::size_t index) const noexcept { return values_.get()[index]; }
   [[nodiscard]] Value& back() noexcept { return values_.get()[size_ - 1]; }
   [[nodiscard]] const Value& back() const noexcept { return values_.get()[size_ - 1]; }
+  [[nodiscard]] Value* begin() noexcept { return values_.get(); }
+  [[nodiscard]] Value* end() noexcept { return values_.get() + size_; }
   [[nodiscard]] const Value* begin() const noexcept { return values_.get(); }
   [[nodiscard]] const Value* end() const noexcept { return values_.get() + size_; }
 

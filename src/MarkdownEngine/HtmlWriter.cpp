@@ -15,6 +15,20 @@ constexpr ByteSet escapes{"<>&"};
 constexpr std::size_t leastAllowance = std::size_t{16} << 20;
 constexpr std::size_t allowancePerInputByte = 16;
 
+/// `source` begins with the characters that the marker was read from.
+void appendMarker(std::string& html, const TextStyleMarker& marker, std::string_view source) {
+  using LeftOver = TextStyleMarker::LeftOver;
+  if (!marker.isValid) {
+    html.append(source.substr(0, marker.length));
+    return;
+  }
+  if (marker.leftOver == LeftOver::prefix) html.push_back(source[0]);
+  html.append(marker.kind == TextStyleMarker::Kind::opening ? "<" : "</");
+  html.append(htmlTagName(marker.style));
+  html.push_back('>');
+  if (marker.leftOver == LeftOver::suffix) html.push_back(source[1]);
+}
+
 }  // namespace
 
 std::string_view escaped(char character) noexcept {
@@ -31,7 +45,7 @@ void HtmlWriter::makeRoom(std::size_t sourcePosition) {
   if (html_.capacity() - size() >= enough) return;
   // What is still to be written is told by what was: the string then grows once instead of by doubling.
   constexpr double leastGrowth = 1.125;
-  constexpr double mostGrowth = 4;
+  constexpr double mostGrowth = 8;
   constexpr double margin = 1.05;
   const auto capacity = static_cast<double>(html_.capacity() + enough);
   const auto sourceSize = static_cast<double>(context_.content.source.size() + 1);
@@ -79,7 +93,7 @@ void HtmlWriter::writeContent(const ComponentRange& range) {
         write("<br>");
         break;
       case Kind::styleMarker:
-        writeMarker(component);
+        appendMarker(html_, unpacked(component.extra), content.source.substr(component.begin));
         break;
       case Kind::inlineCode: {
         const std::size_t start = size();
@@ -121,19 +135,10 @@ void HtmlWriter::writeContent(const ComponentRange& range) {
   }
 }
 
-void HtmlWriter::writeMarker(const Component& component) {
-  using LeftOver = TextStyleMarker::LeftOver;
-  const TextStyleMarker marker = unpacked(component.extra);
-  const std::string_view source = context_.content.source;
-  if (!marker.isValid) {
-    write(source.substr(component.begin, marker.length));
-    return;
-  }
-  if (marker.leftOver == LeftOver::prefix) write(source[component.begin]);
-  write(marker.kind == TextStyleMarker::Kind::opening ? "<" : "</");
-  write(htmlTagName(marker.style));
-  write('>');
-  if (marker.leftOver == LeftOver::suffix) write(source[component.begin + 1]);
+void HtmlWriter::replaceMarker(const PlacedMarker& placed, const TextStyleMarker& marker) {
+  std::string written;
+  appendMarker(written, placed.marker, context_.content.source.substr(placed.begin));
+  markerReplacements_.push_back({placed.position, written.size(), placed.begin, marker});
 }
 
 void HtmlWriter::writeListTag(const Component& component) {
@@ -201,28 +206,55 @@ std::string_view HtmlWriter::declared(std::string_view name, const NamedURLColle
   return url && takeFromAllowance(url->size()) ? *url : name;
 }
 
-std::string HtmlWriter::take(const NamedURLCollection& urls) && {
-  if (openAddresses_.empty() || urls.isEmpty()) return std::move(html_);
-  GrowingArray<std::string_view> addresses;
-  std::size_t length = size();
+/// A stretch of the HTML and what is put in its place.
+struct HtmlWriter::Edit {
+  std::size_t position;
+  std::size_t length;
+  std::string_view replacement;
+};
+
+GrowingArray<HtmlWriter::Edit> HtmlWriter::addressEdits(const NamedURLCollection& urls) {
+  GrowingArray<Edit> edits;
+  if (urls.isEmpty()) return edits;
   for (const OpenAddress& open : openAddresses_) {
     const std::string_view name = html(open.position).substr(0, open.nameLength);
     const std::string_view address = declared(name, urls);
-    // A name that stays is a view on the string that is about to change.
     const bool isDeclared = address.data() != name.data();
-    addresses.push_back(isDeclared ? address : std::string_view());
-    if (isDeclared) length += address.size() - name.size();
+    if (isDeclared) edits.push_back({open.position, open.nameLength, address});
   }
-  std::string resolved;
-  resolved.reserve(length);
+  return edits;
+}
+
+std::string HtmlWriter::take(const NamedURLCollection& urls) && {
+  GrowingArray<Edit> edits = addressEdits(urls);
+  if (edits.empty() && markerReplacements_.empty()) return std::move(html_);
+  std::string markers;
+  if (!markerReplacements_.empty()) {
+    GrowingArray<std::size_t> ends;
+    for (const MarkerReplacement& replacement : markerReplacements_) {
+      appendMarker(markers, replacement.marker, context_.content.source.substr(replacement.sourcePosition));
+      ends.push_back(markers.size());
+    }
+    for (std::size_t i = 0; i < ends.size(); ++i) {
+      const MarkerReplacement& replacement = markerReplacements_[i];
+      const std::size_t start = i == 0 ? 0 : ends[i - 1];
+      edits.push_back({replacement.position, replacement.length,
+                       std::string_view(markers).substr(start, ends[i] - start)});
+    }
+    std::sort(edits.begin(), edits.end(),
+              [](const Edit& a, const Edit& b) { return a.position < b.position; });
+  }
+  std::size_t length = size();
+  for (const Edit& edit : edits) length += edit.replacement.size() - edit.length;
+  std::string edited;
+  edited.reserve(length);
   std::size_t start = 0;
-  for (std::size_t i = 0; i < addresses.size(); ++i) {
-    if (addresses[i].data() == nullptr) continue;
-    resolved.append(html_, start, openAddresses_[i].position - start).append(addresses[i]);
-    start = openAddresses_[i].position + openAddresses_[i].nameLength;
+  for (const Edit& edit : edits) {
+    edited.append(html_, start, edit.position - start).append(edit.replacement);
+    start = edit.position + edit.length;
   }
-  resolved.append(html_, start);
-  return resolved;
+  edited.append(html_, start);
+  return edited;
 }
 
 void HtmlWriter::applyModifiers(Modifier::Target target, std::size_t start, std::string_view markdown) {

@@ -29,7 +29,7 @@ class HtmlWriter {
   [[nodiscard]] std::string_view html(std::size_t from) const noexcept {
     return std::string_view(html_).substr(from);
   }
-  /// What was written, with the declared addresses in the places of their names.
+  /// What was written, with the declared addresses in the places of their names and markers corrected.
   [[nodiscard]] std::string take(const NamedURLCollection& urls) &&;
 
   void write(std::string_view html) { html_.append(html); }
@@ -38,6 +38,9 @@ class HtmlWriter {
   void writeEscaped(std::string_view text);
   void writeContent(const ComponentRange& range);
   void truncate(std::size_t size) { html_.resize(size); }
+
+  /// Corrects, in the finished HTML, a marker that was written before it was known to be this one.
+  void replaceMarker(const PlacedMarker& placed, const TextStyleMarker& marker);
 
   /// Replaces what was written from `start` on by what the target's modifiers make of it.
   void applyModifiers(Modifier::Target target, std::size_t start, std::string_view markdown);
@@ -48,9 +51,10 @@ class HtmlWriter {
   [[nodiscard]] bool takeFromAllowance(std::size_t bytes) noexcept;
 
  private:
+  struct Edit;
+  [[nodiscard]] GrowingArray<Edit> addressEdits(const NamedURLCollection& urls);
   /// Sees to it that something can be written, told how far in the text the writing is.
   void makeRoom(std::size_t sourcePosition);
-  void writeMarker(const Component& component);
   void writeListTag(const Component& component);
   void startLink(const Component& component);
   void endLink(const Component& component);
@@ -66,6 +70,14 @@ class HtmlWriter {
     std::size_t nameLength;
   };
   GrowingArray<OpenAddress> openAddresses_;
+  /// A stretch of the HTML that is to become the HTML of another marker.
+  struct MarkerReplacement {
+    std::size_t position;
+    std::size_t length;
+    std::size_t sourcePosition;
+    TextStyleMarker marker;
+  };
+  GrowingArray<MarkerReplacement> markerReplacements_;
   /// Where the links begin that are being written: the whole, and the start of an image's description.
   struct Start {
     std::size_t link;

@@ -14,8 +14,15 @@ enum class Terminators : std::uint8_t { none = 0, lineFeed = 1, closingBracket =
   return (static_cast<unsigned>(set) & static_cast<unsigned>(member)) != 0;
 }
 
-/// The styles that are open in a text, in the order of their opening. Each is open at most once. The
-/// components that hold their markers stand on a stack that the texts in one another share.
+/// Where the marker of an open style is kept: in a component or, if that was written already, among the
+/// placed markers.
+struct ActiveMarker {
+  std::size_t isPlaced : 1;
+  std::size_t index : 63;
+};
+
+/// The styles that are open in a text, in the order of their opening. Each is open at most once. Their
+/// markers stand on a stack that the texts in one another share.
 struct ActiveStyles {
   std::uint8_t count = 0;
   std::uint8_t styles = 0;

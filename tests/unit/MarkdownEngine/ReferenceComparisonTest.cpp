@@ -66,6 +66,22 @@ TEST(ReferenceComparison, blocksThatAreWrittenBeforeTheyEndComeOutAsTheLiteralAl
   }
 }
 
+TEST(ReferenceComparison, markersThatAreWrittenBeforeTheyAreDecidedAreCorrected) {
+  std::string filler;
+  for (int i = 0; i < 5000; ++i) filler += ">";
+  const MarkdownParser parser;
+  for (const std::string start : {"", "- ", "> "}) {
+    for (const std::string before : {"*", "**", "~~", "*a **", "**a *", "**a ~~b *", "~~a _", "***"}) {
+      for (const std::string behind : {"", "*", "**", "~~", "*a ~~", "~~a **", "***", " [x][r]\n\n[r]: v"}) {
+        std::string document = start;
+        document.append("x ").append(before).append(filler).append("[y][r]").append(filler).append(behind);
+        expectSameAsReference(document, parser, {});
+        if (HasFatalFailure()) return;
+      }
+    }
+  }
+}
+
 TEST(ReferenceComparison, modifiersSeeWhatTheLiteralAlgorithmShowsThem) {
   std::vector<Modifier> modifiers;
   for (std::size_t target = 0; target < Modifier::targetCount; ++target) {
