@@ -6,10 +6,11 @@
 #include "Platform/FileUserDefaults.h"
 #include "Platform/Headless/HeadlessPlatform.h"
 
-#include <benchmark/benchmark.h>
-
 #include <cstdlib>
 #include <filesystem>
+#include <system_error>
+
+#include <benchmark/benchmark.h>
 
 namespace {
 
@@ -67,7 +68,11 @@ class Nobody : public QKKeyboardShortcutHelperDelegate, public MenuHelperDelegat
 /// Settings as the real program has them: in a file.
 class Desktop : public platform::HeadlessPlatform {
  public:
-  Desktop() : file_(makeFolder() / "settings.plist") {}
+  Desktop() : folder_(makeFolder()), file_(folder_ / "settings.plist") {}
+  ~Desktop() override {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+  }
   platform::NSUserDefaults& standardUserDefaults() override { return file_; }
 
  private:
@@ -75,10 +80,12 @@ class Desktop : public platform::HeadlessPlatform {
     std::string pattern = "/tmp/velkin-router-XXXXXX";
     return ::mkdtemp(pattern.data());
   }
+  std::filesystem::path folder_;
   platform::FileUserDefaults file_;
 };
 
-NSEvent keyEvent(NSEvent::EventType type, std::uint16_t code, std::uint32_t modifiers, const char* characters) {
+NSEvent keyEvent(NSEvent::EventType type, std::uint16_t code, std::uint32_t modifiers,
+                 const char* characters) {
   NSEvent event{.type = type};
   event.keyCode = code;
   event.modifierFlags = modifiers;
