@@ -1,5 +1,7 @@
 #include "Markdown/MarkdownHtmlHelper.h"
 
+#include "Platform/NSAppearance.h"
+
 #include <utility>
 
 namespace velkin {
@@ -193,7 +195,18 @@ function copyCode(button) {
 </html>
 )";
 
+bool isDesktopDark() {
+  const auto appearance = platform::NSAppearance::currentAppearance();
+  return appearance && appearance->isDark();
+}
+
 }  // namespace
+
+MarkdownHtmlHelper::MarkdownHtmlHelper() : MarkdownHtmlHelper(isDesktopDark()) {}
+
+markdown::MarkdownParser MarkdownHtmlHelper::makeParser() {
+  return makeParser(std::function<bool()>(isDesktopDark));
+}
 
 std::string MarkdownHtmlHelper::makeHTMLString(std::string_view markdown) const {
   constexpr std::size_t styleSheetSize = 4096;

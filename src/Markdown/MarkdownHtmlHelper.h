@@ -13,6 +13,8 @@ namespace velkin {
 /// style of blockquotes, both in a light and a dark colouring. A plain value; usable from any thread.
 class MarkdownHtmlHelper {
  public:
+  /// In the desktop's present colouring.
+  MarkdownHtmlHelper();
   explicit MarkdownHtmlHelper(bool isDarkMode) noexcept : isDarkMode_(isDarkMode) {}
 
   /// The complete page. `markdown` is the fragment, which is HTML already.
@@ -22,7 +24,10 @@ class MarkdownHtmlHelper {
   /// What `makeQuoteHTMLString` puts around a body.
   [[nodiscard]] markdown::BlockquoteFrame blockquoteFrame() const;
 
-  /// A parser whose blockquotes have the program's style.
+  /// A parser whose blockquotes have the program's style, in the colouring that the desktop has at each
+  /// conversion.
+  [[nodiscard]] static markdown::MarkdownParser makeParser();
+  /// The same in a fixed colouring.
   [[nodiscard]] static markdown::MarkdownParser makeParser(bool isDarkMode);
   /// The same with the appearance asked for at each conversion, on the thread that converts.
   [[nodiscard]] static markdown::MarkdownParser makeParser(std::function<bool()> isDarkMode);

@@ -1,4 +1,5 @@
 #include "Markdown/MarkdownHtmlHelper.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 
 #include <algorithm>
 #include <cctype>
@@ -173,6 +174,16 @@ TEST(MarkdownHtmlHelper, aQuotesColoursAreThoseOfTheMomentOfConversion) {
   EXPECT_EQ(parser.html("> a"), MarkdownHtmlHelper(true).makeQuoteHTMLString("a"));
   EXPECT_EQ(MarkdownHtmlHelper::makeParser(true).html("> a"),
             MarkdownHtmlHelper(true).makeQuoteHTMLString("a"));
+}
+
+TEST(MarkdownHtmlHelperTest, followsTheDesktopsColouring) {
+  platform::HeadlessPlatform desktop;
+  const auto parser = MarkdownHtmlHelper::makeParser();
+  EXPECT_EQ(MarkdownHtmlHelper().makeHTMLString("x"), MarkdownHtmlHelper(false).makeHTMLString("x"));
+  EXPECT_EQ(parser.html("> a"), MarkdownHtmlHelper(false).makeQuoteHTMLString("a"));
+  desktop.appearance = platform::NSAppearance{platform::NSAppearanceNameVibrantDark};
+  EXPECT_EQ(MarkdownHtmlHelper().makeHTMLString("x"), MarkdownHtmlHelper(true).makeHTMLString("x"));
+  EXPECT_EQ(parser.html("> a"), MarkdownHtmlHelper(true).makeQuoteHTMLString("a"));
 }
 
 }  // namespace
