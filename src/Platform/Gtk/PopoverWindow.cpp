@@ -38,6 +38,9 @@ void PopoverWindow::setContentSize(NSSize size) {
   size_ = size;
   if (isShown_) {
     place(false);
+  } else if (window_ != nullptr && gtk_widget_get_visible(GTK_WIDGET(window_))) {
+    // It is being closed, and may be opened again in this very turn.
+    resizesWhenHidden_ = true;
   } else if (window_ != nullptr) {
     resizeHidden();
   }
@@ -144,6 +147,7 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
     installContent();
     if (gtk_widget_get_visible(GTK_WIDGET(window_))) {
       // Closed in this very turn, to change what it shows: it never left the screen, nor the keyboard it.
+      resizesWhenHidden_ = false;
       place(false);
       return;
     }
@@ -225,7 +229,11 @@ void PopoverWindow::hide() {
 }
 
 void PopoverWindow::leaveTheScreen() {
-  if (window_ != nullptr) gtk_widget_set_visible(GTK_WIDGET(window_), FALSE);
+  if (window_ != nullptr) {
+    gtk_widget_set_visible(GTK_WIDGET(window_), FALSE);
+    // A size that was asked for while it was closing.
+    if (std::exchange(resizesWhenHidden_, false)) resizeHidden();
+  }
   // A closed popover leaves nothing running.
   watcherTimer_ = DispatchQueue::main().timer(pressMemory, [this] {
     pressWatcher_.reset();
