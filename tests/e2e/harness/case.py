@@ -86,6 +86,10 @@ class VelkinTestCase(unittest.TestCase):
         while window and window != previous:
             settle(0.3)
             previous, window = window, self.popover()
+            if window is None:
+                # The window manager takes a window off the screen for a moment when it puts its frame around it.
+                settle(0.3)
+                window = self.popover()
         self.assertIsNotNone(window, "the popover went away by itself")
         return window
 
