@@ -13,6 +13,17 @@ struct NSError {
   bool operator==(const NSError&) const = default;
 };
 
+/// As it is shown where an error is printed: `Error Domain=<domain> Code=<code> "<words>"`, with (null) for
+/// no words.
+inline std::string description(const NSError& error) {
+  return "Error Domain=" + error.domain + " Code=" + std::to_string(error.code) + " \"" +
+         (error.localizedDescription.empty() ? std::string("(null)") : error.localizedDescription) + '"';
+}
+
+/// The domain of what reading a text's form fails with, and its code.
+inline constexpr const char* NSCocoaErrorDomain = "NSCocoaErrorDomain";
+inline constexpr int NSPropertyListReadCorruptError = 3840;
+
 /// The domain of what a URL session fails with, and its codes.
 inline constexpr const char* NSURLErrorDomain = "NSURLErrorDomain";
 inline constexpr int NSURLErrorCancelled = -999;

@@ -32,10 +32,10 @@ class NSURLSessionDataTask {
 /// The HTTP client.
 class NSURLSession {
  public:
-  /// The answer's body, the response if it is HTTP's, and why there is none. After an error the body is
-  /// empty.
-  using Completion = std::function<void(std::string data, std::optional<HTTPURLResponse> response,
-                                        std::optional<NSError> error)>;
+  /// The answer's body, the response if it is HTTP's, and why there is none. After an error there is no body.
+  using Completion =
+      std::function<void(std::optional<std::string> data, std::optional<HTTPURLResponse> response,
+                         std::optional<NSError> error)>;
 
   /// The session of the installed platform.
   static NSURLSession& shared();

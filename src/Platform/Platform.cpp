@@ -8,6 +8,7 @@
 #include "Platform/NSDistributedNotificationCenter.h"
 #include "Platform/NSHostingController.h"
 #include "Platform/NSPanel.h"
+#include "Platform/NSPasteboard.h"
 #include "Platform/NSPopover.h"
 #include "Platform/NSScreen.h"
 #include "Platform/NSStatusItem.h"
@@ -41,6 +42,8 @@ double now() { return Platform::current().now(); }
 NSApplication& NSApp() { return Platform::current().application(); }
 
 const NSBundle& NSBundle::main() { return Platform::current().mainBundle(); }
+
+NSPasteboard& NSPasteboard::generalPasteboard() { return Platform::current().generalPasteboard(); }
 
 NSWorkspace& NSWorkspace::shared() { return Platform::current().sharedWorkspace(); }
 

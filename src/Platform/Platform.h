@@ -17,6 +17,7 @@ class NSBundle;
 class NSDistributedNotificationCenter;
 class NSHostingView;
 class NSPanel;
+class NSPasteboard;
 class NSPopover;
 class NSStatusItem;
 class NSURLSession;
@@ -47,6 +48,7 @@ class Platform {
   virtual const NSBundle& mainBundle() const = 0;
   virtual NSUserDefaults& standardUserDefaults() = 0;
   virtual NSWorkspace& sharedWorkspace() = 0;
+  virtual NSPasteboard& generalPasteboard() = 0;
   virtual NSDistributedNotificationCenter& distributedNotificationCenter() = 0;
 
   /// Any thread.

@@ -64,4 +64,11 @@ void appendUTF8(std::string& text, char32_t character) {
   }
 }
 
+std::string withoutNulCharacters(std::string text) {
+  for (auto at = text.find('\0'); at != std::string::npos; at = text.find('\0', at)) {
+    text.replace(at, 1, "\uFFFD");
+  }
+  return text;
+}
+
 }  // namespace platform

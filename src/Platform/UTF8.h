@@ -16,4 +16,7 @@ void appendUTF8(std::string& text, char32_t character);
 
 inline constexpr char32_t replacementCharacter = 0xFFFD;
 
+/// The text for a reader that takes a NUL character for the end: U+FFFD stands in the place of each.
+std::string withoutNulCharacters(std::string text);
+
 }  // namespace platform

@@ -62,12 +62,30 @@ struct WKWebViewConfiguration {
   WKUserContentController userContentController;
   /// False keeps the page's cookies and storage out of the program's persistent store.
   bool usesPersistentDataStore = true;
+  /// For text that nobody vouches for: its page runs its own scripts and reaches nothing else. It loads
+  /// nothing, opens no window, downloads nothing, and gets no permission.
+  bool isIsolated = false;
 };
+
+enum class WKNavigationType { linkActivated, formSubmitted, backForward, reload, formResubmitted, other };
+
+/// Where a page wants to go.
+struct WKNavigationAction {
+  URL url;
+  /// `linkActivated` for a link that the user clicked; one that a script clicks is `other`.
+  WKNavigationType navigationType = WKNavigationType::other;
+};
+
+enum class WKNavigationActionPolicy { cancel, allow };
 
 /// Told of a web view's loading. Main thread.
 class WKNavigationDelegate {
  public:
   virtual ~WKNavigationDelegate() = default;
+  /// Asked before the view, or a frame or a new window of its page, goes anywhere.
+  virtual WKNavigationActionPolicy decidePolicyFor(WKWebView&, const WKNavigationAction&) {
+    return WKNavigationActionPolicy::allow;
+  }
   virtual void didFinish(WKWebView&) {}
   virtual void didFail(WKWebView&, const NSError&) {}
 };

@@ -15,6 +15,8 @@ struct ServiceAddresses {
   std::string_view hemingway;
   std::string_view jira;
   std::string_view chatCompletions;
+  /// Where the provider of the completions has its users make keys.
+  std::string_view keyPage;
 };
 
 extern const ServiceAddresses serviceAddresses;

@@ -11,6 +11,7 @@ constinit const ServiceAddresses serviceAddresses = {
     .hemingway = "http://127.83.0.5:8471/",
     .jira = "http://127.83.0.6:8471/software/jira",
     .chatCompletions = "http://127.83.0.7:8471/v1/chat/completions",
+    .keyPage = "http://127.83.0.7:8471/account/api-keys",
 };
 
 }  // namespace velkin

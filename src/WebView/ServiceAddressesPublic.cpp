@@ -10,6 +10,7 @@ constinit const ServiceAddresses serviceAddresses = {
     .hemingway = "https://hemingwayapp.com/",
     .jira = "https://www.atlassian.com/software/jira",
     .chatCompletions = "https://api.openai.com/v1/chat/completions",
+    .keyPage = "https://platform.openai.com/account/api-keys",
 };
 
 }  // namespace velkin

@@ -60,6 +60,20 @@ class SymbolView : public GtkRenderedView {
   }
 };
 
+/// An image of a fixed square size.
+class IconView : public GtkRenderedView {
+ public:
+  explicit IconView(const Element& element) : GtkRenderedView(gtk_image_new()) { update(element); }
+
+ protected:
+  void updateContent(const Element& element) override {
+    const auto file = fileOfImage(contentOf<ImageContent>(element).name);
+    gtk_image_set_from_file(GTK_IMAGE(widget()), file.c_str());
+    gtk_image_set_pixel_size(GTK_IMAGE(widget()),
+                             static_cast<int>(std::lround(element.modifiers.frame.height.value_or(0))));
+  }
+};
+
 class PictureView : public GtkRenderedView {
  public:
   explicit PictureView(const Element& element) : GtkRenderedView(gtk_picture_new()) {
@@ -140,6 +154,7 @@ class FieldView : public GtkRenderedView {
     gtk_entry_set_placeholder_text(entry, content.placeholder.c_str());
     gtk_entry_set_visibility(entry, !content.isSecure);
     gtk_entry_set_has_frame(entry, !content.isPlain);
+    if (content.isPlain) gtk_widget_add_css_class(widget(), "plain-field");
     // Setting the text that it has would lose the cursor, the selection and a composition under way.
     const auto text = content.text.get();
     if (text != gtk_editable_get_text(GTK_EDITABLE(entry))) {
@@ -330,6 +345,8 @@ std::unique_ptr<GtkRenderedView> renderControl(const Element& element) {
   if (std::holds_alternative<TextContent>(content)) return std::make_unique<LabelView>(element);
   if (const auto* image = std::get_if<ImageContent>(&content)) {
     if (image->source == ImageContent::Source::symbol) return std::make_unique<SymbolView>(element);
+    const auto& frame = element.modifiers.frame;
+    if (frame.width && frame.width == frame.height) return std::make_unique<IconView>(element);
     return std::make_unique<PictureView>(element);
   }
   if (std::holds_alternative<ButtonContent>(content)) return std::make_unique<ButtonView>(element);

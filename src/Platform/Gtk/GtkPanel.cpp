@@ -50,9 +50,18 @@ void GtkPanel::ensureWindow() {
   if (window_ != nullptr) return;
   window_ = GTK_WINDOW(gtk_window_new());
   gtk_window_set_title(window_, title_.c_str());
-  gtk_window_set_decorated(window_, (styleMask_ & closable) != 0);
+  const bool hasFrame = (styleMask_ & closable) != 0;
+  gtk_window_set_decorated(window_, hasFrame);
   gtk_window_set_resizable(window_, FALSE);
   gtk_widget_add_css_class(GTK_WIDGET(window_), "velkin-panel");
+  if (!hasFrame) {
+    gtk_widget_add_css_class(GTK_WIDGET(window_), "frameless");
+    // Where windows are not composed, what is outside of a round corner would be black.
+    if (gdk_display_is_composited(gtk_widget_get_display(GTK_WIDGET(window_)))) {
+      gtk_widget_add_css_class(GTK_WIDGET(window_), "rounded");
+      gtk_widget_set_overflow(GTK_WIDGET(window_), GTK_OVERFLOW_HIDDEN);
+    }
+  }
   watchKeys(window_);
   g_signal_connect(window_, "close-request", G_CALLBACK(+[](GtkWindow*, gpointer self) -> gboolean {
                      static_cast<GtkPanel*>(self)->close();
@@ -79,8 +88,9 @@ void GtkPanel::moveToFrame(bool beforeMap) {
   if (monitors.empty()) return;
   const auto& monitor = monitors[primary];
   const int scale = X11Desktop::scale();
-  const auto size = frame().size;
-  // The program counts from the bottom left; the window system from the top left.
+  // The program counts from the bottom left; the window system from the top left. The frame's own height: a
+  // content that is higher, or becomes so, hangs down from the same edge.
+  const auto size = frame_.size;
   const PixelPoint place{
       monitor.x + static_cast<int>(std::lround(frame_.origin.x)) * scale,
       monitor.y + monitor.height - static_cast<int>(std::lround(frame_.origin.y + size.height)) * scale};

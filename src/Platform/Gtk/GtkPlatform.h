@@ -4,6 +4,7 @@
 #include "Platform/Gtk/GtkApplication.h"
 #include "Platform/Gtk/GtkDesktop.h"
 #include "Platform/Gtk/GtkMainQueue.h"
+#include "Platform/Gtk/GtkPasteboard.h"
 #include "Platform/NSBundle.h"
 #include "Platform/Platform.h"
 
@@ -35,6 +36,7 @@ class GtkPlatform : public Platform {
   NSUserDefaults& standardUserDefaults() override;
   NSURLSession& sharedURLSession() override;
   NSWorkspace& sharedWorkspace() override { return workspace_; }
+  NSPasteboard& generalPasteboard() override { return pasteboard_; }
   NSDistributedNotificationCenter& distributedNotificationCenter() override { return notifications_; }
   std::optional<NSAppearance> currentAppearance() const override;
   std::optional<NSScreen> mainScreen() const override;
@@ -61,6 +63,7 @@ class GtkPlatform : public Platform {
   GtkApplicationHost application_;
   NSBundle bundle_;
   GtkWorkspace workspace_;
+  GtkPasteboard pasteboard_;
   BusNotificationCenter notifications_;
   GtkAppearance appearance_;
   std::unique_ptr<NSUserDefaults> defaults_;

@@ -73,6 +73,10 @@ void GtkRenderedView::applyModifiers() {
   gtk_widget_set_margin_end(widget_, pixels(around.trailing));
   gtk_widget_set_opacity(widget_, m.opacity.value_or(1));
   gtk_widget_set_tooltip_text(widget_, m.help.empty() ? nullptr : m.help.c_str());
+  if (m.isDisabled && gtk_widget_has_focus(focusWidget())) {
+    // A widget that is switched off while it has the keyboard never learns that it lost it.
+    if (auto* root = gtk_widget_get_root(widget_)) gtk_root_set_focus(root, nullptr);
+  }
   gtk_widget_set_sensitive(widget_, !m.isDisabled);
   if (m.cornerRadius) gtk_widget_set_overflow(widget_, GTK_OVERFLOW_HIDDEN);
   const auto& label = m.label.empty() ? m.help : m.label;

@@ -19,7 +19,7 @@ std::string cssColor(const Color& color) {
       css << "@window_fg_color";
       break;
     case Color::Role::accent:
-      css << "@accent_color";
+      css << "@accent_bg_color";
       break;
     case Color::Role::blue:
       css << "@blue_3";
@@ -35,6 +35,12 @@ std::string cssColor(const Color& color) {
       break;
     case Color::Role::green:
       css << "@success_color";
+      break;
+    case Color::Role::selectedText:
+      css << "@accent_fg_color";
+      break;
+    case Color::Role::gray:
+      css << "@light_5";
       break;
     case Color::Role::clear:
       css << "transparent";
@@ -66,6 +72,13 @@ std::string declarations(const Modifiers& modifiers) {
   if (modifiers.cornerRadius) css << "border-radius:" << *modifiers.cornerRadius << "px;";
   if (modifiers.foreground) css << "color:" << cssColor(*modifiers.foreground) << ";";
   if (modifiers.font == Font::subheadline) css << "font-size:92%;";
+  if (const auto& font = modifiers.systemFont) {
+    // A point of the system's is a pixel at the usual density; "pt" lets the user's text scaling in.
+    css << "font-size:" << font->size * 0.75 << "pt;";
+    if (font->design == FontDesign::monospaced) css << "font-family:monospace;";
+    if (font->weight == FontWeight::medium) css << "font-weight:500;";
+    if (font->weight == FontWeight::bold) css << "font-weight:700;";
+  }
   if (modifiers.isBold) css << "font-weight:bold;";
   return css.str();
 }
@@ -81,7 +94,10 @@ const char* classOf(Font font) {
       return "title-3";
     case Font::headline:
       return "heading";
+    case Font::title3:
+      return "title-4";
     case Font::caption:
+    case Font::caption2:
     case Font::footnote:
       return "caption";
     case Font::monospaced:
@@ -93,6 +109,13 @@ const char* classOf(Font font) {
   }
   return nullptr;
 }
+
+/// What no view's look says: the edge of a window that has no frame, and fields that are to look like text.
+constexpr const char* basicRules = R"(
+.velkin-panel.frameless{outline:1px solid alpha(@window_fg_color,.25);outline-offset:-1px;}
+.velkin-panel.frameless.rounded{border-radius:12px;}
+.plain-field,.plain-field:focus-within{outline-style:none;box-shadow:none;padding:0;min-height:0;}
+)";
 
 /// One style sheet for the display, with a class for each look in use. Looks are few, so none is ever
 /// dropped.
@@ -114,7 +137,8 @@ class LookSheet {
   }
 
  private:
-  LookSheet() : provider_(gtk_css_provider_new()) {
+  LookSheet() : provider_(gtk_css_provider_new()), text_(basicRules) {
+    gtk_css_provider_load_from_data(provider_, text_.c_str(), -1);
     gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider_),
                                                GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
   }

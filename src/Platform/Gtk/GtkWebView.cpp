@@ -2,7 +2,9 @@
 
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
+#include "Platform/Gtk/IsolatedPage.h"
 #include "Platform/Gtk/WebViewManners.h"
+#include "Platform/UTF8.h"
 
 #include <cmath>
 #include <memory>
@@ -16,7 +18,7 @@ NSError errorFrom(const GError& error) {
   return {g_quark_to_string(error.domain), error.code, error.message};
 }
 
-/// Shown in place of a page whose process died too often.
+/// Shown in place of a page whose process died too often. Without an address there is nothing to reload.
 std::string crashPage(const std::string& address) {
   const GStringPtr escaped(g_markup_escape_text(address.c_str(), -1));
   return R"(<!DOCTYPE html><html><head><meta charset="utf-8"><title>This page stopped working</title><style>
@@ -26,9 +28,30 @@ main{max-width:24em;padding:2em;text-align:center}
 h1{font-size:1.25em;margin:0 0 .5em}
 p{opacity:.75;margin:0 0 1.5em;overflow-wrap:anywhere}
 a{display:inline-block;padding:.5em 1.5em;border-radius:8px;background:#3584e4;color:#fff;text-decoration:none;font-weight:600}
-</style></head><body><main><h1>This page stopped working</h1><p>)" +
-         std::string(escaped.get()) + R"(</p><a href=")" + escaped.get() +
-         R"(" role="button">Reload</a></main></body></html>)";
+</style></head><body><main><h1>This page stopped working</h1>)" +
+         (address.empty() ? std::string()
+                          : "<p>" + std::string(escaped.get()) + R"(</p><a href=")" + escaped.get() +
+                                R"(" role="button">Reload</a>)") +
+         "</main></body></html>";
+}
+
+WKNavigationType navigationTypeOf(WebKitNavigationAction* action) {
+  switch (webkit_navigation_action_get_navigation_type(action)) {
+    case WEBKIT_NAVIGATION_TYPE_LINK_CLICKED:
+      return webkit_navigation_action_is_user_gesture(action) ? WKNavigationType::linkActivated
+                                                              : WKNavigationType::other;
+    case WEBKIT_NAVIGATION_TYPE_FORM_SUBMITTED:
+      return WKNavigationType::formSubmitted;
+    case WEBKIT_NAVIGATION_TYPE_BACK_FORWARD:
+      return WKNavigationType::backForward;
+    case WEBKIT_NAVIGATION_TYPE_RELOAD:
+      return WKNavigationType::reload;
+    case WEBKIT_NAVIGATION_TYPE_FORM_RESUBMITTED:
+      return WKNavigationType::formResubmitted;
+    case WEBKIT_NAVIGATION_TYPE_OTHER:
+      break;
+  }
+  return WKNavigationType::other;
 }
 
 struct ScriptRun {
@@ -94,16 +117,25 @@ WebKitWebView* GtkWebView::engineView() {
   if (!userAgent_.empty()) webkit_settings_set_user_agent(settings_.get(), userAgent_.c_str());
   userContent_ = GObjectPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new());
   addUserContent();
-  view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session",
-                                       engine.session(configuration_.usesPersistentDataStore), "web-context",
+  const bool isIsolated = configuration_.isIsolated;
+  auto* session = engine.session(configuration_.usesPersistentDataStore && !isIsolated);
+  view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "web-context",
                                        engine.context(), "settings", settings_.get(), "user-content-manager",
-                                       userContent_.get(), nullptr));
+                                       userContent_.get(), "default-content-security-policy",
+                                       isIsolated ? isolatedContentSecurityPolicy : nullptr, nullptr));
   g_object_ref_sink(view_);
   webkit_web_view_set_zoom_level(view_, zoom_);
   gtk_widget_set_hexpand(GTK_WIDGET(view_), TRUE);
   gtk_widget_set_vexpand(GTK_WIDGET(view_), TRUE);
   connectSignals();
-  teachManners(view_, engine);
+  if (isIsolated) {
+    isolatePage(view_);
+    // Until the page has painted itself, what is behind it shows: no flash of white in a dark window.
+    constexpr GdkRGBA clear = {0, 0, 0, 0};
+    webkit_web_view_set_background_color(view_, &clear);
+  } else {
+    teachManners(view_, engine);
+  }
   if (holder_ != nullptr) gtk_box_append(GTK_BOX(holder_), GTK_WIDGET(view_));
   return view_;
 }
@@ -143,6 +175,13 @@ void GtkWebView::addUserContent() {
 }
 
 void GtkWebView::connectSignals() {
+  // Before the page's manners, which have the second word.
+  g_signal_connect(view_, "decide-policy",
+                   G_CALLBACK(+[](WebKitWebView*, WebKitPolicyDecision* decision,
+                                  WebKitPolicyDecisionType type, gpointer self) -> gboolean {
+                     return static_cast<GtkWebView*>(self)->isNavigationCancelled(decision, type);
+                   }),
+                   this);
   g_signal_connect(view_, "notify::uri", G_CALLBACK(+[](WebKitWebView* view, GParamSpec*, gpointer self) {
                      const char* uri = webkit_web_view_get_uri(view);
                      if (uri == nullptr) return;
@@ -176,13 +215,29 @@ void GtkWebView::connectSignals() {
                    this);
 }
 
+bool GtkWebView::isNavigationCancelled(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
+  if (navigationDelegate == nullptr || type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) return false;
+  auto* action =
+      webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+  const char* uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
+  const auto url = URL::parse(uri != nullptr ? uri : "");
+  if (!url) return configuration_.isIsolated;
+  const auto wanted = WKNavigationAction{*url, navigationTypeOf(action)};
+  if (navigationDelegate->decidePolicyFor(*this, wanted) == WKNavigationActionPolicy::allow) return false;
+  webkit_policy_decision_ignore(decision);
+  return true;
+}
+
 void GtkWebView::processTerminated(WebKitWebProcessTerminationReason reason) {
   if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API) return;
   const auto address = url_ ? url_->absoluteString() : std::string("about:blank");
   const bool reloads = crashPolicy_.shouldReload(now());
   debugLog("GtkWebView", "processTerminated(reason:)",
            "The process of " + address + " died; " + (reloads ? "loading it again" : "it died too often"));
-  if (reloads) {
+  if (configuration_.isIsolated) {
+    const auto page = reloads ? ownPage_ : crashPage({});
+    webkit_web_view_load_html(view_, page.c_str(), nullptr);
+  } else if (reloads) {
     webkit_web_view_reload(view_);
   } else {
     // As the page of that address: alternate content for it stays blank after its process died.
@@ -231,7 +286,10 @@ void GtkWebView::load(const URLRequest& request) {
 void GtkWebView::loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) {
   auto* view = engineView();
   url_ = baseURL ? baseURL : URL::parse("about:blank");
-  webkit_web_view_load_html(view, html.c_str(), baseURL ? baseURL->absoluteString().c_str() : nullptr);
+  auto page = withoutNulCharacters(html);
+  webkit_web_view_load_html(view, page.c_str(), baseURL ? baseURL->absoluteString().c_str() : nullptr);
+  // There is no address from which it could be had again when its process dies.
+  if (configuration_.isIsolated) ownPage_ = std::move(page);
 }
 
 void GtkWebView::reload() {

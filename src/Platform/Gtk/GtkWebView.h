@@ -52,6 +52,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   void addUserContent();
   void connectSignals();
   void onMapped();
+  bool isNavigationCancelled(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
   void processTerminated(WebKitWebProcessTerminationReason reason);
 
   NSRect frame_;
@@ -68,6 +69,8 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   /// The keyboard was asked for while the view wasn't on show.
   bool wantsFocus_ = false;
   CrashReloadPolicy crashPolicy_;
+  /// Of an isolated view: the page that it was handed last.
+  std::string ownPage_;
   GCancellable* cancellable_ = g_cancellable_new();
 };
 

@@ -111,12 +111,15 @@ struct SoupURLSession::Exchange {
     message = GObjectPtr<SoupMessage>::adopt(
         soup_message_new(request.httpMethod.c_str(), request.url.absoluteString().c_str()));
     if (!message) {
-      completion({}, std::nullopt, NSError{NSURLErrorDomain, -1002, "unsupported URL"});
+      completion(std::nullopt, std::nullopt, NSError{NSURLErrorDomain, -1002, "unsupported URL"});
       std::default_delete<Exchange>()(this);
       return;
     }
     SoupMessageHeaders* headers = soup_message_get_request_headers(message.get());
     for (const auto& [name, value] : request.allHTTPHeaderFields) {
+      // A value that can't stand in one line can't be sent; it must not become a header of its own.
+      constexpr std::string_view breaks("\r\n\0", 3);
+      if (value.find_first_of(breaks) != std::string::npos) continue;
       soup_message_headers_replace(headers, name.c_str(), value.c_str());
     }
     if (!request.httpBody.empty()) {
@@ -147,7 +150,7 @@ struct SoupURLSession::Exchange {
     if (error) {
       const int code = exchange->hasTimedOut ? NSURLErrorTimedOut : urlErrorCode(*error);
       exchange->completion(
-          {}, std::nullopt,
+          std::nullopt, std::nullopt,
           NSError{NSURLErrorDomain, code,
                   exchange->hasTimedOut ? "The request timed out." : std::string(error->message)});
       return;

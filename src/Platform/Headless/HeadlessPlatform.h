@@ -3,6 +3,7 @@
 #include "Platform/Headless/HeadlessApplication.h"
 #include "Platform/Headless/HeadlessDesktop.h"
 #include "Platform/Headless/HeadlessPanel.h"
+#include "Platform/Headless/HeadlessPasteboard.h"
 #include "Platform/Headless/HeadlessPopover.h"
 #include "Platform/Headless/HeadlessQueue.h"
 #include "Platform/Headless/HeadlessStatusItem.h"
@@ -29,6 +30,7 @@ class HeadlessPlatform : public Platform {
   HeadlessQueue queue;
   HeadlessApplication app;
   HeadlessWorkspace workspace;
+  HeadlessPasteboard pasteboard;
   HeadlessDistributedNotificationCenter distributedNotifications;
   NSBundle bundle;
   std::optional<NSAppearance> appearance = NSAppearance{NSAppearanceNameAqua};
@@ -49,6 +51,7 @@ class HeadlessPlatform : public Platform {
   NSApplication& application() override { return app; }
   const NSBundle& mainBundle() const override { return bundle; }
   NSWorkspace& sharedWorkspace() override { return workspace; }
+  NSPasteboard& generalPasteboard() override { return pasteboard; }
   NSDistributedNotificationCenter& distributedNotificationCenter() override {
     return distributedNotifications;
   }

@@ -1,5 +1,7 @@
 #include "Platform/Headless/HeadlessURLSession.h"
 
+#include "Platform/DispatchQueue.h"
+
 #include <atomic>
 #include <utility>
 
@@ -13,6 +15,7 @@ struct HeadlessURLSession::Exchange {
   Answer answer;
   Completion completion;
   std::atomic<bool> isCancelled = false;
+  std::atomic<bool> isComplete = false;
 };
 
 class HeadlessURLSession::Task : public NSURLSessionDataTask {
@@ -75,10 +78,11 @@ HeadlessURLSession::Answer HeadlessURLSession::takeAnswer(const std::string& add
 }
 
 void HeadlessURLSession::complete(Exchange& exchange) {
+  if (exchange.isComplete.exchange(true)) return;
   auto& answer = exchange.answer;
   if (exchange.isCancelled) answer.error = NSError{NSURLErrorDomain, NSURLErrorCancelled, "cancelled"};
   if (answer.error) {
-    exchange.completion({}, std::nullopt, answer.error);
+    exchange.completion(std::nullopt, std::nullopt, answer.error);
   } else if (!answer.isHTTP) {
     exchange.completion(answer.data, std::nullopt, std::nullopt);
   } else {
@@ -91,19 +95,30 @@ std::unique_ptr<NSURLSessionDataTask> HeadlessURLSession::dataTask(URLRequest re
                                                                    Completion completion) {
   std::shared_ptr<Exchange> exchange;
   Delivery delivery;
+  const double patience = request.timeoutInterval;
   {
     const std::lock_guard lock(mutex_);
     exchange = std::make_shared<Exchange>(request.url, takeAnswer(request.url.absoluteString()),
                                           std::move(completion));
     requests_.push_back(std::move(request));
     delivery = delivery_;
-    if (delivery == Delivery::background) {
+    if (exchange->answer.isSilent) {
+      delivery = Delivery::held;
+    } else if (delivery == Delivery::background) {
       threads_.emplace_back([exchange] { complete(*exchange); });
     } else if (delivery == Delivery::held) {
       held_.push_back(exchange);
     }
   }
-  if (delivery == Delivery::inlined) complete(*exchange);
+  if (exchange->answer.isSilent) {
+    DispatchQueue::main().asyncAfter(patience, [this, exchange] {
+      exchange->answer.error = NSError{NSURLErrorDomain, NSURLErrorTimedOut, "The request timed out."};
+      const std::lock_guard lock(mutex_);
+      threads_.emplace_back([exchange] { complete(*exchange); });
+    });
+  } else if (delivery == Delivery::inlined) {
+    complete(*exchange);
+  }
   return std::make_unique<Task>(std::move(exchange));
 }
 

@@ -19,10 +19,12 @@ class HeadlessURLSession : public NSURLSession {
  public:
   struct Answer {
     int statusCode = 200;
-    std::string data = {};
+    std::optional<std::string> data = std::string();
     std::map<std::string, std::string> headers = {};
     /// Instead of all of the above.
     std::optional<NSError> error = std::nullopt;
+    /// It never comes: the request ends when its time is over, by the platform's clock.
+    bool isSilent = false;
     /// False for an answer that isn't HTTP's: `data` alone.
     bool isHTTP = true;
   };

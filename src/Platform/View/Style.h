@@ -18,13 +18,53 @@ enum class Font {
   body,
   callout,
   caption,
+  caption2,
   footnote,
   headline,
   largeTitle,
   monospaced,
   subheadline,
   title,
-  title2
+  title2,
+  title3
+};
+
+/// The size in points of text in a role, before the user's own scaling.
+constexpr double preferredPointSize(Font role) noexcept {
+  switch (role) {
+    case Font::largeTitle:
+      return 26;
+    case Font::title:
+      return 22;
+    case Font::title2:
+      return 17;
+    case Font::title3:
+      return 15;
+    case Font::callout:
+      return 12;
+    case Font::subheadline:
+      return 11;
+    case Font::caption:
+    case Font::caption2:
+    case Font::footnote:
+      return 10;
+    case Font::body:
+    case Font::headline:
+    case Font::monospaced:
+      break;
+  }
+  return 13;
+}
+
+enum class FontWeight { regular, medium, bold };
+enum class FontDesign { standard, monospaced };
+
+/// The desktop's font at a size of one's own.
+struct SystemFont {
+  double size = preferredPointSize(Font::body);
+  FontWeight weight = FontWeight::regular;
+  FontDesign design = FontDesign::standard;
+  bool operator==(const SystemFont&) const = default;
 };
 
 /// A colour by its role, which follows the desktop's appearance, or by its components.
@@ -38,6 +78,9 @@ struct Color {
     purple,
     red,
     green,
+    gray,
+    /// Of text on the accent colour.
+    selectedText,
     clear,
     windowBackground,
     underPageBackground,

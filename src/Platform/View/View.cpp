@@ -81,6 +81,10 @@ View View::font(Font font) const {
   return modified([&](Modifiers& m) { m.font = font; });
 }
 
+View View::font(SystemFont font) const {
+  return modified([&](Modifiers& m) { m.systemFont = font; });
+}
+
 View View::bold() const {
   return modified([](Modifiers& m) { m.isBold = true; });
 }

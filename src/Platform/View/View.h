@@ -54,6 +54,7 @@ class View {
   View border(Color color) const;
   View opacity(double opacity) const;
   View font(Font font) const;
+  View font(SystemFont font) const;
   View bold() const;
   View foregroundColor(Color color) const;
   View multilineTextAlignment(Alignment alignment) const;
@@ -172,6 +173,7 @@ struct Modifiers {
   std::optional<double> cornerRadius;
   std::optional<double> opacity;
   std::optional<Font> font;
+  std::optional<SystemFont> systemFont;
   bool isBold = false;
   std::optional<Color> foreground;
   std::optional<Alignment> textAlignment;

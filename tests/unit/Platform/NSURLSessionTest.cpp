@@ -13,7 +13,7 @@ class NSURLSessionTest : public testing::Test {
  protected:
   struct Outcome {
     int calls = 0;
-    std::string data;
+    std::optional<std::string> data;
     std::optional<HTTPURLResponse> response;
     std::optional<NSError> error;
     std::thread::id thread;
@@ -80,6 +80,22 @@ TEST_F(NSURLSessionTest, aBackgroundAnswerRunsOnAnotherThread) {
   platform_.urlSession.waitUntilDelivered();
   EXPECT_EQ(outcome.calls, 1);
   EXPECT_NE(outcome.thread, std::this_thread::get_id());
+}
+
+TEST_F(NSURLSessionTest, aRequestThatNobodyAnswersEndsWhenItsTimeIsOver) {
+  platform_.urlSession.addAnswer("https://example.org/", {.isSilent = true});
+  request_.timeoutInterval = 25;
+  Outcome outcome;
+  ask(outcome);
+  platform_.queue.advance(24.9);
+  platform_.urlSession.waitUntilDelivered();
+  EXPECT_EQ(outcome.calls, 0);
+  platform_.queue.advance(0.1);
+  platform_.urlSession.waitUntilDelivered();
+  EXPECT_EQ(outcome.calls, 1);
+  ASSERT_TRUE(outcome.error);
+  EXPECT_EQ(outcome.error->code, NSURLErrorTimedOut);
+  EXPECT_FALSE(outcome.data);
 }
 
 TEST_F(NSURLSessionTest, aHeldRequestCanBeCancelled) {

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Platform/NSDistributedNotificationCenter.h"
+#include "Platform/NSViewController.h"
+#include "Platform/WKWebView.h"
+
+#include <memory>
+#include <string>
+
+namespace velkin {
+
+/// True if the desktop is dark at the moment. Any thread.
+bool isDesktopDark();
+
+/// The page that shows converted Markdown. Main thread.
+class MarkdownWebViewController : public platform::NSViewController, public platform::WKNavigationDelegate {
+ public:
+  explicit MarkdownWebViewController(std::shared_ptr<platform::WKWebView> webView);
+  ~MarkdownWebViewController() override;
+
+  /// As the desktop was when this was made, turned round at each change since.
+  bool isDarkMode;
+  std::string markdownHtml;
+  const std::shared_ptr<platform::WKWebView> webView;
+
+  void modeChanged() { isDarkMode = !isDarkMode; }
+
+  /// Loads `page` at `zoom`, unless that is what was loaded last.
+  void show(double zoom, const std::string& page);
+  /// Has the next `show` load its page in any case.
+  void forgetShown();
+
+  platform::WKNavigationActionPolicy decidePolicyFor(platform::WKWebView& view,
+                                                     const platform::WKNavigationAction& action) override;
+  void didFinish(platform::WKWebView& finished) override;
+
+ protected:
+  void loadView() override;
+  platform::NSView& loadedView() override { return *webView; }
+
+ private:
+  std::unique_ptr<platform::NSDistributedNotificationCenter::Token> themeObserver_;
+  bool hasShown_ = false;
+  double shownZoom_ = 0;
+  std::string shownPage_;
+};
+
+}  // namespace velkin
