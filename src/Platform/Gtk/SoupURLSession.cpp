@@ -115,6 +115,7 @@ struct SoupURLSession::Exchange {
       std::default_delete<Exchange>()(this);
       return;
     }
+    soup_message_add_flags(message.get(), SOUP_MESSAGE_COLLECT_METRICS);
     SoupMessageHeaders* headers = soup_message_get_request_headers(message.get());
     for (const auto& [name, value] : request.allHTTPHeaderFields) {
       // A value that can't stand in one line can't be sent; it must not become a header of its own.
@@ -159,7 +160,25 @@ struct SoupURLSession::Exchange {
     const auto* data = static_cast<const char*>(g_bytes_get_data(bytes, &size));
     std::string body(data != nullptr ? data : "", size);
     g_bytes_unref(bytes);
+    if (exchange->isCutOff()) {
+      exchange->completion(
+          std::nullopt, std::nullopt,
+          NSError{NSURLErrorDomain, NSURLErrorNetworkConnectionLost, "The network connection was lost."});
+      return;
+    }
     exchange->completion(std::move(body), exchange->response(), std::nullopt);
+  }
+
+  /// The library takes a connection that closes early for the end of the body.
+  bool isCutOff() const {
+    SoupMessageHeaders* headers = soup_message_get_response_headers(message.get());
+    if (request.httpMethod == "HEAD" ||
+        soup_message_headers_get_encoding(headers) != SOUP_ENCODING_CONTENT_LENGTH) {
+      return false;
+    }
+    const auto received =
+        soup_message_metrics_get_response_body_bytes_received(soup_message_get_metrics(message.get()));
+    return received < static_cast<guint64>(soup_message_headers_get_content_length(headers));
   }
 
   HTTPURLResponse response() const {

@@ -1,0 +1,149 @@
+#include "Platform/Gtk/GtkPlatform.h"
+#include "Platform/Gtk/GtkWebView.h"
+#include "Platform/NSPopover.h"
+#include "gtk/GtkFixture.h"
+#include "gtk/LoopbackServer.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+namespace platform {
+namespace {
+
+class Loads : public WKNavigationDelegate {
+ public:
+  int finished = 0;
+  std::vector<WKNavigationAction> asked;
+  void didFinish(WKWebView&) override { ++finished; }
+  WKNavigationActionPolicy decidePolicyFor(WKWebView&, const WKNavigationAction& action) override {
+    asked.push_back(action);
+    return WKNavigationActionPolicy::allow;
+  }
+};
+
+/// A page that tries every way out, and one that a view which isn't isolated has.
+class IsolatedPageTest : public GtkFixture {
+ protected:
+  IsolatedPageTest()
+      : popover(NSPopover::make()), server([](int connection, const std::string&) {
+          LoopbackServer::send(connection,
+                               LoopbackServer::answer(200, "", "Access-Control-Allow-Origin: *\r\n"));
+        }) {}
+
+  void load(bool isIsolated, const std::string& body) {
+    webView = WKWebView::make({}, {.usesPersistentDataStore = false, .isIsolated = isIsolated});
+    webView->navigationDelegate = &loads;
+    webView->loadHTMLString("<!DOCTYPE html><html><head></head><body>" + body + "</body></html>",
+                            std::nullopt);
+    show(dynamic_cast<GtkWebView&>(*webView).widget());
+    ASSERT_TRUE(wait([&] { return loads.finished > 0; }));
+  }
+
+  std::string evaluate(const std::string& script) {
+    std::optional<std::string> result;
+    webView->evaluateJavaScript(script, [&](const auto& json, const auto& error) {
+      result = error ? "error: " + error->localizedDescription : *json;
+    });
+    EXPECT_TRUE(wait([&] { return result.has_value(); }));
+    return result.value_or("nothing");
+  }
+
+  /// Each thing that a page can do to reach the server, as statements of a script.
+  std::vector<std::string> waysOut() const {
+    const auto to = [this](const std::string& name) { return "'" + server.address("/" + name) + "'"; };
+    return {"fetch(" + to("fetch") + ")",
+            "new Image().src = " + to("image"),
+            "navigator.sendBeacon(" + to("beacon") + ", 'x')",
+            "let r = new XMLHttpRequest(); r.open('GET', " + to("xhr") + "); r.send()",
+            "let s = document.createElement('script'); s.src = " + to("script") + "; document.body.append(s)",
+            "let l = document.createElement('link'); l.rel = 'stylesheet'; l.href = " + to("style") +
+                "; document.head.append(l)",
+            "let f = document.createElement('iframe'); f.src = " + to("frame") + "; document.body.append(f)",
+            "let v = document.createElement('video'); v.src = " + to("video") + "; document.body.append(v)",
+            "new WebSocket(" + to("socket") + ".replace('http', 'ws'))",
+            "new Worker(" + to("worker") + ")",
+            "window.open(" + to("window") + ")",
+            "let a = document.createElement('a'); a.href = " + to("link") +
+                "; document.body.append(a); a.click()",
+            "let n = document.createElement('a'); n.href = " + to("download") +
+                "; n.download = 'x'; document.body.append(n); n.click()",
+            "let o = document.createElement('form'); o.method = 'post'; o.action = " + to("form") +
+                "; document.body.append(o); o.submit()",
+            "location.href = " + to("location")};
+  }
+
+  /// Runs the statement in the page and lets what it started come to an end.
+  void attempt(const std::string& statement) {
+    evaluate("try { (() => { " + statement + " })(); } catch (e) {} 1");
+    bool isOver = false;
+    g_timeout_add(
+        120,
+        [](gpointer over) -> gboolean {
+          *static_cast<bool*>(over) = true;
+          return G_SOURCE_REMOVE;
+        },
+        &isOver);
+    while (!isOver) g_main_context_iteration(nullptr, TRUE);
+  }
+
+  std::unique_ptr<NSPopover> popover;
+  LoopbackServer server;
+  Loads loads;
+  std::shared_ptr<WKWebView> webView;
+};
+
+TEST_F(IsolatedPageTest, NoWayOutReachesAServer) {
+  load(true, "<p id=text>An answer</p><img src='" + server.address("/tag") +
+                 "'><meta http-equiv=refresh "
+                 "content='0;url=" +
+                 server.address("/refresh") + "'>");
+  for (const auto& way : waysOut()) {
+    attempt(way);
+    EXPECT_TRUE(server.requests().empty()) << way << ": " << server.requests().front();
+    EXPECT_EQ(evaluate("location.href"), "\"about:blank\"") << way;
+  }
+  EXPECT_EQ(evaluate("document.getElementById('text').textContent"), "\"An answer\"");
+}
+
+TEST_F(IsolatedPageTest, APageThatIsNotIsolatedDoesReachTheServer) {
+  load(false, "<p>A page</p>");
+  attempt(waysOut().front());
+  EXPECT_TRUE(wait([&] { return !server.requests().empty(); })) << "or the test above proves nothing";
+}
+
+TEST_F(IsolatedPageTest, ItsOwnScriptsAndStylesRun) {
+  load(true,
+       "<style>p{color:rgb(1, 2, 3)}</style><p onclick=\"this.textContent='clicked'\">x</p>"
+       "<script>document.title = 'ran'</script>");
+  EXPECT_EQ(evaluate("document.title"), "\"ran\"");
+  EXPECT_EQ(evaluate("getComputedStyle(document.querySelector('p')).color"), "\"rgb(1, 2, 3)\"");
+  EXPECT_EQ(evaluate("document.querySelector('p').click(), document.querySelector('p').textContent"),
+            "\"clicked\"");
+}
+
+TEST_F(IsolatedPageTest, DialoguesDoNotHoldItUp) {
+  load(true, "<p>x</p>");
+  EXPECT_EQ(evaluate("alert('a'), confirm('b')"), "false");
+  EXPECT_EQ(evaluate("prompt('c')"), "null");
+}
+
+TEST_F(IsolatedPageTest, TheDelegateIsAskedFirstAndAScriptsClickIsNoClick) {
+  // By a script of the page's own: one that the program runs counts as the user's doing.
+  load(true, "<a id=a href='https://example.org/'>x</a><script>setTimeout(() => a.click(), 50)</script>");
+  const auto asked = [&] {
+    return std::find_if(loads.asked.begin(), loads.asked.end(), [](const auto& action) {
+      return action.url.absoluteString() == "https://example.org/";
+    });
+  };
+  ASSERT_TRUE(wait([&] { return asked() != loads.asked.end(); }));
+  EXPECT_EQ(asked()->navigationType, WKNavigationType::other);
+}
+
+TEST_F(IsolatedPageTest, ANulCharacterDoesNotEndThePage) {
+  load(true, std::string("<p>before\0after</p>", 19));
+  EXPECT_EQ(evaluate("document.body.textContent.includes('after')"), "true");
+}
+
+}  // namespace
+}  // namespace platform
