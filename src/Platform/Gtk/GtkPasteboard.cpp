@@ -16,7 +16,9 @@ GdkClipboard* clipboard() {
 }  // namespace
 
 void GtkPasteboard::clearContents() {
-  if (auto* board = clipboard()) gdk_clipboard_set_content(board, nullptr);
+  // Given up and taken again at once, the clipboard would be nobody's: the news of the first overtakes the
+  // second. So it is kept, with nothing in it.
+  if (auto* board = clipboard()) gdk_clipboard_set_text(board, "");
 }
 
 bool GtkPasteboard::setString(const std::string& text, std::string_view type) {

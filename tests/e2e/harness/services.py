@@ -177,13 +177,13 @@ class Server(http.server.ThreadingHTTPServer):
         pass  # A page that goes away in the middle of an answer is nothing to tell.
 
 
-def bind(service, seconds=900):
+def bind(service, seconds=900, handler=None):
     """The addresses are fixed in the program: a second run on the same machine has to wait for the first."""
     end = time.monotonic() + seconds
     said = False
     while True:
         try:
-            server = Server((service.address, PORT), Handler)
+            server = Server((service.address, PORT), handler or Handler)
             server.service = service
             return server
         except OSError as error:

