@@ -17,7 +17,7 @@ constexpr std::string_view optionGlyph = "⌥";
 /// key.
 MenuHelper::Item item(QKKeyboardShortcuts row, MenuHelperDelegate* delegate,
                       void (MenuHelperDelegate::*action)()) {
-  std::string key(keyEquivalent(row));
+  std::string key = keyEquivalent(row);
   if (key.starts_with(optionGlyph)) key.erase(0, optionGlyph.size());
   return std::make_shared<NSMenuItem>(
       std::string(rawValue(row)),

@@ -2,6 +2,7 @@
 
 #include "Appearance/AppearanceHeight.h"
 #include "Appearance/AppearanceWidth.h"
+#include "Keyboard/KeyboardShortcuts.h"
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/FatalError.h"
@@ -45,6 +46,7 @@ VelkinImpl::VelkinImpl(std::shared_ptr<NSPopover> mainPopover, WebView bard, Web
   currentWebView.webView->uiDelegate = this;
   updatePopoverBehavior(false);
   setUpStatusItem();
+  setUpGlobalShortcuts();
   isInitialLaunch = true;
   showFirstView();
   isFindingWebState->showToolbar.set(defaults.showToolBar());
@@ -53,7 +55,13 @@ VelkinImpl::VelkinImpl(std::shared_ptr<NSPopover> mainPopover, WebView bard, Web
   keyboardHelper_->modifierKeyBools();
 }
 
-VelkinImpl::~VelkinImpl() = default;
+VelkinImpl::~VelkinImpl() { KeyboardShortcuts::shutDown(); }
+
+void VelkinImpl::setUpGlobalShortcuts() {
+  using KeyboardShortcuts::Name;
+  KeyboardShortcuts::onKeyDown(Name::searchBarShortcut(), [this] { handleSearchBarDelegate(); });
+  KeyboardShortcuts::onKeyDown(Name::popUpShortcut(), [this] { didUseGlobalHotKeys(); });
+}
 
 void VelkinImpl::setUpStatusItem() {
   auto* button = menuBarItem->button();
@@ -141,6 +149,32 @@ void VelkinImpl::togglePopover() {
   } else {
     showPopover(useLargeSize);
   }
+}
+
+void VelkinImpl::didUseGlobalHotKeys() {
+  debugLog("Q$: didUseGlobalHotKeys");
+  togglePopover();
+}
+
+void VelkinImpl::handleSearchBarDelegate() {
+  debugLog("Q$: handleSearchBarDelegate");
+  if (searchBarHostingController) {
+    handleEsc();
+    isSearchBarOpen_ = false;
+  } else {
+    switchWebViews(WebViewSwitchType::search);
+    isSearchBarOpen_ = true;
+  }
+}
+
+void VelkinImpl::showView(WebViewSwitchType type) {
+  if (type == WebViewSwitchType::search) {
+    if (!searchBarHostingController) handleSearchBarDelegate();
+    return;
+  }
+  // A switch to the view that is on show would fall back on chat.
+  if (type != defaults.lastVisibleWebView()) switchWebViews(type);
+  if (!popover->isShown()) togglePopover();
 }
 
 void VelkinImpl::showPopover(bool useLargeSize) {

@@ -2,6 +2,7 @@
 
 #include "Helpers/ScriptingHelper.h"
 #include "Helpers/UserDefaultsHelper.h"
+#include "Keyboard/HotkeySolutionDelegate.h"
 #include "Keyboard/QKKeyboardShortcutHelper.h"
 #include "MenuHelper.h"
 #include "Onboarding/PagePlace.h"
@@ -32,6 +33,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
                    public platform::WKUIDelegate,
                    public MenuHelperDelegate,
                    public QKKeyboardShortcutHelperDelegate,
+                   public HotkeySolutionDelegate,
                    public ReleaseNotesUIViewDelegate {
  public:
   using PlaceController = platform::NSHostingController<PagePlace>;
@@ -91,6 +93,12 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void updatePopoverBehavior(bool force = false);
   void didScroll();
   void menuDidClose(platform::NSMenu& menu) override;
+  /// The global shortcut of the popover.
+  void didUseGlobalHotKeys() override;
+  /// The global shortcut of the search bar: opens its panel, or closes it.
+  void handleSearchBarDelegate() override;
+  /// Brings a view on the screen, as the desktop asks for it by name.
+  void showView(WebViewSwitchType type);
   void didClickReleaseNotesDone() override;
 
   /// Decides what the popover shows, and builds its content anew around the same pages.
@@ -164,6 +172,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
   using Flag = platform::Published<bool>;
 
   void setUpStatusItem();
+  void setUpGlobalShortcuts();
   void showFirstView();
   int buildNumber() const;
 

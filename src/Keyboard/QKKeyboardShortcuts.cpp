@@ -1,5 +1,7 @@
 #include "Keyboard/QKKeyboardShortcuts.h"
 
+#include "Keyboard/Name.h"
+
 namespace velkin {
 
 namespace {
@@ -56,6 +58,11 @@ constexpr std::string_view optionGlyph = "⌥";
 
 const Row& row(QKKeyboardShortcuts shortcut) { return rows[static_cast<std::size_t>(shortcut)]; }
 
+std::string descriptionOf(const KeyboardShortcuts::Name& name) {
+  const auto shortcut = name.shortcut();
+  return shortcut ? shortcut->description() : std::string();
+}
+
 bool isCapitalizedAlpha(std::string_view text) {
   return text.size() == 1 && text[0] >= 'A' && text[0] <= 'Z';
 }
@@ -68,7 +75,17 @@ std::string_view rawValue(QKKeyboardShortcutCategory category) noexcept {
 
 std::string_view rawValue(QKKeyboardShortcuts shortcut) noexcept { return row(shortcut).label; }
 
-std::string_view keyEquivalent(QKKeyboardShortcuts shortcut) noexcept { return row(shortcut).keyEquivalent; }
+std::string keyEquivalent(QKKeyboardShortcuts shortcut) {
+  using KeyboardShortcuts::Name;
+  switch (shortcut) {
+    case QKKeyboardShortcuts::keyboardShortcut:
+      return descriptionOf(Name::popUpShortcut());
+    case QKKeyboardShortcuts::searchBarShortcut:
+      return descriptionOf(Name::searchBarShortcut());
+    default:
+      return std::string(row(shortcut).keyEquivalent);
+  }
+}
 
 QKKeyboardShortcutCategory category(QKKeyboardShortcuts shortcut) noexcept { return row(shortcut).category; }
 

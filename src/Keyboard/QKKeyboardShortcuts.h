@@ -61,8 +61,9 @@ inline constexpr std::size_t qkKeyboardShortcutCount =
 std::string_view rawValue(QKKeyboardShortcutCategory category) noexcept;
 /// The command's label.
 std::string_view rawValue(QKKeyboardShortcuts shortcut) noexcept;
-/// Empty for a command without a key. The global ones are empty here: their keys are the user's own.
-std::string_view keyEquivalent(QKKeyboardShortcuts shortcut) noexcept;
+/// Empty for a command without a key. Those of the global ones are what the user has stored, with glyphs.
+/// Main thread.
+std::string keyEquivalent(QKKeyboardShortcuts shortcut);
 QKKeyboardShortcutCategory category(QKKeyboardShortcuts shortcut) noexcept;
 
 /// A key equivalent with the glyphs of its modifiers, which for most categories go without saying.

@@ -15,4 +15,8 @@ void fatalError(std::string_view message) {
   std::_Exit(fatalErrorExitCode);
 }
 
+void assertionFailure(std::string_view message) {
+  debugLog(std::string("Assertion failed: ").append(message));
+}
+
 }  // namespace platform

@@ -18,6 +18,10 @@ inline constexpr int fatalErrorExitCode = 70;
 /// may have been the cause. Any thread.
 [[noreturn]] void fatalError(std::string_view message);
 
+/// Notes in the debug log that something is not as it should be; the caller goes on with what it has. Any
+/// thread.
+void assertionFailure(std::string_view message);
+
 /// The value of `optional`, or the end of the process.
 template <class Optional>
 decltype(auto) unwrap(Optional&& optional, std::string_view message = unwrappedNil) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Platform/NSEvent.h"
+#include "Platform/NSMenu.h"
 
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -25,6 +27,8 @@ class NSApplication {
 
   /// The event that is being handled; nothing outside of one.
   std::optional<NSEvent> currentEvent;
+  /// nullptr, unless somebody gives the program one.
+  std::shared_ptr<NSMenu> mainMenu;
 
   /// Runs the main loop with `delegate` until the program is told to end; returns the exit code.
   virtual int run(NSApplicationDelegate& delegate) = 0;

@@ -2,6 +2,8 @@
 
 #include "Platform/Geometry.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -27,6 +29,21 @@ struct NSEvent {
   static constexpr std::uint32_t controlFlag = 0x40000;
   static constexpr std::uint32_t optionFlag = 0x80000;
   static constexpr std::uint32_t commandFlag = 0x100000;
+  static constexpr std::uint32_t numericPadFlag = 0x200000;
+  static constexpr std::uint32_t functionFlag = 0x800000;
+  static constexpr std::uint32_t deviceIndependentFlagsMask = 0xFFFF0000;
+
+  /// A key that gives no character of a text, by the private character that stands for it.
+  struct SpecialKey {
+    char32_t rawValue;
+    bool operator==(const SpecialKey&) const = default;
+
+    /// F1 to F35.
+    static constexpr char32_t firstFunctionKey = 0xF704;
+    static constexpr int functionKeyCount = 35;
+    static const std::array<SpecialKey, functionKeyCount> functionKeys;
+    bool isFunctionKey() const noexcept;
+  };
 
   /// One bit for each type, as `sendActionOn` and the monitors take them.
   static constexpr std::uint64_t mask(EventType type) { return std::uint64_t{1} << static_cast<int>(type); }
@@ -47,5 +64,17 @@ struct NSEvent {
   static int addLocalMonitorForEvents(std::uint64_t mask, Monitor handler);
   static void removeMonitor(int monitor);
 };
+
+inline constexpr std::array<NSEvent::SpecialKey, NSEvent::SpecialKey::functionKeyCount>
+    NSEvent::SpecialKey::functionKeys = [] {
+      std::array<SpecialKey, functionKeyCount> keys{};
+      for (std::size_t i = 0; i < keys.size(); ++i)
+        keys[i].rawValue = firstFunctionKey + static_cast<char32_t>(i);
+      return keys;
+    }();
+
+inline bool NSEvent::SpecialKey::isFunctionKey() const noexcept {
+  return std::find(functionKeys.begin(), functionKeys.end(), *this) != functionKeys.end();
+}
 
 }  // namespace platform

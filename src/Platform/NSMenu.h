@@ -10,6 +10,8 @@
 
 namespace platform {
 
+class NSMenu;
+
 /// One row of a menu. Changes show at once where the menu is on screen.
 class NSMenuItem {
  public:
@@ -43,6 +45,8 @@ class NSMenuItem {
   std::function<void()> action;
   /// Whom the action is for; it isn't owned and not used but for comparison.
   const void* target = nullptr;
+  /// The menu that the item opens; nullptr for an item that acts.
+  std::shared_ptr<NSMenu> submenu;
 
   Observers& observers() noexcept { return observers_; }
 
@@ -59,8 +63,6 @@ class NSMenuItem {
   bool isSeparator_ = false;
   Observers observers_;
 };
-
-class NSMenu;
 
 /// Told of a menu's closing. Main thread.
 class NSMenuDelegate {

@@ -1,5 +1,6 @@
 #include "Platform/Platform.h"
 
+#include "Platform/CarbonEvents.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/FatalError.h"
 #include "Platform/NSAppearance.h"
@@ -13,6 +14,7 @@
 #include "Platform/NSScreen.h"
 #include "Platform/NSStatusItem.h"
 #include "Platform/NSWorkspace.h"
+#include "Platform/TextInputSources.h"
 #include "Platform/WKWebView.h"
 
 #include <atomic>
@@ -75,6 +77,12 @@ std::unique_ptr<WKWebView> WKWebView::make(NSRect frame, WKWebViewConfiguration 
 
 std::unique_ptr<NSHostingView> NSHostingView::make(View root) {
   return Platform::current().makeHostingView(std::move(root));
+}
+
+EventTarget& GetEventDispatcherTarget() { return Platform::current().eventDispatcherTarget(); }
+
+std::unique_ptr<TISInputSource> TISCopyCurrentASCIICapableKeyboardLayoutInputSource() {
+  return Platform::current().copyCurrentASCIICapableKeyboardLayoutInputSource();
 }
 
 }  // namespace platform

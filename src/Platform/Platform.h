@@ -12,6 +12,7 @@
 namespace platform {
 
 class DispatchQueue;
+class EventTarget;
 class NSApplication;
 class NSBundle;
 class NSDistributedNotificationCenter;
@@ -23,6 +24,7 @@ class NSStatusItem;
 class NSURLSession;
 class NSUserDefaults;
 class NSWorkspace;
+class TISInputSource;
 class View;
 class WKWebView;
 struct NSAppearance;
@@ -62,6 +64,9 @@ class Platform {
   virtual std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) = 0;
   virtual std::unique_ptr<NSHostingView> makeHostingView(View root) = 0;
   virtual NSURLSession& sharedURLSession() = 0;
+
+  virtual EventTarget& eventDispatcherTarget() = 0;
+  virtual std::unique_ptr<TISInputSource> copyCurrentASCIICapableKeyboardLayoutInputSource() = 0;
 
   /// Remembers beyond the end of this process that it ended by a fatal error. Any thread.
   virtual void noteFatalError(std::string_view message) noexcept = 0;

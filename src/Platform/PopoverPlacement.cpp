@@ -86,7 +86,9 @@ PixelRect placeAtIcon(std::optional<PixelPoint> anchor, int width, int height,
   const auto area = workArea(monitor, struts, around(monitors));
   PixelRect placed{0, 0, std::min(width, area.width), std::min(height, area.height)};
   const int x = anchor ? anchor->x : area.x + area.width;
-  const bool isUpperHalf = !anchor || anchor->y < monitor.y + monitor.height / 2;
+  // Where nothing is known of the icon, the panel at the bottom is the tray's, if it is the only one.
+  const bool hasPanelAtBottomOnly = area.y == monitor.y && area.y + area.height < monitor.y + monitor.height;
+  const bool isUpperHalf = anchor ? anchor->y < monitor.y + monitor.height / 2 : !hasPanelAtBottomOnly;
   placed.x = std::clamp(x - placed.width / 2, area.x, area.x + area.width - placed.width);
   placed.y = isUpperHalf ? area.y : area.y + area.height - placed.height;
   return placed;

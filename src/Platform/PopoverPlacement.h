@@ -42,7 +42,8 @@ std::size_t monitorAt(PixelPoint point, std::span<const PixelRect> monitors);
 
 /// Where a window of `width` by `height` stands that belongs to a tray icon at `anchor`: centred on it, at
 /// the edge of the work area on the icon's side, and no larger than the area. Without an anchor (the panel
-/// didn't say, or gave a point off the screen) the top right corner serves.
+/// didn't say, or gave a point off the screen) the top right corner serves, or the bottom right one where the
+/// only panel is at the bottom.
 PixelRect placeAtIcon(std::optional<PixelPoint> anchor, int width, int height,
                       std::span<const PixelRect> monitors, std::span<const Strut> struts,
                       std::size_t primary = 0);

@@ -43,7 +43,8 @@ constexpr std::array keys = {
     Key{KEY_F15, 0x71},        Key{KEY_INSERT, 0x72},    Key{KEY_HOME, 0x73},       Key{KEY_PAGEUP, 0x74},
     Key{KEY_DELETE, 0x75},     Key{KEY_F4, 0x76},        Key{KEY_END, 0x77},        Key{KEY_F2, 0x78},
     Key{KEY_PAGEDOWN, 0x79},   Key{KEY_F1, 0x7A},        Key{KEY_LEFT, 0x7B},       Key{KEY_RIGHT, 0x7C},
-    Key{KEY_DOWN, 0x7D},       Key{KEY_UP, 0x7E},
+    Key{KEY_DOWN, 0x7D},       Key{KEY_UP, 0x7E},        Key{KEY_VOLUMEUP, 0x48},   Key{KEY_VOLUMEDOWN, 0x49},
+    Key{KEY_MUTE, 0x4A},
 };
 
 }  // namespace
@@ -51,6 +52,13 @@ constexpr std::array keys = {
 std::optional<std::uint16_t> virtualKeyCode(unsigned hardwareKeycode) {
   for (const auto& key : keys) {
     if (key.evdev + evdevOffset == hardwareKeycode) return key.code;
+  }
+  return std::nullopt;
+}
+
+std::optional<unsigned> hardwareKeycode(std::uint32_t virtualKeyCode) {
+  for (const auto& key : keys) {
+    if (key.code == virtualKeyCode) return key.evdev + evdevOffset;
   }
   return std::nullopt;
 }

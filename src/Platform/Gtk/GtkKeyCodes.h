@@ -9,4 +9,7 @@ namespace platform {
 /// a key that the seam has no code for.
 std::optional<std::uint16_t> virtualKeyCode(unsigned hardwareKeycode);
 
+/// The other way round; nothing for a virtual key code that no key here has.
+std::optional<unsigned> hardwareKeycode(std::uint32_t virtualKeyCode);
+
 }  // namespace platform

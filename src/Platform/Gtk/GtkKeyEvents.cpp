@@ -1,5 +1,6 @@
 #include "Platform/Gtk/GtkKeyEvents.h"
 
+#include "Platform/CarbonEvents.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
 #include "Platform/NSApplication.h"
@@ -90,6 +91,26 @@ GtkWidget* focusedWidget() {
   return focus;
 }
 
+std::uint32_t carbonModifiers(std::uint32_t flags) {
+  std::uint32_t bits = 0;
+  if ((flags & NSEvent::commandFlag) != 0) bits |= carbon::cmdKey;
+  if ((flags & NSEvent::shiftFlag) != 0) bits |= carbon::shiftKey;
+  if ((flags & NSEvent::optionFlag) != 0) bits |= carbon::optionKey;
+  if ((flags & NSEvent::controlFlag) != 0) bits |= carbon::controlKey;
+  return bits;
+}
+
+/// Global shortcuts come as raw key events while a menu of the program is open.
+bool isTakenAsRawKey(const NSEvent& key) {
+  if (key.type == NSEvent::EventType::flagsChanged) return false;
+  const bool isDown = key.type == NSEvent::EventType::keyDown;
+  auto& target = GetEventDispatcherTarget();
+  const CarbonEvent raw{.kind = isDown ? kEventRawKeyDown : kEventRawKeyUp,
+                        .keyCode = key.keyCode,
+                        .keyModifiers = carbonModifiers(key.modifierFlags)};
+  return target.isWanted({raw.eventClass, raw.kind}) && target.sendEvent(raw) == noErr;
+}
+
 gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
   const auto gdkType = gdk_event_get_event_type(event);
   if (gdkType != GDK_KEY_PRESS && gdkType != GDK_KEY_RELEASE) return FALSE;
@@ -114,6 +135,7 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   } else {
     key.type = isPress ? NSEvent::EventType::keyDown : NSEvent::EventType::keyUp;
   }
+  if (isTakenAsRawKey(key)) return TRUE;
   auto& app = NSApp();
   app.currentEvent = key;
   const bool isKept = !app.filterByMonitors(key).has_value();

@@ -3,7 +3,9 @@
 #include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
 #include "Platform/FileUserDefaults.h"
+#include "Platform/Gtk/GtkEventTarget.h"
 #include "Platform/Gtk/GtkHostingView.h"
+#include "Platform/Gtk/GtkInputSource.h"
 #include "Platform/Gtk/GtkPanel.h"
 #include "Platform/Gtk/GtkWebView.h"
 #include "Platform/Gtk/PopoverWindow.h"
@@ -12,6 +14,7 @@
 #include "Platform/Gtk/StatusNotifierItem.h"
 #include "Platform/Gtk/WebEngine.h"
 #include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/X11HotKeyGrabs.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSScreen.h"
 #include "platform/BundleInfo.h"
@@ -190,6 +193,21 @@ std::unique_ptr<WKWebView> GtkPlatform::makeWebView(NSRect frame, WKWebViewConfi
 std::unique_ptr<NSHostingView> GtkPlatform::makeHostingView(View root) {
   startToolkit();
   return std::make_unique<GtkHostingView>(std::move(root));
+}
+
+EventTarget& GtkPlatform::eventDispatcherTarget() {
+  if (!eventTarget_) {
+    eventTarget_ =
+        std::make_unique<GtkEventTarget>([](HotKeyGrabs::OnKey onKey) -> std::unique_ptr<HotKeyGrabs> {
+          return std::make_unique<X11HotKeyGrabs>(std::move(onKey));
+        });
+  }
+  return *eventTarget_;
+}
+
+std::unique_ptr<TISInputSource> GtkPlatform::copyCurrentASCIICapableKeyboardLayoutInputSource() {
+  startToolkit();
+  return GtkInputSource::current();
 }
 
 void GtkPlatform::startToolkit() {

@@ -13,6 +13,7 @@
 
 namespace platform {
 
+class GtkEventTarget;
 class PopoverWindow;
 class StatusNotifierItem;
 class WebEngine;
@@ -46,6 +47,8 @@ class GtkPlatform : public Platform {
   std::unique_ptr<NSPanel> makePanel(NSRect contentRect, std::uint32_t styleMask) override;
   std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) override;
   std::unique_ptr<NSHostingView> makeHostingView(View root) override;
+  EventTarget& eventDispatcherTarget() override;
+  std::unique_ptr<TISInputSource> copyCurrentASCIICapableKeyboardLayoutInputSource() override;
   void noteFatalError(std::string_view message) noexcept override;
   std::optional<std::string> takeLastFatalError() override;
 
@@ -69,6 +72,7 @@ class GtkPlatform : public Platform {
   std::unique_ptr<NSUserDefaults> defaults_;
   std::unique_ptr<NSURLSession> urlSession_;
   std::unique_ptr<WebEngine> webEngine_;
+  std::unique_ptr<GtkEventTarget> eventTarget_;
   std::vector<std::function<void()>> waitingForToolkit_;
   std::unique_ptr<Timer> trayTimer_;
   StatusNotifierItem* statusItem_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
+#include "Platform/Gtk/HotKeyActivation.h"
 
 #include <algorithm>
 #include <cmath>
@@ -116,9 +117,11 @@ PixelRect PopoverWindow::wantedPlace() const {
   const int height = static_cast<int>(std::lround(size_.height)) * scale;
   if (isOrdinaryWindow_) return placeInMiddle(width, height, monitors, struts, primary);
   auto anchor = surroundings_.anchor();
-  if (!anchor) anchor = X11Desktop::pointer();
-  const bool isOnScreen = std::any_of(monitors.begin(), monitors.end(),
-                                      [&](const auto& m) { return m.contains(anchor->x, anchor->y); });
+  // A click on the icon leaves the pointer there. A key press says nothing of where the icon is.
+  if (!anchor && !isOpenedByHotKey_) anchor = X11Desktop::pointer();
+  const bool isOnScreen = anchor && std::any_of(monitors.begin(), monitors.end(), [&](const auto& m) {
+                            return m.contains(anchor->x, anchor->y);
+                          });
   if (!isOnScreen) anchor.reset();
   return placeAtIcon(anchor, width, height, monitors, struts, primary);
 }
@@ -152,12 +155,13 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
       return;
     }
     isOrdinaryWindow_ = !surroundings_.hasTray();
+    isOpenedByHotKey_ = presentHotKeyActivation() != nullptr;
     gtk_window_set_decorated(window_, isOrdinaryWindow_);
     gtk_widget_realize(GTK_WIDGET(window_));
     if (X11Desktop::isAvailable()) X11Desktop::setSkipsTaskbar(window_, !isOrdinaryWindow_);
     place(true);
     isClosedByLastPress_ = false;
-    gtk_window_present(window_);
+    presentWindow(window_);
   });
 }
 

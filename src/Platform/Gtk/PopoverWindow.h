@@ -79,6 +79,7 @@ class PopoverWindow : public NSPopover {
   bool isClosedByLastPress_ = false;
   bool isShown_ = false;
   bool isOrdinaryWindow_ = false;
+  bool isOpenedByHotKey_ = false;
   bool resizesWhenHidden_ = false;
   int pins_ = 0;
 };

@@ -4,6 +4,7 @@
 #include <array>
 #include <span>
 
+#include <X11/XKBlib.h>
 #include <X11/Xatom.h>
 #include <X11/Xlib-xcb.h>
 #include <X11/Xlib.h>
@@ -185,6 +186,22 @@ void X11Desktop::activate(GtkWindow* window) {
   constexpr long fromPager = 2;
   const auto time = gdk_x11_get_server_time(surfaceOf(window));
   sendToRoot(window, "_NET_ACTIVE_WINDOW", {fromPager, static_cast<long>(time), 0, 0, 0});
+}
+
+void X11Desktop::setUserTime(GtkWindow* window, std::uint32_t time) {
+  gdk_x11_surface_set_user_time(surfaceOf(window), time);
+}
+
+bool X11Desktop::isActive(GtkWindow* window) {
+  const ErrorTrap trap;
+  const auto active =
+      readProperty(xDisplay(), DefaultRootWindow(xDisplay()), atom("_NET_ACTIVE_WINDOW"), XA_WINDOW);
+  return !active.empty() && active.front() == xid(window);
+}
+
+int X11Desktop::keyboardGroup() {
+  XkbStateRec state = {};
+  return XkbGetState(xDisplay(), XkbUseCoreKbd, &state) == Success ? state.group : 0;
 }
 
 bool X11Desktop::isActiveWindowOurs() {

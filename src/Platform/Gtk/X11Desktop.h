@@ -2,6 +2,7 @@
 
 #include "Platform/PopoverPlacement.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -34,6 +35,12 @@ class X11Desktop {
   static void keepAbove(GtkWindow* window);
   /// The keyboard for a mapped window, however reluctant the window manager is.
   static void activate(GtkWindow* window);
+  /// Tells the window manager when the user did what brings the window up; before it is shown.
+  static void setUserTime(GtkWindow* window, std::uint32_t time);
+  /// True if the window manager says that this window is the active one.
+  static bool isActive(GtkWindow* window);
+  /// The keyboard's active layout among those that are set up, from 0.
+  static int keyboardGroup();
   /// True if the window manager says that the active window is one of this process.
   static bool isActiveWindowOurs();
 };

@@ -48,6 +48,11 @@ std::unique_ptr<NSHostingView> HeadlessPlatform::makeHostingView(View root) {
   return std::make_unique<HeadlessHostingView>(std::move(root));
 }
 
+std::unique_ptr<TISInputSource> HeadlessPlatform::copyCurrentASCIICapableKeyboardLayoutInputSource() {
+  if (!keyboardLayout) return nullptr;
+  return std::make_unique<HeadlessInputSource>(*keyboardLayout);
+}
+
 void HeadlessPlatform::noteFatalError(std::string_view message) noexcept { lastFatalError = message; }
 
 std::optional<std::string> HeadlessPlatform::takeLastFatalError() {

@@ -2,6 +2,7 @@
 
 #include "Platform/Headless/HeadlessApplication.h"
 #include "Platform/Headless/HeadlessDesktop.h"
+#include "Platform/Headless/HeadlessEventTarget.h"
 #include "Platform/Headless/HeadlessPanel.h"
 #include "Platform/Headless/HeadlessPasteboard.h"
 #include "Platform/Headless/HeadlessPopover.h"
@@ -38,6 +39,9 @@ class HeadlessPlatform : public Platform {
   std::vector<NSScreen> attachedScreens = {{{{0, 0}, {1920, 1080}}, {{0, 0}, {1920, 1050}}}};
   HeadlessUserDefaults userDefaults;
   HeadlessURLSession urlSession;
+  HeadlessEventTarget keyboard;
+  /// Nothing: no layout writes ASCII.
+  std::optional<HeadlessInputSource::Layout> keyboardLayout = HeadlessInputSource::us();
   std::optional<std::string> lastFatalError;
 
   /// What the program has made, in order. They live as long as their owners keep them.
@@ -65,6 +69,8 @@ class HeadlessPlatform : public Platform {
   std::unique_ptr<NSHostingView> makeHostingView(View root) override;
   NSUserDefaults& standardUserDefaults() override { return userDefaults; }
   NSURLSession& sharedURLSession() override { return urlSession; }
+  EventTarget& eventDispatcherTarget() override { return keyboard; }
+  std::unique_ptr<TISInputSource> copyCurrentASCIICapableKeyboardLayoutInputSource() override;
   void noteFatalError(std::string_view message) noexcept override;
   std::optional<std::string> takeLastFatalError() override;
 };

@@ -35,6 +35,14 @@ TEST(PopoverPlacementTest, WithoutAnAnchorTakesTheTopRightCorner) {
   EXPECT_EQ(placeAtIcon(std::nullopt, 600, 600, oneMonitor, topPanel), (PixelRect{680, 28, 600, 600}));
 }
 
+TEST(PopoverPlacementTest, WithoutAnAnchorTakesTheBottomRightCornerWhereTheOnlyPanelIsAtTheBottom) {
+  const auto placed = placeAtIcon(std::nullopt, 600, 600, oneMonitor, bottomPanel);
+  EXPECT_EQ(placed.x, 680);
+  EXPECT_EQ(placed.y + placed.height, oneMonitor.front().height - 28);
+  const std::array both = {topPanel.front(), bottomPanel.front()};
+  EXPECT_EQ(placeAtIcon(std::nullopt, 600, 600, oneMonitor, both).y, 28);
+}
+
 TEST(PopoverPlacementTest, StaysOnTheIconsMonitor) {
   EXPECT_EQ(placeAtIcon(PixelPoint{1300, 10}, 600, 600, twoMonitors, {}).x, 1280);
   EXPECT_EQ(placeAtIcon(PixelPoint{1270, 10}, 600, 600, twoMonitors, {}).x, 680);

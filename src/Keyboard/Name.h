@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Keyboard/Shortcut.h"
+
+#include <compare>
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace velkin::KeyboardShortcuts {
+
+/// Under which a shortcut is stored: a plain value. Main thread.
+class Name {
+ public:
+  /// Stores the default if nothing is stored under the name yet; so a default that a later version changes
+  /// reaches only users who have no entry.
+  explicit Name(std::string rawValue, std::optional<Shortcut> defaultShortcut = std::nullopt);
+
+  /// The program's own: opens and closes the popover.
+  static Name popUpShortcut();
+  /// The program's own: opens and closes the search bar.
+  static Name searchBarShortcut();
+
+  const std::string& rawValue() const noexcept { return rawValue_; }
+  const std::optional<Shortcut>& defaultShortcut() const noexcept { return defaultShortcut_; }
+  /// What is stored now.
+  std::optional<Shortcut> shortcut() const;
+  /// What a desktop that lets the user grant shortcuts calls it.
+  std::string title() const;
+
+  auto operator<=>(const Name&) const = default;
+
+ private:
+  std::string rawValue_;
+  std::optional<Shortcut> defaultShortcut_;
+};
+
+}  // namespace velkin::KeyboardShortcuts
+
+template <>
+struct std::hash<velkin::KeyboardShortcuts::Name> {
+  std::size_t operator()(const velkin::KeyboardShortcuts::Name& name) const noexcept {
+    return std::hash<std::string>()(name.rawValue());
+  }
+};
