@@ -2,6 +2,7 @@
 
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
+#include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/X11Desktop.h"
 
 #include <algorithm>
@@ -115,7 +116,7 @@ void GtkPanel::makeKeyAndOrderFront() {
     moveToFrame(true);
   }
   isVisible_ = true;
-  gtk_window_present(window_);
+  presentWindow(window_);
 }
 
 void GtkPanel::close() {
