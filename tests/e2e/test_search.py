@@ -70,11 +70,14 @@ class Search(VelkinTestCase):
         return self.completions.waitForRequest(number)
 
     def waitForAnswer(self):
-        """The panel with an answer in it is the highest."""
-        panel = waitFor("the answer", lambda: next((w for w in [self.searchPanel()] if w and w.height > 400), None), 15,
-                        describe=self.describeWindows)
-        settle(0.5)
-        return panel
+        """The panel with an answer in it is the highest; it is all there when its page is painted."""
+
+        def shown():
+            panel = self.searchPanel()
+            isThere = panel and panel.height > 400 and self.pageColour(panel) in (LIGHT_PAGE, DARK_PAGE)
+            return panel if isThere else None
+
+        return waitFor("the answer", shown, 20, describe=self.describeWindows)
 
     def tapField(self, panel):
         self.desktop.click(panel.x + 300, panel.y + 45)
@@ -300,15 +303,12 @@ The rest of it."""
 
         start = waitFor("the answer's page", lambda: self.pageColour(panel) == LIGHT_PAGE and picture(), 10)
         self.desktop.move(*panel.centre)
-        for _ in range(5):
-            self.desktop.click(*panel.centre, button=5)
+        self.desktop.scroll(5)
         middle = waitFor("the page to scroll", lambda: next((p for p in [picture()] if p != start), None), 10)
-        for _ in range(60):
-            self.desktop.click(*panel.centre, button=5)
+        self.desktop.scroll(60)
         settle(0.5)
         self.assertNotEqual(picture(), middle)
-        for _ in range(90):
-            self.desktop.click(*panel.centre, button=4)
+        self.desktop.scroll(-90)
         waitFor("the page's beginning", lambda: picture() == start, 10)
 
     def testAPageWhoseProcessDiesComesBack(self):

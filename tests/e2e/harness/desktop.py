@@ -47,6 +47,10 @@ class Desktop:
         # Two steps, as by a hand: some programs want to see the pointer arrive before a button goes down.
         self._xdotool("mousemove", x, y, "sleep", "0.05", "click", button)
 
+    def scroll(self, steps):
+        """Turns the wheel under the pointer: down, or up for a negative number."""
+        self._xdotool("click", "--repeat", abs(steps), "--delay", 15, 5 if steps > 0 else 4)
+
     def key(self, *keys):
         """Keys by their X names, with modifiers as in "ctrl+r"; to whatever has the focus."""
         self._xdotool("key", "--clearmodifiers", "--delay", "30", *keys)
