@@ -298,5 +298,31 @@ TEST_F(GtkViewRendererTest, ATooltipAndALabelReachTheWidget) {
   EXPECT_STREQ(gtk_widget_get_tooltip_text(only(GTK_TYPE_BUTTON)), "Add");
 }
 
+TEST_F(GtkViewRendererTest, AFieldThatOutlivesItsViewCallsNobody) {
+  const State<bool> isFocused{true};
+  const State<std::string> text;
+  hosting = std::make_unique<GtkHostingView>(
+      TextField("Name", text.binding()).focused(isFocused.binding()).onTapGesture([] {}).onHover([](bool) {
+      }));
+  show(hosting->widget());
+  auto* field = all(hosting->widget(), GTK_TYPE_TEXT).at(0);
+  ASSERT_TRUE(wait([&] { return gtk_widget_has_focus(field) != FALSE; }));
+  const auto controllersOf = [](GtkWidget* widget) {
+    auto* list = gtk_widget_observe_controllers(widget);
+    const auto count = g_list_model_get_n_items(list);
+    g_object_unref(list);
+    return count;
+  };
+  GtkWidget* plain = gtk_entry_new();
+  g_object_ref_sink(plain);
+  g_object_ref(field);
+  hosting.reset();
+  // As an event that is still on its way would hold it.
+  EXPECT_EQ(controllersOf(field), controllersOf(GTK_WIDGET(gtk_editable_get_delegate(GTK_EDITABLE(plain)))));
+  EXPECT_FALSE(g_signal_has_handler_pending(field, g_signal_lookup("map", GTK_TYPE_WIDGET), 0, TRUE));
+  g_object_unref(field);
+  g_object_unref(plain);
+}
+
 }  // namespace
 }  // namespace platform

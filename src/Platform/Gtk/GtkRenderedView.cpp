@@ -31,6 +31,13 @@ GtkRenderedView::GtkRenderedView(GtkWidget* widget) : widget_(widget) { g_object
 
 GtkRenderedView::~GtkRenderedView() {
   g_signal_handlers_disconnect_by_data(widget_, this);
+  // The widget may live on for a while, held by an event that is on its way.
+  for (const auto& [owner, controller] : controllers_) {
+    g_signal_handlers_disconnect_by_data(owner, this);
+    g_signal_handlers_disconnect_by_data(controller, this);
+    gtk_widget_remove_controller(owner, controller);
+    g_object_unref(owner);
+  }
   // Containers without a protocol of their own for leaving take any child out by this.
   if (GtkWidget* parent = gtk_widget_get_parent(widget_)) {
     if (GTK_IS_BOX(parent)) {
@@ -143,6 +150,11 @@ void GtkRenderedView::align(Axis axis, Alignment alignment) {
   }
 }
 
+void GtkRenderedView::addController(GtkWidget* owner, GtkEventController* controller) {
+  gtk_widget_add_controller(owner, controller);
+  controllers_.emplace_back(static_cast<GtkWidget*>(g_object_ref(owner)), controller);
+}
+
 void GtkRenderedView::ensureGestures() {
   const auto& m = element_.modifiers;
   if (m.onTap && !hasTap_) {
@@ -153,7 +165,7 @@ void GtkRenderedView::ensureGestures() {
                                if (action) action();
                              }),
                              this);
-    gtk_widget_add_controller(widget_, GTK_EVENT_CONTROLLER(click));
+    addController(widget_, GTK_EVENT_CONTROLLER(click));
   }
   if (m.onHover && !hasHover_) {
     hasHover_ = true;
@@ -168,7 +180,7 @@ void GtkRenderedView::ensureGestures() {
                                if (action) action(false);
                              }),
                              this);
-    gtk_widget_add_controller(widget_, motion);
+    addController(widget_, motion);
   }
 }
 
@@ -188,7 +200,7 @@ void GtkRenderedView::applyFocus() {
                                  self->element_.modifiers.focused->set(false);
                              }),
                              this);
-    gtk_widget_add_controller(focusWidget(), focus);
+    addController(focusWidget(), focus);
     // A view that isn't on show yet can't take the keyboard; it does as soon as it is.
     g_signal_connect_swapped(focusWidget(), "map", G_CALLBACK(+[](GtkRenderedView* self) {
                                const auto& wish = self->element_.modifiers.focused;

@@ -4,6 +4,8 @@
 #include "Platform/View/ViewRenderer.h"
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include <gtk/gtk.h>
 
@@ -42,6 +44,7 @@ class GtkRenderedView : public RenderedView {
   void applyFrame(const Modifiers& modifiers);
   void applyFocus();
   void ensureGestures();
+  void addController(GtkWidget* owner, GtkEventController* controller);
 
   GtkWidget* widget_;
   Element element_;
@@ -50,6 +53,8 @@ class GtkRenderedView : public RenderedView {
   bool hasTap_ = false;
   bool hasHover_ = false;
   bool followsFocus_ = false;
+  /// What calls on this object, and the widgets that it belongs to.
+  std::vector<std::pair<GtkWidget*, GtkEventController*>> controllers_;
 };
 
 /// Puts exactly `wanted` into the container, in this order, moving only what is elsewhere.
