@@ -12,7 +12,9 @@ platform::View GlobalShortcutsNoticeUIView::body() const {
   constexpr double width = 420;
   constexpr double lineSpacing = 12;
   constexpr double labelSpacing = 2;
-  platform::Views rows = {Text(notice.text).frame({.width = width})};
+  platform::Views rows = {Text(notice.text)
+                              .multilineTextAlignment(Alignment::leading)
+                              .frame({.width = width, .alignment = Alignment::leading})};
   for (const auto& command : notice.commands) {
     rows.push_back(platform::VStack(
         {.spacing = labelSpacing, .alignment = Alignment::leading},
