@@ -92,6 +92,20 @@ void AppDelegate::applicationDidReopen() {
   if (menuBar) menuBar->togglePopover();
 }
 
+void AppDelegate::applicationPerformAction(std::string_view name, std::string_view argument) {
+  if (!menuBar) return;
+  if (name == "toggle-popover") {
+    menuBar->togglePopover();
+  } else if (name == "toggle-search") {
+    menuBar->handleSearchBarDelegate();
+  } else if (const auto view = fromCaseName(argument); name == "show-view" && view) {
+    menuBar->showView(*view);
+  } else {
+    platform::debugLog("AppDelegate", "applicationPerformAction(_:_:)",
+                       std::string("There is nothing like this: ").append(name).append(" ").append(argument));
+  }
+}
+
 void AppDelegate::interfaceModeChanged() {
   const bool wasDark = defaults.isDarkMode();
   defaults.set(!wasDark, UserDefault::isDarkMode);

@@ -59,6 +59,7 @@ class AppDelegate : public platform::NSApplicationDelegate {
   /// Nothing is left to do: every setting is written when it changes.
   void applicationWillTerminate() override {}
   void applicationDidReopen() override;
+  void applicationPerformAction(std::string_view name, std::string_view argument) override;
 
   /// Watches nothing on purpose: `isDarkMode` is what the desktop had at launch.
   void setupDarkModeMonitor() {}

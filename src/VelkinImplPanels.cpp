@@ -1,4 +1,5 @@
 #include "Appearance/AppearanceFontSize.h"
+#include "Keyboard/GlobalShortcutsNoticeUIView.h"
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/NSApplication.h"
@@ -105,7 +106,7 @@ void VelkinImpl::aboutClicked() {
 
 void VelkinImpl::shortcutsClicked() {
   debugLog("Shortcuts click!");
-  auto content = std::make_shared<PlaceController>(PagePlace{"Shortcuts"});
+  auto content = std::make_shared<PlaceController>(PagePlace{"Shortcuts", globalShortcutsNotice()});
   shortcutsHostingController = content;
   if (shortcutsPanel->isVisible()) return;
   if (auto panel = openPanel(content, "Velkin - Shortcuts", 240, 400)) shortcutsPanel = std::move(panel);

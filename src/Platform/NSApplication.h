@@ -18,6 +18,9 @@ class NSApplicationDelegate {
   virtual void applicationWillTerminate() = 0;
   /// The user started the program once more while it runs, or asked it over the desktop's bus to show itself.
   virtual void applicationDidReopen() = 0;
+  /// The desktop, or whoever speaks to it, asks the program to do something: "toggle-popover",
+  /// "toggle-search", or "show-view" with a view's name.
+  virtual void applicationPerformAction(std::string_view name, std::string_view argument) = 0;
 };
 
 /// The running program. Main thread.

@@ -4,6 +4,7 @@
 #include "Platform/FatalError.h"
 #include "WebView/ServiceAddresses.h"
 
+#include <algorithm>
 #include <string>
 
 namespace velkin {
@@ -38,9 +39,19 @@ constexpr std::array<Row, allWebViewSwitchTypes.size()> rows = {{
     {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::searchKey},
 }};
 
+constexpr std::array<std::string_view, allWebViewSwitchTypes.size()> caseNames = {
+    "chatgpt",  "bard",       "bitbucket",    "gitlab",   "hemingway", "jira",
+    "markdown", "onboarding", "releaseNotes", "editUrls", "search"};
+
 const Row& rowOf(WebViewSwitchType type) noexcept { return rows[static_cast<std::size_t>(type)]; }
 
 }  // namespace
+
+std::optional<WebViewSwitchType> fromCaseName(std::string_view name) noexcept {
+  const auto found = std::find(caseNames.begin(), caseNames.end(), name);
+  if (found == caseNames.end()) return std::nullopt;
+  return allWebViewSwitchTypes[static_cast<std::size_t>(found - caseNames.begin())];
+}
 
 std::string_view viewName(WebViewSwitchType type) noexcept { return rowOf(type).viewName; }
 

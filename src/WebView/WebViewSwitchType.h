@@ -44,6 +44,9 @@ constexpr std::optional<Type> fromRawValue(std::int64_t number) noexcept {
   return static_cast<WebViewSwitchType>(number);
 }
 
+/// The view by its name in this catalogue, as others ask for it.
+std::optional<WebViewSwitchType> fromCaseName(std::string_view name) noexcept;
+
 /// True for the six views that show an outside service's page: they alone have an address of their own.
 constexpr bool isWebView(WebViewSwitchType type) noexcept { return type <= WebViewSwitchType::jira; }
 

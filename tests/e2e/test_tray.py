@@ -64,7 +64,8 @@ class Tray(VelkinTestCase):
 
     def testTheDesktopEntrysActionsWork(self):
         velkin = self.startOnChat()
-        for action, wanted in (("open", True), ("open", False)):
+        for action, wanted in (("open", True), ("open", False), ("toggle-popover", True),
+                               ("toggle-popover", False)):
             self.session.output("gapplication", "action", "com.tarnvale.Velkin", action)
             waitFor("the popover to follow", lambda: bool(self.popover()) is wanted, 10, self.describeWindows)
         self.session.output("gapplication", "action", "com.tarnvale.Velkin", "quit", check=False)

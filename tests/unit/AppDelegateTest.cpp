@@ -108,6 +108,46 @@ TEST_F(AppDelegateTest, AStartAgainTogglesThePopover) {
   EXPECT_FALSE(popover().isShown());
 }
 
+TEST_F(AppDelegateTest, TheDesktopMayToggleThePopoverAndTheSearchBar) {
+  settleIn();
+  auto& controller = launch();
+  app->applicationPerformAction("toggle-popover", "");
+  EXPECT_TRUE(popover().isShown());
+  app->applicationPerformAction("toggle-popover", "");
+  EXPECT_FALSE(popover().isShown());
+  app->applicationPerformAction("toggle-search", "");
+  EXPECT_NE(controller.searchBarHostingController, nullptr);
+  app->applicationPerformAction("toggle-search", "");
+  EXPECT_EQ(controller.searchBarHostingController, nullptr);
+}
+
+TEST_F(AppDelegateTest, TheDesktopMayAskForAViewByItsName) {
+  settleIn();
+  defaults.set(true, UserDefault::hemingwayEnabled);
+  launch();
+  app->applicationPerformAction("show-view", "jira");
+  EXPECT_TRUE(popover().isShown());
+  EXPECT_EQ(defaults.lastVisibleWebView(), WebViewSwitchType::jira);
+}
+
+TEST_F(AppDelegateTest, WhatTheDesktopAsksForInVainIsLoggedAndIgnored) {
+  settleIn();
+  launch();
+  for (const auto& [name, argument] : {std::pair{"show-view", "Jira"}, std::pair{"show-view", ""},
+                                       std::pair{"show-view", "6"}, std::pair{"dance", "jira"}}) {
+    log.clear();
+    app->applicationPerformAction(name, argument);
+    EXPECT_TRUE(hasLogged(std::string("There is nothing like this: ") + name + " " + argument));
+    EXPECT_FALSE(popover().isShown());
+  }
+}
+
+TEST_F(AppDelegateTest, NothingIsAskedOfAProgramThatHasNotLaunched) {
+  app = std::make_unique<AppDelegate>();
+  app->applicationPerformAction("toggle-popover", "");
+  EXPECT_FALSE(popover().isShown());
+}
+
 TEST_F(AppDelegateTest, AnAddressThatIsNoneIsFatal) {
   settleIn();
   defaults.set("not a url", UserDefault::chatUrl);

@@ -173,5 +173,23 @@ TEST_F(PanelsTest, TheAppearancePanelLogsTheZoomsCase) {
   EXPECT_TRUE(hasLogged("Appearance... click! smaller"));
 }
 
+TEST_F(PanelsTest, TheShortcutsPanelSaysWhereThereAreNoGlobalShortcutsAndWhatToDo) {
+  desktop.keyboard.shownNotice =
+      platform::HotKeyNotice{"No shortcuts here.", {{"Open it", "command one"}, {"Search", "command two"}}};
+  auto& controller = launch();
+  controller.shortcutsClicked();
+  const auto& tree = platform::headlessTree(*controller.shortcutsHostingController);
+  for (const auto* text :
+       {"Shortcuts", "No shortcuts here.", "Open it", "command one", "Search", "command two"})
+    EXPECT_TRUE(tree.showsText(text)) << text;
+}
+
+TEST_F(PanelsTest, TheShortcutsPanelSaysNothingOfThatWhereThereAreGlobalShortcuts) {
+  auto& controller = launch();
+  controller.shortcutsClicked();
+  const auto& tree = platform::headlessTree(*controller.shortcutsHostingController);
+  EXPECT_EQ(tree.all<platform::TextContent>().size(), 1U);
+}
+
 }  // namespace
 }  // namespace velkin

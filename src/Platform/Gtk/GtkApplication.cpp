@@ -3,6 +3,7 @@
 #include "Platform/DebugLog.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkKeyEvents.h"
+#include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/ProgramFolders.h"
 #include "platform/BundleInfo.h"
 
@@ -20,13 +21,21 @@
 
 namespace platform {
 
+void GtkApplicationHost::perform(GSimpleAction* action, GVariant* parameter, gpointer host) {
+  // What the desktop binds to a key has the right of a key: its window may take the keyboard.
+  const HotKeyActivationScope scope({});
+  static_cast<GtkApplicationHost*>(host)->delegate_->applicationPerformAction(
+      g_action_get_name(G_ACTION(action)),
+      parameter == nullptr ? "" : g_variant_get_string(parameter, nullptr));
+}
+
 GtkApplicationHost::GtkApplicationHost()
     : application_(g_application_new(bundle::identifier, G_APPLICATION_DEFAULT_FLAGS)) {
   g_signal_connect_swapped(application_, "startup",
                            G_CALLBACK(+[](GtkApplicationHost* self) { self->launched(); }), this);
   g_signal_connect_swapped(application_, "activate",
                            G_CALLBACK(+[](GtkApplicationHost* self) { self->activated(); }), this);
-  // Those that the desktop entry offers in the program's menu.
+  // For the desktop entry's menu, and for whoever binds a key to them in the desktop's settings.
   constexpr GActionEntry actions[] = {
       {"open",
        [](GSimpleAction*, GVariant*, gpointer self) {
@@ -34,6 +43,9 @@ GtkApplicationHost::GtkApplicationHost()
        }},
       {"quit",
        [](GSimpleAction*, GVariant*, gpointer self) { static_cast<GtkApplicationHost*>(self)->quit(); }},
+      {"toggle-popover", perform},
+      {"toggle-search", perform},
+      {"show-view", perform, "s"},
   };
   g_action_map_add_action_entries(G_ACTION_MAP(application_), actions, G_N_ELEMENTS(actions), this);
 }

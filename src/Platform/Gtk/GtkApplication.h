@@ -28,6 +28,7 @@ class GtkApplicationHost : public NSApplication {
   GDBusConnection* connection() const;
 
  private:
+  static void perform(GSimpleAction* action, GVariant* parameter, gpointer host);
   void launched();
   void activated();
   void quit();

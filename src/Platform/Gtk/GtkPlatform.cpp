@@ -9,6 +9,7 @@
 #include "Platform/Gtk/GtkPanel.h"
 #include "Platform/Gtk/GtkWebView.h"
 #include "Platform/Gtk/PopoverWindow.h"
+#include "Platform/Gtk/PortalHotKeyGrabs.h"
 #include "Platform/Gtk/ProgramFolders.h"
 #include "Platform/Gtk/SoupURLSession.h"
 #include "Platform/Gtk/StatusNotifierItem.h"
@@ -197,12 +198,19 @@ std::unique_ptr<NSHostingView> GtkPlatform::makeHostingView(View root) {
 
 EventTarget& GtkPlatform::eventDispatcherTarget() {
   if (!eventTarget_) {
-    eventTarget_ =
-        std::make_unique<GtkEventTarget>([](HotKeyGrabs::OnKey onKey) -> std::unique_ptr<HotKeyGrabs> {
-          return std::make_unique<X11HotKeyGrabs>(std::move(onKey));
-        });
+    eventTarget_ = std::make_unique<GtkEventTarget>(
+        [this](HotKeyGrabs::OnKey onKey) { return makeHotKeyGrabs(std::move(onKey)); });
   }
   return *eventTarget_;
+}
+
+std::unique_ptr<HotKeyGrabs> GtkPlatform::makeHotKeyGrabs(HotKeyGrabs::OnKey onKey) {
+  if (!PortalHotKeyGrabs::isNeeded()) return std::make_unique<X11HotKeyGrabs>(std::move(onKey));
+  return std::make_unique<PortalHotKeyGrabs>(
+      PortalHotKeyGrabs::Surroundings{
+          [this] { return application_.connection(); },
+          [this](std::function<void()> work) { whenToolkitReady(std::move(work)); }},
+      std::move(onKey));
 }
 
 std::unique_ptr<TISInputSource> GtkPlatform::copyCurrentASCIICapableKeyboardLayoutInputSource() {

@@ -5,6 +5,7 @@
 #include "Platform/Gtk/GtkDesktop.h"
 #include "Platform/Gtk/GtkMainQueue.h"
 #include "Platform/Gtk/GtkPasteboard.h"
+#include "Platform/Gtk/HotKeyGrabs.h"
 #include "Platform/NSBundle.h"
 #include "Platform/Platform.h"
 
@@ -58,6 +59,7 @@ class GtkPlatform : public Platform {
   WebEngine& webEngine();
 
  private:
+  std::unique_ptr<HotKeyGrabs> makeHotKeyGrabs(HotKeyGrabs::OnKey onKey);
   bool hasTray() const;
   void trayChanged(bool hasTray);
   void tellThatThereIsNoTray();

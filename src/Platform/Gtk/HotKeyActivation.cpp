@@ -39,13 +39,14 @@ void presentWindow(GtkWindow* window) {
     return;
   }
   if (!present->token.empty()) gtk_window_set_startup_id(window, present->token.c_str());
-  if (present->time == 0 || !X11Desktop::isAvailable()) {
+  if (!X11Desktop::isAvailable()) {
     gtk_window_present(window);
     return;
   }
   gtk_widget_realize(GTK_WIDGET(window));
-  X11Desktop::setUserTime(window, present->time);
-  gtk_window_present_with_time(window, present->time);
+  const auto time = present->time != 0 ? present->time : X11Desktop::serverTime(window);
+  X11Desktop::setUserTime(window, time);
+  gtk_window_present_with_time(window, time);
   DispatchQueue::main().asyncAfter(reluctance,
                                    [held = GObjectPtr<GtkWindow>::retain(window)] { insist(held); });
 }

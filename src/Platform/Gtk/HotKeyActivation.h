@@ -9,7 +9,7 @@ namespace platform {
 
 /// What gives a window that a hot key brings up the right to the keyboard.
 struct HotKeyActivation {
-  /// The X time stamp of the key's press; 0 where there is none.
+  /// The X time stamp of the key's press; 0 where there is none, which stands for the present.
   std::uint32_t time = 0;
   /// The activation token of the desktop; empty where there is none.
   std::string token;

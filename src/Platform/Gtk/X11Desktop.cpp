@@ -184,9 +184,11 @@ void X11Desktop::keepAbove(GtkWindow* window) {
 
 void X11Desktop::activate(GtkWindow* window) {
   constexpr long fromPager = 2;
-  const auto time = gdk_x11_get_server_time(surfaceOf(window));
+  const auto time = serverTime(window);
   sendToRoot(window, "_NET_ACTIVE_WINDOW", {fromPager, static_cast<long>(time), 0, 0, 0});
 }
+
+std::uint32_t X11Desktop::serverTime(GtkWindow* window) { return gdk_x11_get_server_time(surfaceOf(window)); }
 
 void X11Desktop::setUserTime(GtkWindow* window, std::uint32_t time) {
   gdk_x11_surface_set_user_time(surfaceOf(window), time);

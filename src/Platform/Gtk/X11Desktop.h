@@ -35,6 +35,8 @@ class X11Desktop {
   static void keepAbove(GtkWindow* window);
   /// The keyboard for a mapped window, however reluctant the window manager is.
   static void activate(GtkWindow* window);
+  /// The server's present time, for a realized window.
+  static std::uint32_t serverTime(GtkWindow* window);
   /// Tells the window manager when the user did what brings the window up; before it is shown.
   static void setUserTime(GtkWindow* window, std::uint32_t time);
   /// True if the window manager says that this window is the active one.

@@ -48,6 +48,11 @@ class Session:
             raise RuntimeError(f"{' '.join(map(str, command))}: exit code {done.returncode}: {done.stderr.strip()}")
         return done.stdout
 
+    def popen(self, *command, stdout=subprocess.DEVNULL):
+        """A program that runs on in the session; the caller ends it."""
+        return subprocess.Popen([str(part) for part in command], env=self.environment, stdin=subprocess.DEVNULL,
+                                stdout=stdout, stderr=subprocess.DEVNULL)
+
     def startPanel(self, position="top"):
         """Comes back when the tray takes icons. The position counts the first time only."""
         # Not captured: the panel lives on and would hold the pipe open.

@@ -124,5 +124,22 @@ TEST_F(WebViewSwitchTypeTest, theOnboardingsPlaceholderIsNoAddress) {
               "Unexpectedly found nil while unwrapping an Optional value");
 }
 
+TEST_F(WebViewSwitchTypeTest, aViewIsFoundByItsNameInTheCatalogue) {
+  const std::pair<std::string_view, Type> names[] = {{"chatgpt", Type::chatgpt},
+                                                     {"bard", Type::bard},
+                                                     {"bitbucket", Type::bitbucket},
+                                                     {"gitlab", Type::gitlab},
+                                                     {"hemingway", Type::hemingway},
+                                                     {"jira", Type::jira},
+                                                     {"markdown", Type::markdown},
+                                                     {"onboarding", Type::onboarding},
+                                                     {"releaseNotes", Type::releaseNotes},
+                                                     {"editUrls", Type::editUrls},
+                                                     {"search", Type::search}};
+  for (const auto& [name, type] : names) EXPECT_EQ(fromCaseName(name), type) << name;
+  for (const auto* name : {"", "ChatGPT", "jira ", "0", "release-notes"})
+    EXPECT_EQ(fromCaseName(name), std::nullopt);
+}
+
 }  // namespace
 }  // namespace velkin

@@ -1,0 +1,33 @@
+#include "Keyboard/GlobalShortcutsNoticeUIView.h"
+
+namespace velkin {
+
+using platform::Alignment;
+using platform::Color;
+using platform::Font;
+using platform::Text;
+using platform::View;
+
+platform::View GlobalShortcutsNoticeUIView::body() const {
+  constexpr double width = 420;
+  constexpr double lineSpacing = 12;
+  constexpr double labelSpacing = 2;
+  platform::Views rows = {Text(notice.text)
+                              .multilineTextAlignment(Alignment::leading)
+                              .frame({.width = width, .alignment = Alignment::leading})};
+  for (const auto& command : notice.commands) {
+    rows.push_back(platform::VStack(
+        {.spacing = labelSpacing, .alignment = Alignment::leading},
+        {Text(command.what).font(Font::headline),
+         Text(command.commandLine).font(Font::monospaced).foregroundColor(Color::Role::secondary)}));
+  }
+  return platform::VStack({.spacing = lineSpacing, .alignment = Alignment::leading}, std::move(rows))
+      .padding(platform::EdgeInsets::all(lineSpacing));
+}
+
+platform::View globalShortcutsNotice() {
+  const auto notice = platform::GetEventDispatcherTarget().notice();
+  return notice ? View(GlobalShortcutsNoticeUIView{*notice}) : platform::EmptyView();
+}
+
+}  // namespace velkin

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Platform/CarbonEvents.h"
+#include "Platform/View/View.h"
+
+namespace velkin {
+
+/// Why there are no global shortcuts on this desktop, and what the user can do instead.
+struct GlobalShortcutsNoticeUIView {
+  platform::HotKeyNotice notice;
+
+  platform::View body() const;
+};
+
+/// The notice, or nothing where the desktop hands out shortcuts.
+platform::View globalShortcutsNotice();
+
+}  // namespace velkin
