@@ -52,6 +52,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   void addUserContent();
   void connectSignals();
   void onMapped();
+  void applyZoom();
   void processTerminated(WebKitWebProcessTerminationReason reason);
 
   NSRect frame_;
@@ -68,6 +69,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   /// The keyboard was asked for while the view wasn't on show.
   bool wantsFocus_ = false;
   CrashReloadPolicy crashPolicy_;
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
   GCancellable* cancellable_ = g_cancellable_new();
 };
 
