@@ -130,16 +130,19 @@ void router(benchmark::State& state, std::uint16_t code, std::uint32_t modifiers
 
 namespace bench {
 
-void registerRouterDecision() {
+void registerRouterDecision(int repetitions) {
   constexpr auto command = NSEvent::commandFlag;
   constexpr auto both = NSEvent::commandFlag | NSEvent::controlFlag;
-  benchmark::RegisterBenchmark(routerReference, reference);
-  benchmark::RegisterBenchmark("first row: quit", router, velkin::key::q, command, "q");
-  benchmark::RegisterBenchmark("a view: chat", router, velkin::key::t, command, "t");
-  benchmark::RegisterBenchmark("a sidebar: Markdown", router, velkin::key::m, both, "m");
-  benchmark::RegisterBenchmark("size: right", router, velkin::key::right, both, "");
-  benchmark::RegisterBenchmark("last row: preferences", router, velkin::key::comma, command, ",");
-  benchmark::RegisterBenchmark("no row: a letter", router, velkin::key::a, std::uint32_t{0}, "a");
+  const auto add = [repetitions](const char* name, auto&&... row) {
+    benchmark::RegisterBenchmark(name, row...)->Repetitions(repetitions);
+  };
+  add(routerReference, reference);
+  add("first row: quit", router, velkin::key::q, command, "q");
+  add("a view: chat", router, velkin::key::t, command, "t");
+  add("a sidebar: Markdown", router, velkin::key::m, both, "m");
+  add("size: right", router, velkin::key::right, both, "");
+  add("last row: preferences", router, velkin::key::comma, command, ",");
+  add("no row: a letter", router, velkin::key::a, std::uint32_t{0}, "a");
 }
 
 }  // namespace bench

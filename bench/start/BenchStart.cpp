@@ -1,8 +1,8 @@
 // bench-start [--rounds N] [--idle SECONDS]: what starting, opening and keeping the program costs, each
 // beside a baseline in the same run. Runs on a desktop with a tray; ./dev bench start makes one.
 #include "Desktop.h"
-#include "Programs.h"
 #include "Observer.h"
+#include "Programs.h"
 #include "Timing.h"
 
 #include <cstdio>

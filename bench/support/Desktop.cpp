@@ -12,6 +12,9 @@ namespace {
 constexpr std::array<unsigned long, ServicePages::count> colours = {0x1234ab, 0xab3412, 0x12ab34,
                                                                     0xabab12, 0x7812ab, 0xc85a96};
 
+/// Seconds: the end-to-end tests may have the addresses.
+constexpr double patience = 900;
+
 std::string pageOf(int service) {
   std::array<char, 8> colour{};
   std::snprintf(colour.data(), colour.size(), "#%06lx", colours.at(static_cast<std::size_t>(service)));
@@ -57,8 +60,13 @@ ServicePages::ServicePages() : server_(soup_server_new(nullptr, nullptr)) {
   soup_server_add_handler(server_, nullptr, answer, nullptr, nullptr);
   for (int i = 0; i < count; ++i) {
     GSocketAddress* address = g_inet_socket_address_new_from_string(hostOf(i).c_str(), 8471);
-    if (soup_server_listen(server_, address, SoupServerListenOptions(0), nullptr) == FALSE)
-      refuse("the services' loopback addresses are taken: does another test or benchmark run?");
+    const auto listens = [&] {
+      return soup_server_listen(server_, address, SoupServerListenOptions(0), nullptr) != FALSE;
+    };
+    if (!listens()) {
+      std::fprintf(stderr, "bench: the services' addresses are taken; waiting for the other run to end\n");
+      if (!waitFor(listens, patience)) refuse("the services' addresses stay taken");
+    }
     g_object_unref(address);
   }
 }

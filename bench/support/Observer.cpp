@@ -106,7 +106,7 @@ bool Observer::waitForPainting(int milliseconds) {
 }
 
 std::optional<double> Observer::timeFrom(const std::function<void()>& act,
-                                       const std::function<bool()>& isPainted) {
+                                         const std::function<bool()>& isPainted) {
   while (waitForPainting(0)) {
   }
   const auto start = Clock::now();

@@ -39,9 +39,7 @@ void refuse(const char* message) {
   std::exit(1);
 }
 
-void printRowHead() {
-  std::printf("%-44s %9s %9s %8s %8s\n", "", "Velkin", "baseline", "ratio", "goal");
-}
+void printRowHead() { std::printf("%-44s %9s %9s %8s %8s\n", "", "Velkin", "baseline", "ratio", "goal"); }
 
 void printRow(const char* what, double ours, double reference, double goal) {
   std::printf("%-44s %9.1f %9.1f %8.2f %8.2f  %s\n", what, ours, reference, ours / reference, goal,

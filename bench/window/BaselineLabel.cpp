@@ -1,5 +1,5 @@
-// The least that a change of view can be: a key press moves a label from one box to the other, and the label's
-// colour goes with it from one half of the window to the other.
+// The least that a change of view can be: a key press moves a label from one box to the other, and the
+// label's colour goes with it from one half of the window to the other.
 #include <cstdlib>
 
 #include <gtk/gtk.h>
