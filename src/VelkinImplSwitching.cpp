@@ -80,6 +80,8 @@ void VelkinImpl::switchWebViews(WebViewSwitchType type) {
   const auto last = defaults.lastVisibleWebView();
   const bool isToggle = defaults.hemingwayEnabled() && type != last;
   if (last == chatgpt && type == chatgpt && !isInitialLaunch) return;
+  // Each write waits for the disk, and the page for the write.
+  const auto together = defaults.together();
   const bool wasShown = popover->isShown();
   if (wasShown) popover->performClose();
   hostedNotesView.reset();

@@ -159,6 +159,10 @@ double UserDefaultsHelper::getDouble(UserDefault key, double defaultValue) const
   return getCGFloat(key, defaultValue);
 }
 
+platform::NSUserDefaults::Together UserDefaultsHelper::together() const {
+  return platform::NSUserDefaults::Together(*defaults_);
+}
+
 void UserDefaultsHelper::set(PropertyListValue value, UserDefault key) const {
   switch (key) {
     case UserDefault::webViewHeight:

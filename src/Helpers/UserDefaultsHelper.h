@@ -68,6 +68,8 @@ class UserDefaultsHelper {
   double getCGFloat(UserDefault key, double defaultValue) const;
   double getDouble(UserDefault key, double defaultValue) const;
 
+  /// What is set while the result lives is stored in one go.
+  [[nodiscard]] platform::NSUserDefaults::Together together() const;
   void set(platform::PropertyListValue value, UserDefault key) const;
   /// An absent value leaves the stored one as it is.
   void setOptionally(std::optional<platform::PropertyListValue> value, UserDefault key) const;

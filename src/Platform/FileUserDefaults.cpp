@@ -79,6 +79,16 @@ void FileUserDefaults::removeObjectForKey(std::string_view key) {
   change(std::nullopt, key);
 }
 
+void FileUserDefaults::holdBack() {
+  const Session session(*this);
+  ++holders_;
+}
+
+void FileUserDefaults::storeHeldBack() {
+  const Session session(*this);
+  if (--holders_ == 0 && !unwritten_.empty()) write();
+}
+
 std::optional<PropertyListValue> FileUserDefaults::storedValue(std::string_view key) const {
   const Session session(*this);
   refresh();
@@ -94,7 +104,7 @@ void FileUserDefaults::change(std::optional<PropertyListValue> value, std::strin
   const bool isFileGood = state_ == FileState::good || state_ == FileState::absent;
   if (isOnDisk && isFileGood && unwritten_.empty()) return;
   unwritten_.insert_or_assign(std::string(key), std::move(value));
-  write();
+  if (holders_ == 0) write();
 }
 
 void FileUserDefaults::write() {

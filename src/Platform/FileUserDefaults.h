@@ -16,6 +16,7 @@ namespace platform {
 /// The settings domain in one property-list file (XML form, mode 0600).
 ///
 /// Every set is on disk when it returns, in one atomic write; setting what is there already writes nothing.
+/// Sets within a `Together` are on disk when that ends.
 /// What another process changes in the file is seen by the next read, and a write changes only the keys that
 /// this process set. A lock file beside it (".NAME.lock") keeps writers apart.
 ///
@@ -32,6 +33,8 @@ class FileUserDefaults : public NSUserDefaults {
   void removeObjectForKey(std::string_view key) override;
 
  protected:
+  void holdBack() override;
+  void storeHeldBack() override;
   std::optional<PropertyListValue> storedValue(std::string_view key) const override;
 
  private:
@@ -59,6 +62,7 @@ class FileUserDefaults : public NSUserDefaults {
   mutable FileDescriptor loadedFile_;
   /// What was set here and isn't on disk; an absent value was removed.
   std::map<std::string, std::optional<PropertyListValue>, std::less<>> unwritten_;
+  int holders_ = 0;
   mutable std::vector<std::string> notes_;
 };
 

@@ -15,6 +15,19 @@ namespace platform {
 /// the right type is given instead. Nothing here reports an error. Any thread.
 class NSUserDefaults {
  public:
+  /// While one lives, what is set in its domain is kept back, and stored at its end in one go. Reads see it
+  /// at once.
+  class Together {
+   public:
+    explicit Together(NSUserDefaults& defaults) : defaults_(defaults) { defaults_.holdBack(); }
+    ~Together() { defaults_.storeHeldBack(); }
+    Together(const Together&) = delete;
+    Together& operator=(const Together&) = delete;
+
+   private:
+    NSUserDefaults& defaults_;
+  };
+
   /// The domain of the installed platform.
   static NSUserDefaults& standardUserDefaults();
 
@@ -33,7 +46,8 @@ class NSUserDefaults {
   /// In single precision; 0 if absent, and 0 for what isn't a finite number in single precision.
   float floatForKey(std::string_view key) const;
 
-  /// Stores `storable(value)`. When this returns, the value is where the domain keeps it.
+  /// Stores `storable(value)`. When this returns, the value is where the domain keeps it, unless a `Together`
+  /// lives.
   virtual void setObject(PropertyListValue value, std::string_view key) = 0;
   virtual void removeObjectForKey(std::string_view key) = 0;
 
@@ -41,6 +55,9 @@ class NSUserDefaults {
   void registerDefaults(const PropertyListValue::Dictionary& defaults);
 
  protected:
+  /// The two ends of a `Together`; several may overlap. A domain that stores without cost need not hold back.
+  virtual void holdBack() {}
+  virtual void storeHeldBack() {}
   virtual std::optional<PropertyListValue> storedValue(std::string_view key) const = 0;
 
  private:

@@ -102,6 +102,20 @@ TEST_F(GtkWebViewTest, PageZoomChangesThePagesOwnWidth) {
   EXPECT_EQ(webView->pageZoom(), 1.25);
 }
 
+TEST_F(GtkWebViewTest, TheEnginesHiddenTextHasNoCursorThatBlinks) {
+  showPage("<p>keys");
+  GtkWidget* holder = dynamic_cast<GtkViewBase&>(*webView).widget();
+  GtkWidget* engineView = gtk_widget_get_first_child(holder);
+  int found = 0;
+  for (GtkWidget* child = gtk_widget_get_first_child(engineView); child != nullptr;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (!GTK_IS_TEXT_VIEW(child)) continue;
+    ++found;
+    EXPECT_FALSE(gtk_text_view_get_cursor_visible(GTK_TEXT_VIEW(child)));
+  }
+  EXPECT_EQ(found, 1);
+}
+
 TEST_F(GtkWebViewTest, TheUserAgentIsTheOneGiven) {
   webView->setCustomUserAgent("Tester/1.0");
   showPage("<p>agent");

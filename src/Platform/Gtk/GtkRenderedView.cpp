@@ -79,7 +79,7 @@ void GtkRenderedView::applyModifiers() {
   gtk_widget_set_margin_start(widget_, pixels(around.leading));
   gtk_widget_set_margin_end(widget_, pixels(around.trailing));
   gtk_widget_set_opacity(widget_, m.opacity.value_or(1));
-  gtk_widget_set_tooltip_text(widget_, m.help.empty() ? nullptr : m.help.c_str());
+  applyTooltip(m.help);
   if (m.isDisabled && gtk_widget_has_focus(focusWidget())) {
     // A widget that is switched off while it has the keyboard never learns that it lost it.
     if (auto* root = gtk_widget_get_root(widget_)) gtk_root_set_focus(root, nullptr);
@@ -94,6 +94,17 @@ void GtkRenderedView::applyModifiers() {
   applyFrame(m);
   ensureGestures();
   applyFocus();
+}
+
+void GtkRenderedView::applyTooltip(const std::string& text) {
+  const char* present = gtk_widget_get_tooltip_text(widget_);
+  if (text == (present != nullptr ? present : "")) return;
+  // For a visible widget the toolkit asks the display where the pointer is and waits for the answer. One that
+  // has no place yet can't be below it.
+  const bool hasPlace = gtk_widget_get_parent(widget_) != nullptr;
+  if (!hasPlace) gtk_widget_set_visible(widget_, FALSE);
+  gtk_widget_set_tooltip_text(widget_, text.empty() ? nullptr : text.c_str());
+  if (!hasPlace) gtk_widget_set_visible(widget_, TRUE);
 }
 
 void GtkRenderedView::applyFrame(const Modifiers& m) {

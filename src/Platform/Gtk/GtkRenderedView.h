@@ -41,6 +41,7 @@ class GtkRenderedView : public RenderedView {
 
  private:
   void applyModifiers();
+  void applyTooltip(const std::string& text);
   void applyFrame(const Modifiers& modifiers);
   void applyFocus();
   void ensureGestures();

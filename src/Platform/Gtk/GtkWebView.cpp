@@ -54,6 +54,16 @@ WKNavigationType navigationTypeOf(WebKitNavigationAction* action) {
   return WKNavigationType::other;
 }
 
+/// The engine translates keys by a text view that it keeps below its own and never shows. The cursor in there
+/// would blink all the same: for ten seconds after each key the window would go through sixty frames a
+/// second, and a frame that is needed would wait for its turn.
+void stopHiddenCursor(WebKitWebView* view) {
+  for (GtkWidget* child = gtk_widget_get_first_child(GTK_WIDGET(view)); child != nullptr;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (GTK_IS_TEXT_VIEW(child)) gtk_text_view_set_cursor_visible(GTK_TEXT_VIEW(child), FALSE);
+  }
+}
+
 struct ScriptRun {
   WKWebView::ScriptCompletion completion;
 };
@@ -79,6 +89,7 @@ GtkWebView::GtkWebView(NSRect frame, WKWebViewConfiguration configuration, WebEn
     : frame_(frame), configuration_(std::move(configuration)), engine_(engine) {}
 
 GtkWebView::~GtkWebView() {
+  *isAlive_ = false;
   g_cancellable_cancel(cancellable_);
   g_object_unref(cancellable_);
   if (view_ != nullptr) {
@@ -124,6 +135,7 @@ WebKitWebView* GtkWebView::engineView() {
                                        userContent_.get(), "default-content-security-policy",
                                        isIsolated ? isolatedContentSecurityPolicy : nullptr, nullptr));
   g_object_ref_sink(view_);
+  stopHiddenCursor(view_);
   webkit_web_view_set_zoom_level(view_, zoom_);
   gtk_widget_set_hexpand(GTK_WIDGET(view_), TRUE);
   gtk_widget_set_vexpand(GTK_WIDGET(view_), TRUE);
@@ -254,6 +266,7 @@ NSRect GtkWebView::frame() const {
 
 void GtkWebView::onMapped() {
   auto* view = engineView();
+  webkit_web_view_set_zoom_level(view, zoom_);
   if (std::exchange(wantsFocus_, false)) gtk_widget_grab_focus(GTK_WIDGET(view));
 }
 
@@ -325,7 +338,16 @@ void GtkWebView::scrollPageDown() {
 
 void GtkWebView::setPageZoom(double zoom) {
   zoom_ = zoom;
-  if (view_ != nullptr) webkit_web_view_set_zoom_level(view_, zoom);
+  // In a later turn: a page is laid out anew at each zoom, and one that isn't on show or gets another zoom in
+  // this turn would be for nothing.
+  DispatchQueue::main().async([this, alive = isAlive_] {
+    if (*alive) applyZoom();
+  });
+}
+
+void GtkWebView::applyZoom() {
+  if (view_ != nullptr && gtk_widget_get_mapped(GTK_WIDGET(view_)))
+    webkit_web_view_set_zoom_level(view_, zoom_);
 }
 
 void GtkWebView::setCustomUserAgent(std::string userAgent) {

@@ -53,6 +53,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   void connectSignals();
   void onMapped();
   bool isNavigationCancelled(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
+  void applyZoom();
   void processTerminated(WebKitWebProcessTerminationReason reason);
 
   NSRect frame_;
@@ -71,6 +72,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   CrashReloadPolicy crashPolicy_;
   /// Of an isolated view: the page that it was handed last.
   std::string ownPage_;
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
   GCancellable* cancellable_ = g_cancellable_new();
 };
 

@@ -150,8 +150,7 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
     installContent();
     if (gtk_widget_get_visible(GTK_WIDGET(window_))) {
       // Closed in this very turn, to change what it shows: it never left the screen, nor the keyboard it.
-      resizesWhenHidden_ = false;
-      place(false);
+      if (std::exchange(resizesWhenHidden_, false)) place(false);
       return;
     }
     isOrdinaryWindow_ = !surroundings_.hasTray();

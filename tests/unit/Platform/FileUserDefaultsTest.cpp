@@ -77,6 +77,31 @@ TEST_F(FileUserDefaultsTest, aSetIsOnDiskWhenItReturns) {
   EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"chatUrl", "text"}}));
 }
 
+TEST_F(FileUserDefaultsTest, setsTogetherAreReadAtOnceAndWrittenInOneGoAtTheEnd) {
+  FileUserDefaults defaults(path_);
+  defaults.setObject(0, "earlier");
+  const auto before = identityOf(path_);
+  {
+    const NSUserDefaults::Together together(defaults);
+    defaults.setObject(1, "a");
+    {
+      const NSUserDefaults::Together inner(defaults);
+      defaults.setObject(2, "b");
+    }
+    defaults.removeObjectForKey("earlier");
+    EXPECT_EQ(identityOf(path_), before) << "the outermost is still open";
+    EXPECT_EQ(defaults.integerForKey("a"), 1);
+    EXPECT_EQ(defaults.integerForKey("b"), 2);
+    EXPECT_FALSE(defaults.valueForKey("earlier"));
+  }
+  EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"a", 1}, {"b", 2}}));
+  const auto after = identityOf(path_);
+  { const NSUserDefaults::Together nothingIsSet(defaults); }
+  EXPECT_EQ(identityOf(path_), after);
+  defaults.setObject(3, "c");
+  EXPECT_EQ(onDisk().at("c"), PropertyListValue(3)) << "from here on every set is written again";
+}
+
 TEST_F(FileUserDefaultsTest, theNextProcessReadsWhatWasSet) {
   FileUserDefaults(path_).setObject(true, "stickyMenu");
   EXPECT_TRUE(FileUserDefaults(path_).boolForKey("stickyMenu"));

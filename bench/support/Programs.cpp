@@ -1,0 +1,66 @@
+#include "Programs.h"
+
+#include "Timing.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <system_error>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace bench {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path makeScratchFolder() {
+  std::string pattern = "/tmp/velkin-bench-XXXXXX";
+  if (mkdtemp(pattern.data()) == nullptr) refuse("can't make a folder in /tmp");
+  return pattern;
+}
+
+}  // namespace
+
+ScratchFolder::ScratchFolder() : path(makeScratchFolder()) {}
+
+ScratchFolder::~ScratchFolder() {
+  std::error_code ignored;
+  fs::remove_all(path, ignored);
+}
+
+Process::Process(const std::string& program, const std::vector<std::string>& arguments,
+                 const fs::path& home) {
+  fs::create_directories(home);
+  const auto path = (fs::read_symlink("/proc/self/exe").parent_path() / program).string();
+  pid = fork();
+  if (pid != 0) return;
+  setenv("HOME", home.c_str(), 1);
+  for (const char* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"})
+    unsetenv(name);
+  if (std::freopen("/dev/null", "w", stderr) == nullptr) _exit(126);
+  std::vector<char*> all{const_cast<char*>(path.c_str())};
+  for (const auto& argument : arguments) all.push_back(const_cast<char*>(argument.c_str()));
+  all.push_back(nullptr);
+  execv(path.c_str(), all.data());
+  _exit(127);
+}
+
+Process::~Process() {
+  kill(pid, SIGTERM);
+  waitpid(pid, nullptr, 0);
+  rest(0.3);
+}
+
+void writeSettings(const fs::path& home, const std::string& more) {
+  fs::create_directories(home / ".config/velkin");
+  std::ofstream(home / ".config/velkin/com.tarnvale.Velkin.plist")
+      << R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict><key>onboardingCompleted</key><true/>)"
+      << R"(<key>releaseNoteVersion</key><integer>23</integer><key>hemingwayEnabled</key><true/>)" << more
+      << "</dict></plist>";
+}
+
+}  // namespace bench
