@@ -8,7 +8,7 @@ namespace velkin::KeyboardShortcuts {
 /// A key, by its position: a virtual key code, named by what a US keyboard has there.
 struct Key {
   int rawValue;
-  auto operator<=>(const Key&) const = default;
+  bool operator==(const Key&) const = default;
 
   static const Key a, b, c, d, e, f, g, h, i, j, k, l, m, n, o, p, q, r, s, t, u, v, w, x, y, z;
   static const Key zero, one, two, three, four, five, six, seven, eight, nine;

@@ -47,7 +47,7 @@ void post(const Name& name) {
 
 void runLegacyActions(const Shortcut& shortcut, const LegacyHandlers& handlers) {
   // A copy: an action may change the table.
-  const auto present = handlers;
+  const std::vector<LegacyHandlers::value_type> present(handlers.begin(), handlers.end());
   for (const auto& [name, actions] : present) {
     if (getShortcut(name) != shortcut) continue;
     for (const auto& action : actions) action();
@@ -55,7 +55,7 @@ void runLegacyActions(const Shortcut& shortcut, const LegacyHandlers& handlers) 
 }
 
 void runStreamActions(const Shortcut& shortcut, const StreamHandlers& handlers) {
-  const auto present = handlers;
+  const std::vector<StreamHandlers::value_type> present(handlers.begin(), handlers.end());
   for (const auto& [name, actions] : present) {
     if (getShortcut(name) != shortcut) continue;
     for (const auto& [uuid, action] : actions) {
@@ -162,7 +162,7 @@ void onKeyUp(const Name& name, Action action) {
   registerShortcutIfNeeded(name);
 }
 
-EventStream events(const Name& name, std::function<void(EventType)> consumer) {
+EventStream events(const Name& name, const std::function<void(EventType)>& consumer) {
   return stream(
       name, [consumer] { consumer(EventType::keyDown); }, [consumer] { consumer(EventType::keyUp); });
 }

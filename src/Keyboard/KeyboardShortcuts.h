@@ -23,7 +23,7 @@ inline constexpr const char* shortcutByNameDidChange = "KeyboardShortcuts_shortc
 void onKeyDown(const Name& name, Action action);
 void onKeyUp(const Name& name, Action action);
 
-EventStream events(const Name& name, std::function<void(EventType)> consumer);
+EventStream events(const Name& name, const std::function<void(EventType)>& consumer);
 EventStream events(EventType type, const Name& name, std::function<void(EventType)> consumer);
 EventStream on(EventType type, const Name& name, std::function<void()> consumer);
 

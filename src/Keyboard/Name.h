@@ -2,11 +2,11 @@
 
 #include "Keyboard/Shortcut.h"
 
-#include <compare>
 #include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
+#include <tuple>
 
 namespace velkin::KeyboardShortcuts {
 
@@ -29,7 +29,11 @@ class Name {
   /// What a desktop that lets the user grant shortcuts calls it.
   std::string title() const;
 
-  auto operator<=>(const Name&) const = default;
+  bool operator==(const Name&) const = default;
+  /// For tables.
+  bool operator<(const Name& other) const noexcept {
+    return std::tie(rawValue_, defaultShortcut_) < std::tie(other.rawValue_, other.defaultShortcut_);
+  }
 
  private:
   std::string rawValue_;

@@ -6,7 +6,6 @@
 #include "Platform/NSEvent.h"
 #include "Platform/NSMenu.h"
 
-#include <compare>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -35,8 +34,9 @@ class Shortcut {
   ModifierFlags modifiers() const noexcept;
   platform::HotKeyCombination combination() const noexcept;
 
-  /// Nothing equals two shortcuts but their two numbers; the order is only for tables.
-  auto operator<=>(const Shortcut&) const = default;
+  bool operator==(const Shortcut&) const = default;
+  /// For tables.
+  bool operator<(const Shortcut& other) const noexcept { return combination() < other.combination(); }
 
   /// True if the desktop or another program has the combination at this moment. F12 alone never counts as
   /// taken. Main thread.

@@ -7,6 +7,8 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
+#include <tuple>
 #include <vector>
 
 #include <tl/expected.hpp>
@@ -60,7 +62,11 @@ struct EventHotKeyID {
 struct HotKeyCombination {
   std::uint32_t keyCode;
   std::uint32_t modifiers;
-  auto operator<=>(const HotKeyCombination&) const = default;
+  bool operator==(const HotKeyCombination&) const = default;
+  /// For tables.
+  bool operator<(const HotKeyCombination& other) const noexcept {
+    return std::tie(keyCode, modifiers) < std::tie(other.keyCode, other.modifiers);
+  }
 };
 
 /// An event on its way to the handlers, with the parameters that it has.

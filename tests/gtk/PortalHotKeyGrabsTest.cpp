@@ -27,7 +27,7 @@ class PortalHotKeyGrabsTest : public GtkFixture {
     setDebugLogSink({});
   }
 
-  void start(MockShortcutsPortal::Options options) {
+  void start(const MockShortcutsPortal::Options& options) {
     portal = std::make_unique<MockShortcutsPortal>(options);
   }
   void makeGrabs() {

@@ -122,7 +122,7 @@ class X11HotKeyGrabsTest : public GtkFixture {
   }
   std::unique_ptr<X11HotKeyGrabs> makeGrabs() {
     return std::make_unique<X11HotKeyGrabs>(
-        [this](HotKeyCombination combination, bool isDown, HotKeyActivation activation) {
+        [this](HotKeyCombination combination, bool isDown, const HotKeyActivation& activation) {
           told.push_back((isDown ? "down " : "up ") + std::to_string(combination.keyCode));
           lastTime = activation.time;
         });
@@ -299,7 +299,7 @@ TEST_F(X11HotKeyGrabsTest, AKeyThatNoKeyboardHasIsRefused) {
 }
 
 TEST_F(X11HotKeyGrabsTest, AnActionMayEndItAll) {
-  auto own = std::make_unique<X11HotKeyGrabs>([&](HotKeyCombination, bool, HotKeyActivation) {
+  auto own = std::make_unique<X11HotKeyGrabs>([&](HotKeyCombination, bool, const HotKeyActivation&) {
     told.emplace_back("ended");
     grabs.reset();
   });

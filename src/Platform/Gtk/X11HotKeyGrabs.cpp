@@ -248,7 +248,6 @@ void X11HotKeyGrabs::drain() {
 }
 
 void X11HotKeyGrabs::keyPressed(const xcb_key_press_event_t& press) {
-  if (down_.contains(press.detail)) return;
   const auto relevant = static_cast<std::uint16_t>(XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL |
                                                    modifiers_.alt | modifiers_.super);
   for (const auto& [combination, isHeld] : grabs_) {
@@ -256,7 +255,8 @@ void X11HotKeyGrabs::keyPressed(const xcb_key_press_event_t& press) {
     if (!isHeld || !key || key->keycode != press.detail || key->modifiers != (press.state & relevant))
       continue;
     const auto pressed = combination;
-    down_.emplace(press.detail, pressed);
+    // Repetitions don't come here: a key that counts as down has lost its release, and is pressed anew.
+    down_.insert_or_assign(press.detail, pressed);
     onKey_(pressed, true, {press.time, {}});
     return;
   }
