@@ -172,6 +172,20 @@ class Search(VelkinTestCase):
         panel = self.openPanel()
         self.assertEqual(panel.height, 200)
 
+    def testModifiersThatWereReleasedElsewhereAreNotHeld(self):
+        self.begin()
+        self.completions.willAnswer(well("yes"))
+        self.openPanel()
+        # Seen going down in the panel, which the shortcut closes, and coming up in the other program.
+        self.desktop.holdKeys("ctrl", "shift")
+        self.desktop.tapKeys("r")
+        self.waitForPanelToClose()
+        self.desktop.releaseKeys("shift", "ctrl")
+        self.session.output("gapplication", "action", "com.tarnvale.Velkin", "toggle-search")
+        panel = waitFor("the panel", self.searchPanel, 10)
+        waitFor("the panel to have the keyboard", lambda: self.desktop.activeWindow() == panel.id, 10)
+        self.assertEqual(self.ask("a tall tree").prompt, "a tall tree")
+
     def testTheFieldComesBackByATapAndASecondPromptIsSent(self):
         self.begin()
         self.completions.willAnswer(well("first"), well("second"))

@@ -145,6 +145,17 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   return !isPress && focus != nullptr && WEBKIT_IS_WEB_VIEW(focus);
 }
 
+/// Tells the modifiers as they are: what happened to them while another program had the keyboard, nobody saw.
+void tellModifiers(GtkWindow* window) {
+  if (!gtk_window_is_active(window)) return;
+  auto* seat = gdk_display_get_default_seat(gtk_widget_get_display(GTK_WIDGET(window)));
+  auto* keyboard = seat != nullptr ? gdk_seat_get_keyboard(seat) : nullptr;
+  if (keyboard == nullptr) return;
+  NSApp().filterByMonitors({.type = NSEvent::EventType::flagsChanged,
+                            .keyCode = unknownKey,
+                            .modifierFlags = modifierFlags(gdk_device_get_modifier_state(keyboard))});
+}
+
 struct EditAction {
   std::string_view selector;
   /// The action of GTK's text widgets.
@@ -185,6 +196,8 @@ void watchKeys(GtkWindow* window) {
   gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
   g_signal_connect(controller, "event", G_CALLBACK(onEvent), window);
   gtk_widget_add_controller(GTK_WIDGET(window), controller);
+  g_signal_connect(window, "notify::is-active",
+                   G_CALLBACK(+[](GtkWindow* w, GParamSpec*, gpointer) { tellModifiers(w); }), nullptr);
 }
 
 bool sendEditAction(const char* selector) {

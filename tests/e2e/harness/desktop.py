@@ -55,6 +55,16 @@ class Desktop:
         """Keys by their X names, with modifiers as in "ctrl+r"; to whatever has the focus."""
         self._xdotool("key", "--clearmodifiers", "--delay", "30", *keys)
 
+    def holdKeys(self, *keys):
+        self._xdotool(*(word for key in keys for word in ("keydown", key)))
+
+    def tapKeys(self, *keys):
+        """As key(), with whatever modifiers are held."""
+        self._xdotool("key", "--delay", "30", *keys)
+
+    def releaseKeys(self, *keys):
+        self._xdotool(*(word for key in keys for word in ("keyup", key)))
+
     def type(self, text):
         self._xdotool("type", "--delay", "30", text)
 
