@@ -87,6 +87,7 @@ void SearchBarView::recentSearchClicked(const SearchBarSearch& search) const {
   isTextFieldDisabled.set(true);
   text.set("");
   resultHtml.set("");
+  if (search.resultMarkdown) page->warmUp();
   DispatchQueue::main().asyncAfter(recallDelay,
                                    [search, text = text, searchedText = searchedText, resultHtml = resultHtml,
                                     isTextFieldDisabled = isTextFieldDisabled] {

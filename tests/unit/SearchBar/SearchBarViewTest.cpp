@@ -286,6 +286,7 @@ TEST_F(SearchBarViewTest, aRecalledSearchComesBackAfterABlankMoment) {
   EXPECT_EQ(view().resultHtml.get(), "");
   EXPECT_FALSE(field().isEnabled());
   EXPECT_FALSE(shows("Clear Recents")) << "the menu is closed";
+  EXPECT_FALSE(desktop.webViews.empty()) << "the page's engine starts meanwhile";
   desktop.queue.advance(0.49);
   EXPECT_EQ(view().text.get(), "");
   desktop.queue.advance(0.01);
