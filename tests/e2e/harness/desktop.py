@@ -47,9 +47,18 @@ class Desktop:
         # Two steps, as by a hand: some programs want to see the pointer arrive before a button goes down.
         self._xdotool("mousemove", x, y, "sleep", "0.05", "click", button)
 
-    def key(self, *keys):
-        """Keys by their X names, with modifiers as in "ctrl+r"; to whatever has the focus."""
-        self._xdotool("key", "--clearmodifiers", "--delay", "30", *keys)
+    def key(self, *keys, clear=True):
+        """Keys by their X names, with modifiers as in "ctrl+r"; to whatever has the focus. With clear=False the keys
+        that are held count as held."""
+        self._xdotool("key", *(["--clearmodifiers"] if clear else []), "--delay", "30", *keys)
+
+    def hold(self, *keys):
+        for key in keys:
+            self._xdotool("keydown", key)
+
+    def release(self, *keys):
+        for key in keys:
+            self._xdotool("keyup", key)
 
     def type(self, text):
         self._xdotool("type", "--delay", "30", text)
