@@ -177,10 +177,10 @@ class Search(VelkinTestCase):
         self.completions.willAnswer(well("yes"))
         self.openPanel()
         # Seen going down in the panel, which the shortcut closes, and coming up in the other program.
-        self.desktop.holdKeys("ctrl", "shift")
-        self.desktop.tapKeys("r")
+        self.desktop.hold("ctrl", "shift")
+        self.desktop.key("r", clear=False)
         self.waitForPanelToClose()
-        self.desktop.releaseKeys("shift", "ctrl")
+        self.desktop.release("shift", "ctrl")
         self.session.output("gapplication", "action", "com.tarnvale.Velkin", "toggle-search")
         panel = waitFor("the panel", self.searchPanel, 10)
         waitFor("the panel to have the keyboard", lambda: self.desktop.activeWindow() == panel.id, 10)

@@ -88,16 +88,12 @@ class NoTray(VelkinTestCase):
     def testATrayThatComesLaterGetsTheIcon(self):
         self.home.settled()
         velkin = self.start(wait=False)
-        settle(3)
+        waitFor("a notice that there is no tray", self.desktop.windows, 20)
         self.assertTrue(velkin.running(), velkin.errorText())
         self.session.startPanel("top")
         self.addCleanup(self.session.killPanel)
         velkin.waitForIcon()
-        for window in self.desktop.windows():
-            if not window.overrideRedirect:
-                # A notice that is still up would stand in the way of the click.
-                self.desktop.key("Escape")
-        self.waitForClosed()
+        waitFor("the notice to go", lambda: not self.desktop.windows(), 10, self.describeWindows)
         self.openPopover(velkin)
 
     def testASecondStartOpensAndClosesThePopoverInTheMiddle(self):

@@ -45,6 +45,19 @@ class Window(VelkinTestCase):
         self.assertEqual(len(self.services.jira.loads()), 1)
         self.assertEqual(len(self.chat.loads()), 1)
 
+    def testAChordIsUnderstoodWhileThePageIsBusyWithItsKeys(self):
+        self.openOnChat(viewWidth=980.0)
+        chat = self.chat.page()
+        # The engine gives a key back that the page had no use for, here when the next one is down already.
+        chat.ask("addEventListener('keydown', () => { const end = Date.now() + 500; while (Date.now() < end); })")
+        self.desktop.hold("ctrl", "super")
+        settle()
+        self.desktop.key("j", clear=False)
+        self.desktop.release("ctrl", "super")
+        jira = self.services.jira.page()
+        waitFor("the sidebar's width", lambda: self.innerWidth(jira) == round(980 * 0.15), 10,
+                describe=lambda: self.innerWidth(jira))
+
     def testManySwitchesKeepThePageTheTypedTextAndTheScrollPosition(self):
         self.openOnChat()
         chat = self.chat.page()

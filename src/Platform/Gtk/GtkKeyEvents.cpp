@@ -5,6 +5,7 @@
 #include "Platform/Gtk/GtkKeyCodes.h"
 #include "Platform/NSApplication.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
@@ -79,6 +80,18 @@ std::string charactersIgnoringModifiers(GdkEvent* event, std::uint32_t flags) {
   return inLayout;
 }
 
+/// A press that the page had no use for comes a second time, as the same object: after other keys, if the
+/// page was busy. The references keep the addresses from being those of other events.
+bool wasSeen(GdkEvent* event) {
+  static std::array<GdkEvent*, 32> seen{};
+  static std::size_t oldest = 0;
+  if (std::find(seen.begin(), seen.end(), event) != seen.end()) return true;
+  if (seen[oldest] != nullptr) gdk_event_unref(seen[oldest]);
+  seen[oldest] = gdk_event_ref(event);
+  oldest = (oldest + 1) % seen.size();
+  return false;
+}
+
 /// The focused widget in the active window of ours.
 GtkWidget* focusedWidget() {
   GList* windows = gtk_window_list_toplevels();
@@ -114,12 +127,7 @@ bool isTakenAsRawKey(const NSEvent& key) {
 gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
   const auto gdkType = gdk_event_get_event_type(event);
   if (gdkType != GDK_KEY_PRESS && gdkType != GDK_KEY_RELEASE) return FALSE;
-  // A press that the page had no use for comes a second time, as the same object; the reference keeps its
-  // address from being that of another event.
-  static GdkEvent* last = nullptr;
-  if (event == last) return FALSE;
-  if (last != nullptr) gdk_event_unref(last);
-  last = gdk_event_ref(event);
+  if (wasSeen(event)) return FALSE;
 
   const bool isPress = gdkType == GDK_KEY_PRESS;
   const auto modifier = flagOfKey(gdk_key_event_get_keyval(event));

@@ -65,7 +65,10 @@ GtkPlatform::GtkPlatform()
   install(this);
 }
 
-GtkPlatform::~GtkPlatform() { install(nullptr); }
+GtkPlatform::~GtkPlatform() {
+  if (noTrayNotice_ != nullptr) gtk_window_destroy(GTK_WINDOW(noTrayNotice_));
+  install(nullptr);
+}
 
 GtkPlatform& GtkPlatform::shared() { return static_cast<GtkPlatform&>(Platform::current()); }
 
@@ -152,6 +155,10 @@ bool GtkPlatform::hasTray() const { return statusItem_ != nullptr && statusItem_
 
 void GtkPlatform::trayChanged(bool hasTray) {
   debugLog("GtkPlatform", "trayChanged(_:)", hasTray ? "The tray shows the icon" : "The tray is gone");
+  if (!hasTray) return;
+  // A tray that goes once it was there is one that starts anew.
+  trayTimer_.reset();
+  if (noTrayNotice_ != nullptr) gtk_window_destroy(GTK_WINDOW(noTrayNotice_));
 }
 
 void GtkPlatform::tellThatThereIsNoTray() {
@@ -165,6 +172,11 @@ void GtkPlatform::tellThatThereIsNoTray() {
       "window, and once more to close it. The icon appears as soon as there is a tray.");
   adw_message_dialog_add_responses(ADW_MESSAGE_DIALOG(notice), "close", "Close", nullptr);
   gtk_window_set_title(GTK_WINDOW(notice), "Velkin");
+  noTrayNotice_ = notice;
+  g_signal_connect(notice, "destroy", G_CALLBACK(+[](GtkWidget*, gpointer self) {
+                     static_cast<GtkPlatform*>(self)->noTrayNotice_ = nullptr;
+                   }),
+                   this);
   gtk_window_present(GTK_WINDOW(notice));
 }
 

@@ -12,6 +12,8 @@
 #include <memory>
 #include <vector>
 
+#include <gtk/gtk.h>
+
 namespace platform {
 
 class GtkEventTarget;
@@ -77,6 +79,8 @@ class GtkPlatform : public Platform {
   std::unique_ptr<GtkEventTarget> eventTarget_;
   std::vector<std::function<void()>> waitingForToolkit_;
   std::unique_ptr<Timer> trayTimer_;
+  /// Up as long as it is true.
+  GtkWidget* noTrayNotice_ = nullptr;
   StatusNotifierItem* statusItem_ = nullptr;
   PopoverWindow* popover_ = nullptr;
   bool isToolkitRunning_ = false;

@@ -51,19 +51,18 @@ class Desktop:
         """Turns the wheel under the pointer: down, or up for a negative number."""
         self._xdotool("click", "--repeat", abs(steps), "--delay", 15, 5 if steps > 0 else 4)
 
-    def key(self, *keys):
-        """Keys by their X names, with modifiers as in "ctrl+r"; to whatever has the focus."""
-        self._xdotool("key", "--clearmodifiers", "--delay", "30", *keys)
+    def key(self, *keys, clear=True):
+        """Keys by their X names, with modifiers as in "ctrl+r"; to whatever has the focus. With clear=False the keys
+        that are held count as held."""
+        self._xdotool("key", *(["--clearmodifiers"] if clear else []), "--delay", "30", *keys)
 
-    def holdKeys(self, *keys):
-        self._xdotool(*(word for key in keys for word in ("keydown", key)))
+    def hold(self, *keys):
+        for key in keys:
+            self._xdotool("keydown", key)
 
-    def tapKeys(self, *keys):
-        """As key(), with whatever modifiers are held."""
-        self._xdotool("key", "--delay", "30", *keys)
-
-    def releaseKeys(self, *keys):
-        self._xdotool(*(word for key in keys for word in ("keyup", key)))
+    def release(self, *keys):
+        for key in keys:
+            self._xdotool("keyup", key)
 
     def type(self, text):
         self._xdotool("type", "--delay", "30", text)

@@ -68,6 +68,12 @@ class Session:
         x, y = self.output(SESSION / "tray-panel", "icon", number).split()
         return int(x), int(y)
 
+    def iconIsDrawn(self, number=0):
+        """The panel is of one colour where it shows no icon."""
+        x, y = self.iconPosition(number)
+        return int(self.output("import", "-window", "root", "-crop", f"15x13+{x - 7}+{y - 6}", "-format", "%k",
+                               "info:")) > 1
+
     # D-Bus, by gdbus: what it prints is GVariant text, of which the tests need but strings and numbers.
 
     def call(self, name, path, method, *arguments, check=True):

@@ -123,8 +123,14 @@ class Velkin:
         items = waitFor("the icon in the tray", there, seconds,
                         describe=lambda: f"the tray has {self.session.trayItems()}; {self.errorText()[-2000:]}")
         # The panel draws an icon a moment after it was told of it; a click before that falls on the bare panel.
-        time.sleep(0.7)
+        waitFor("the panel to draw the icon", self._iconIsDrawn, seconds)
+        time.sleep(0.1)
         return items[0]
+
+    def _iconIsDrawn(self):
+        items = self.session.trayItems()
+        own = [number for number, item in enumerate(items) if item in self.icons()]
+        return own and self.session.iconIsDrawn(own[0])
 
     def descendants(self):
         """(process id, command name) of all processes below this one."""
