@@ -62,7 +62,7 @@ class Window(VelkinTestCase):
         self.openOnChat()
         chat = self.chat.page()
         chat.ask("document.getElementById('text').value = 'typed'; scrollTo(0, 321); 1")
-        for number in range(20):
+        for _ in range(100):
             self.desktop.key("ctrl+j")
             waitFor("Jira", lambda: self.home.readSettings()["lastVisibleWebView"] == 5, 10)
             self.desktop.key("ctrl+t")
