@@ -6,7 +6,7 @@ namespace bench {
 inline constexpr const char* routerReference = "a handler that does nothing";
 
 /// Registers with Google Benchmark how long a key waits for the router's decision, row by row, and the
-/// reference, each so often.
-void registerRouterDecision(int repetitions = 1);
+/// reference. Each runs so often, or as often as the command line says.
+void registerRouterDecision(int repetitions = 0);
 
 }  // namespace bench
