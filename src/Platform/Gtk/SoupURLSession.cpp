@@ -2,7 +2,7 @@
 
 #include "Platform/Gtk/GObjectPtr.h"
 
-#include <atomic>
+#include <deque>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -60,20 +60,31 @@ class SoupURLSession::Loop {
 
   void run(std::function<void()> work) {
     start();
-    auto* boxed = std::make_unique<std::function<void()>>(std::move(work)).release();
-    g_main_context_invoke_full(
-        context_, G_PRIORITY_DEFAULT,
-        [](gpointer data) -> gboolean {
-          (*static_cast<std::function<void()>*>(data))();
+    {
+      const std::lock_guard lock(workMutex_);
+      work_.push_back(std::move(work));
+    }
+    g_main_context_invoke(
+        context_,
+        [](gpointer self) -> gboolean {
+          static_cast<Loop*>(self)->runNext();
           return G_SOURCE_REMOVE;
         },
-        boxed,
-        [](gpointer data) {
-          std::default_delete<std::function<void()>>()(static_cast<std::function<void()>*>(data));
-        });
+        this);
   }
 
  private:
+  void runNext() {
+    std::function<void()> next;
+    {
+      const std::lock_guard lock(workMutex_);
+      if (work_.empty()) return;
+      next = std::move(work_.front());
+      work_.pop_front();
+    }
+    next();
+  }
+
   void start() {
     const std::lock_guard lock(mutex_);
     if (thread_.joinable()) return;
@@ -89,6 +100,9 @@ class SoupURLSession::Loop {
   GMainLoop* loop_;
   std::mutex mutex_;
   std::thread thread_;
+  /// Handed over under a lock of ours: those of the library's are invisible to the thread sanitizer.
+  std::mutex workMutex_;
+  std::deque<std::function<void()>> work_;
   GObjectPtr<SoupSession> session_;
 };
 
