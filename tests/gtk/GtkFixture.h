@@ -3,8 +3,10 @@
 #include "Platform/Gtk/GtkHostingView.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/NSHostingController.h"
+#include "Platform/WKWebView.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,6 +47,16 @@ class GtkFixture : public testing::Test {
       while (!isOver) g_main_context_iteration(nullptr, TRUE);
     }
     return condition();
+  }
+
+  /// The value of a script in the page, as JSON text.
+  static std::string evaluateIn(WKWebView& page, const std::string& script) {
+    std::optional<std::string> result;
+    page.evaluateJavaScript(script, [&](const auto& json, const auto& error) {
+      result = error ? "error: " + error->localizedDescription : *json;
+    });
+    EXPECT_TRUE(wait([&] { return result.has_value(); }));
+    return result.value_or("nothing");
   }
 
   /// Shows the view in a window of this size and returns when it is laid out.

@@ -51,15 +51,7 @@ class GtkWebViewTest : public GtkFixture {
     ASSERT_TRUE(wait([&] { return loads.finished == 1; }));
   }
 
-  /// The script's value as JSON text.
-  std::string evaluate(const std::string& script) {
-    std::optional<std::string> result;
-    webView->evaluateJavaScript(script, [&](const auto& json, const auto& error) {
-      result = error ? "error: " + error->localizedDescription : *json;
-    });
-    EXPECT_TRUE(wait([&] { return result.has_value(); }));
-    return result.value_or("nothing");
-  }
+  std::string evaluate(const std::string& script) { return evaluateIn(*webView, script); }
 
   std::unique_ptr<NSPopover> popover;
   Loads loads;

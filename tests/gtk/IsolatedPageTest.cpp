@@ -40,14 +40,7 @@ class IsolatedPageTest : public GtkFixture {
     ASSERT_TRUE(wait([&] { return loads.finished > 0; }));
   }
 
-  std::string evaluate(const std::string& script) {
-    std::optional<std::string> result;
-    webView->evaluateJavaScript(script, [&](const auto& json, const auto& error) {
-      result = error ? "error: " + error->localizedDescription : *json;
-    });
-    EXPECT_TRUE(wait([&] { return result.has_value(); }));
-    return result.value_or("nothing");
-  }
+  std::string evaluate(const std::string& script) { return evaluateIn(*webView, script); }
 
   /// Each thing that a page can do to reach the server, as statements of a script.
   std::vector<std::string> waysOut() const {

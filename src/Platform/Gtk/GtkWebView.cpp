@@ -233,7 +233,8 @@ bool GtkWebView::isNavigationCancelled(WebKitPolicyDecision* decision, WebKitPol
       webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
   const char* uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
   const auto url = URL::parse(uri != nullptr ? uri : "");
-  if (!url) return configuration_.isIsolated;
+  // An isolated page's own rule refuses it then.
+  if (!url) return false;
   const auto wanted = WKNavigationAction{*url, navigationTypeOf(action)};
   if (navigationDelegate->decidePolicyFor(*this, wanted) == WKNavigationActionPolicy::allow) return false;
   webkit_policy_decision_ignore(decision);
