@@ -63,7 +63,7 @@ FileUserDefaults::FileUserDefaults(const std::filesystem::path& path)
   load();
   if (state_ != FileState::corrupt) return;
   auto lock = FileLock::take(lockPath_);
-  if (lock) refresh();
+  if (lock) refreshByName();
   if (state_ == FileState::corrupt) setAside();
 }
 
@@ -98,7 +98,7 @@ std::optional<PropertyListValue> FileUserDefaults::storedValue(std::string_view 
 }
 
 void FileUserDefaults::change(std::optional<PropertyListValue> value, std::string_view key) {
-  refresh();
+  refreshByName();
   const auto entry = onDisk_.find(key);
   const bool isOnDisk = entry != onDisk_.end() ? value == entry->second : !value;
   const bool isFileGood = state_ == FileState::good || state_ == FileState::absent;
@@ -114,7 +114,7 @@ void FileUserDefaults::write() {
   const auto lock = FileLock::take(lockPath_);
   if (!lock) return fail(lock.error().why);
   // Another process may have written while this one waited.
-  refresh();
+  refreshByName();
   if (state_ == FileState::unreadable) return fail(whyUnreadable_);
   if (state_ == FileState::corrupt && !setAside()) return fail("the file is damaged and can't be set aside");
   auto content = merged();
@@ -131,10 +131,16 @@ void FileUserDefaults::write() {
 }
 
 void FileUserDefaults::refresh() const {
+  // A file that loses its name to another one shows that itself.
+  if (loadedFile_.isOpen() && identityOf(loadedFile_) == loaded_) return;
+  refreshByName();
+}
+
+void FileUserDefaults::refreshByName() const {
   if (identityOf(path_) == loaded_) return;
   load();
   if (state_ == FileState::corrupt) {
-    note("refresh()", "The settings file " + path_.string() + " is no property list any more");
+    note("refreshByName()", "The settings file " + path_.string() + " is no property list any more");
   }
 }
 
@@ -179,6 +185,7 @@ bool FileUserDefaults::setAside() {
   note("setAside()", "The settings file is no property list. It is kept as " + aside.string());
   state_ = FileState::absent;
   loaded_ = identityOf(path_);
+  loadedFile_ = FileDescriptor();
   return true;
 }
 

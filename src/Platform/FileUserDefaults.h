@@ -18,7 +18,8 @@ namespace platform {
 /// Every set is on disk when it returns, in one atomic write; setting what is there already writes nothing.
 /// Sets within a `Together` are on disk when that ends.
 /// What another process changes in the file is seen by the next read, and a write changes only the keys that
-/// this process set. A lock file beside it (".NAME.lock") keeps writers apart.
+/// this process set. Where a folder above the file was renamed, the reads see it from the next set on. A lock
+/// file beside it (".NAME.lock") keeps writers apart.
 ///
 /// Failures are told to the debug log only. If a write fails, the file stays as it is, the value holds for
 /// this process, and the next set writes it too. A file that can't be read is never overwritten. One that
@@ -43,7 +44,10 @@ class FileUserDefaults : public NSUserDefaults {
 
   void change(std::optional<PropertyListValue> value, std::string_view key);
   void write();
+  /// Reads the file again if it is no longer as loaded.
   void refresh() const;
+  /// The same, and if its name stands for another file by now.
+  void refreshByName() const;
   void load() const;
   bool setAside();
   PropertyListValue::Dictionary merged() const;
@@ -59,6 +63,7 @@ class FileUserDefaults : public NSUserDefaults {
   /// The file's content as last read or written.
   mutable PropertyListValue::Dictionary onDisk_;
   mutable FileIdentity loaded_;
+  /// Open while there is one: its state is looked at for each read.
   mutable FileDescriptor loadedFile_;
   /// What was set here and isn't on disk; an absent value was removed.
   std::map<std::string, std::optional<PropertyListValue>, std::less<>> unwritten_;

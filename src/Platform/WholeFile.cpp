@@ -26,6 +26,7 @@ FileIdentity identityOf(const struct stat& status) noexcept {
   return {status.st_dev,
           status.st_ino,
           status.st_size,
+          status.st_nlink,
           nanoseconds(status.st_mtim),
           nanoseconds(status.st_ctim),
           0};
@@ -92,6 +93,14 @@ FileDescriptor::~FileDescriptor() {
 FileIdentity identityOf(const std::filesystem::path& path) noexcept {
   struct stat status {};
   if (stat(path.c_str(), &status) == 0) return identityOf(status);
+  FileIdentity none;
+  none.error = errno;
+  return none;
+}
+
+FileIdentity identityOf(const FileDescriptor& file) noexcept {
+  struct stat status {};
+  if (fstat(file.number(), &status) == 0) return identityOf(status);
   FileIdentity none;
   none.error = errno;
   return none;

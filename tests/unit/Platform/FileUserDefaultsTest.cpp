@@ -210,6 +210,49 @@ TEST_F(FileUserDefaultsTest, aFileThatIsTakenAwayReadsAsEmptyAndComesBackWithThe
   EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"b", 2}}));
 }
 
+TEST_F(FileUserDefaultsTest, aFileThatIsRenamedReadsAsEmptyAndStaysWhatItWas) {
+  FileUserDefaults defaults(path_);
+  defaults.setObject(1, "a");
+  const auto elsewhere = folder_.path() / "elsewhere.plist";
+  fs::rename(path_, elsewhere);
+  const auto kept = contentsOf(elsewhere);
+  EXPECT_FALSE(defaults.valueForKey("a"));
+  defaults.setObject(2, "b");
+  EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"b", 2}}));
+  EXPECT_EQ(contentsOf(elsewhere), kept);
+}
+
+TEST_F(FileUserDefaultsTest, aFileMovedIntoThePlaceOfOursIsReadNext) {
+  FileUserDefaults defaults(path_);
+  for (int i = 0; i < 50; ++i) {
+    defaults.setObject(0, "k");
+    const auto other = folder_.path() / "other.plist";
+    FileUserDefaults(other).setObject(5, "k");
+    fs::rename(other, path_);
+    EXPECT_EQ(defaults.integerForKey("k"), 5) << "same size, perhaps the same tick of the clock";
+  }
+}
+
+TEST_F(FileUserDefaultsTest, aFolderExchangedForAnotherKeepsTheOthersKeys) {
+  FileUserDefaults defaults(path_);
+  defaults.setObject(1, "a");
+  const auto folder = path_.parent_path();
+  fs::rename(folder, folder_.path() / "elsewhere");
+  FileUserDefaults(path_).setObject(5, "theirs");
+  defaults.setObject(2, "b");
+  EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"b", 2}, {"theirs", 5}}));
+  EXPECT_FALSE(defaults.valueForKey("a"));
+  EXPECT_EQ(defaults.integerForKey("theirs"), 5);
+}
+
+TEST_F(FileUserDefaultsTest, aFolderTakenAwayComesBackWithASetOfTheSameValue) {
+  FileUserDefaults defaults(path_);
+  defaults.setObject(1, "a");
+  fs::rename(path_.parent_path(), folder_.path() / "elsewhere");
+  defaults.setObject(1, "a");
+  EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"a", 1}}));
+}
+
 TEST_F(FileUserDefaultsTest, aBinaryFileIsReadAndBecomesXML) {
   fs::create_directories(path_.parent_path());
   // {"k": true}
