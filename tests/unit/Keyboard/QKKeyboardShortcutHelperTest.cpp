@@ -4,6 +4,7 @@
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "WebView/WebViewSwitchType.h"
 #include "unit/Keyboard/RouterModel.h"
+#include "unit/Repetitions.h"
 
 #include <array>
 #include <memory>
@@ -401,7 +402,7 @@ TEST_F(RouterTest, AgreesWithTheLiteralModelOnAMillionEvents) {
                                 0x7D, 0x7B, 0x7C, 0x74, 0x79, 0x4C, 0x24, 0x37, 0x36, 0x3A, 0x3D, 0x3B, 0x3E,
                                 0x38, 0x3C, 0x33, 0x75, 0x06, 0x07, 0x08, 0x09, 0x31, 0x60};
   const std::array<std::string, 8> characters = {"x", "c", "v", "a", "z", "Z", "q", "й"};
-  for (int i = 0; i < 1'000'000; ++i) {
+  for (int i = 0; i < repetitions(1'000'000); ++i) {
     if (i % 5000 == 0) {
       model.hemingwayEnabled = chance(2);
       model.experimentalEnabled = chance(2);

@@ -1,6 +1,7 @@
 #include "MarkdownEngine/MarkdownParser.h"
 #include "unit/MarkdownEngine/RandomDocuments.h"
 #include "unit/MarkdownEngine/reference/ReferenceEngine.h"
+#include "unit/Repetitions.h"
 
 #include <cstdlib>
 #include <string>
@@ -11,9 +12,10 @@ namespace markdown::tests {
 namespace {
 
 /// More documents than a usual run compares are asked for by this variable, as a number.
-std::size_t documentCount(std::size_t usual) {
+std::size_t documentCount(int usual) {
   const char* const asked = std::getenv("VELKIN_RANDOM_DOCUMENTS");
-  return asked == nullptr ? usual : std::strtoul(asked, nullptr, 10);
+  return asked == nullptr ? static_cast<std::size_t>(velkin::repetitions(usual))
+                          : std::strtoul(asked, nullptr, 10);
 }
 
 std::string quoted(const std::string& text) { return testing::PrintToString(text); }
