@@ -17,7 +17,7 @@ constexpr const char* usage =
     "  --corpus   writes the generated corpus to standard output\n"
     "  FILE       throughput on this file\n";
 
-constexpr std::size_t megabyte = 1000 * 1000;
+constexpr std::size_t megabyte = 1'000'000;
 
 void printThroughput() {
   compareThroughput("generated, 1 MB", [] { return makeChatCorpus(megabyte); });
