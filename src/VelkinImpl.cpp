@@ -211,7 +211,7 @@ void VelkinImpl::handleEsc() {
   if (popover->isShown()) popover->performClose();
 }
 
-void VelkinImpl::handleEnter() { scriptingHelper->submitForm(*currentWebView.webView); }
+void VelkinImpl::handleEnter() { scriptingHelper->submitForm(currentWebView.webView); }
 
 // Saving the page and taking its picture come with the export of pages.
 void VelkinImpl::handlePrintAction() { debugLog("VelkinImpl", "handlePrintAction()", ""); }
