@@ -175,6 +175,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void setUpGlobalShortcuts();
   void showFirstView();
   int buildNumber() const;
+  void giveKeyboardToMainView();
 
   void showPage(WebViewSwitchType type, bool isToggle);
   void showContainer(WebViewSwitchType shown, bool isToggle);
