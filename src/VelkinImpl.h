@@ -190,6 +190,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void stepWidth(int direction, const char* logLine);
   void stepZoom(int direction, const char* logLine);
   void setZoom(double zoom);
+  /// Points.
+  void storeSize(double width, double height) const;
   void showExpandOverlay();
 
   /// Turns the item's check mark round; returns whether it is on now.
