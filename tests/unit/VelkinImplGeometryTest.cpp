@@ -212,6 +212,15 @@ TEST_F(GeometryTest, AStepStoresItsOwnDimensionAndTakesTheOtherAsItIsStored) {
             (std::vector<std::string>{"viewHeight", "viewWidth"}));
 }
 
+TEST_F(GeometryTest, AStepLeavesAnEarlierSizeOfTheOtherDimensionAsItIs) {
+  store(600, 740);
+  controller->handleWindowSlimmer();
+  EXPECT_EQ(popover().contentSize(), (NSSize{980, 740}));
+  store(460, 600);
+  controller->handleWindowShorter();
+  EXPECT_EQ(popover().contentSize(), (NSSize{460, 980}));
+}
+
 TEST_F(GeometryTest, AnEarlierWidthMovesToTheNeighboursOfItsStep) {
   const std::vector<std::pair<double, double>> wider = {{460, 600}, {1600, 3840}, {1860, 3840}, {2200, 3840}};
   for (const auto& [stored, next] : wider) {

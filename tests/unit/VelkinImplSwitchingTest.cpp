@@ -190,9 +190,12 @@ TEST_F(SwitchingTest, FindingNeedsAPageOrTheReleaseNotes) {
 }
 
 TEST_F(SwitchingTest, AnUnknownNumberIsChat) {
-  switchTo(jira);
-  controller->switchWebViewsClicked(99);
-  EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
+  for (const int number : {99, 11, -1}) {
+    switchTo(bard);
+    controller->switchWebViewsClicked(number);
+    EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt) << number;
+    EXPECT_TRUE(defaults.isAlternateViewVisible()) << "a switch to chat, and no fall on it";
+  }
   EXPECT_TRUE(hasLogged("switchWebViews click!"));
 }
 
@@ -266,9 +269,12 @@ TEST_F(SwitchingTest, ClosingTheSidebarsClosesAllSeven) {
 TEST_F(SwitchingTest, ResettingTheSidebarsKeepsThemOpen) {
   controller->handleWindowJiraOnPage();
   int changes = 0;
+  int changesOfAll = 0;
   const auto subscription = state().isJiring.subscribe([&] { ++changes; });
+  const auto watched = state().subscribe([&] { ++changesOfAll; });
   controller->resetSideBarViews();
   EXPECT_EQ(changes, 2);
+  EXPECT_EQ(changesOfAll, 2) << "what isn't open isn't touched";
   EXPECT_TRUE(state().isJiring.get());
   EXPECT_FALSE(state().isBarding.get());
 }
@@ -574,6 +580,8 @@ TEST_F(SwitchingTest, PagesThatAreNoneLeaveTheAlternateFlagAndTheSidebarsAlone) 
 TEST_F(SwitchingTest, TheOnboardingsSizeIsNotStored) {
   defaults.set(980.0, UserDefault::webViewWidth);
   defaults.set(480.0, UserDefault::webViewHeight);
+  leftClick();
+  ASSERT_EQ(popover().contentSize(), (platform::NSSize{980, 480}));
   switchTo(onboarding);
   EXPECT_EQ(popover().contentSize(), (platform::NSSize{600, 600}));
   EXPECT_EQ(defaults.webViewWidth(), 980);
@@ -699,6 +707,29 @@ TEST_F(SwitchingTest, EachKindOfViewCanBeTheCurrentOneAgain) {
       EXPECT_EQ(controller->currentWebView.webView, view->webView);
     }
   }
+}
+
+TEST_F(SwitchingTest, OnTheScratchpadPagesHaveSidebarsWhateverIsHosted) {
+  switchTo(editUrls);
+  defaults.set(rawValue(markdown), UserDefault::lastVisibleWebView);
+  EXPECT_FALSE(controller->isFindableView());
+  EXPECT_TRUE(controller->isFindableOrMarkdownView());
+  controller->handleWindowBardOnPage();
+  EXPECT_EQ(openSideBars(), (std::vector<bool>{true, false, false, false, false, false, false}));
+}
+
+TEST_F(SwitchingTest, TheOnboardingIsLargeWhateverIsSet) {
+  switchTo(onboarding);
+  defaults.set(980.0, UserDefault::webViewWidth);
+  leftClick();
+  EXPECT_EQ(popover().contentSize(), (platform::NSSize{600, 600}));
+}
+
+TEST_F(SwitchingTest, APopoverThatOpensWithItsFindBarLeavesTheKeyboardToIt) {
+  controller->handleWindowFindOnPage();
+  engineOf(controller->chatWebView).isFirstResponder = false;
+  leftClick();
+  EXPECT_FALSE(engineOf(controller->chatWebView).isFirstResponder);
 }
 
 }  // namespace

@@ -286,6 +286,12 @@ TEST_F(FindBarTest, EscapeStopsFindingAsDoneDoes) {
   EXPECT_TRUE(popover().isShown());
 }
 
+TEST_F(FindBarTest, DoneGivesTheKeyboardBackToThePage) {
+  page().isFirstResponder = false;
+  tree().control("Done")->press();
+  EXPECT_TRUE(page().isFirstResponder);
+}
+
 TEST_F(FindBarTest, DoneAndEscapeCloseItAndStopFinding) {
   tree().control("Done")->press();
   desktop.queue.drain();
