@@ -630,6 +630,7 @@ TEST_F(SwitchingTest, ResettingTheSidebarsTakesThemInOrderAndNotTheScratchpad) {
       {&state().isBarding, 'b'},   {&state().isBitBucketing, 'k'}, {&state().isChatting, 'c'},
       {&state().isGitLabing, 'g'}, {&state().isHemingwaying, 'h'}, {&state().isJiring, 'j'},
       {&state().isMarking, 'm'}};
+  subscriptions.reserve(names.size());
   for (const auto& [flag, name] : names) {
     subscriptions.push_back(flag->subscribe([&order, name = name] { order += name; }));
   }
