@@ -188,7 +188,13 @@ void VelkinImpl::showPopover(bool useLargeSize) {
   }
   popover->show(button->bounds(), *button, platform::NSRectEdge::maxY);
   // Whoever opens the popover wants to write.
-  if (isFindableView() && !isFindingWebState->isSearching.get()) currentWebView.webView->makeFirstResponder();
+  if (!isFindingWebState->isSearching.get()) giveKeyboardToMainView();
+}
+
+void VelkinImpl::giveKeyboardToMainView() {
+  // A page that isn't on show would take the keyboard when it comes to a sidebar.
+  if (!isFindableView() || defaults.lastVisibleWebView() == WebViewSwitchType::markdown) return;
+  currentWebView.webView->makeFirstResponder();
 }
 
 void VelkinImpl::handleEsc() {
@@ -197,7 +203,7 @@ void VelkinImpl::handleEsc() {
     if (isFindableView() || hostedNotesView) {
       scriptingHelper->stopFinding("", *currentWebView.webView);
       handleWindowFindOnPage();
-      currentWebView.webView->makeFirstResponder();
+      giveKeyboardToMainView();
       return;
     }
     // A find bar that isn't on show holds nothing back.
@@ -211,7 +217,7 @@ void VelkinImpl::handleEsc() {
   if (popover->isShown()) popover->performClose();
 }
 
-void VelkinImpl::handleEnter() { scriptingHelper->submitForm(*currentWebView.webView); }
+void VelkinImpl::handleEnter() { scriptingHelper->submitForm(currentWebView.webView); }
 
 // Saving the page and taking its picture come with the export of pages.
 void VelkinImpl::handlePrintAction() { debugLog("VelkinImpl", "handlePrintAction()", ""); }

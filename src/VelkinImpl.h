@@ -175,6 +175,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void setUpGlobalShortcuts();
   void showFirstView();
   int buildNumber() const;
+  void giveKeyboardToMainView();
 
   void showPage(WebViewSwitchType type, bool isToggle);
   void showContainer(WebViewSwitchType shown, bool isToggle);
@@ -189,6 +190,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void stepWidth(int direction, const char* logLine);
   void stepZoom(int direction, const char* logLine);
   void setZoom(double zoom);
+  /// Points.
+  void storeSize(double width, double height) const;
   void showExpandOverlay();
 
   /// Turns the item's check mark round; returns whether it is on now.

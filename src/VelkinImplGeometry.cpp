@@ -66,24 +66,34 @@ void VelkinImpl::showExpandOverlay() {
                                              {ActionUIView::size, ActionUIView::size});
 }
 
+void VelkinImpl::storeSize(double width, double height) const {
+  const auto together = defaults.together();
+  defaults.set(height, UserDefault::webViewHeight);
+  defaults.set(width, UserDefault::webViewWidth);
+}
+
 void VelkinImpl::handleWindowFullScreen() {
   if (getIsInFullScreenMode()) {
     const auto height = rawValue(fromRawValue<AppearanceHeight>(defaults.webViewFSToggleHeight()));
     const auto width = rawValue(fromRawValue<AppearanceWidth>(defaults.webViewFSToggleWidth()));
-    defaults.set(height, UserDefault::webViewHeight);
-    defaults.set(width, UserDefault::webViewWidth);
+    storeSize(width, height);
     updateWebViewWindowSize(width, height);
     return;
   }
   if (!popover->contentViewController()) return;
   showExpandOverlay();
-  const auto height = rawValue(fromRawValue<AppearanceHeight>(defaults.webViewHeight()));
-  const auto width = rawValue(fromRawValue<AppearanceWidth>(defaults.webViewWidth()));
-  defaults.set(height, UserDefault::webViewFSToggleHeight);
-  defaults.set(width, UserDefault::webViewFSToggleWidth);
-  defaults.set(rawValue(AppearanceHeight::full), UserDefault::webViewHeight);
-  defaults.set(rawValue(AppearanceWidth::full), UserDefault::webViewWidth);
-  updateWebViewWindowSize(rawValue(AppearanceWidth::full), rawValue(AppearanceHeight::full));
+  constexpr double fullWidth = rawValue(AppearanceWidth::full);
+  constexpr double fullHeight = rawValue(AppearanceHeight::full);
+  {
+    // Half of them would be no size to go back to.
+    const auto together = defaults.together();
+    defaults.set(rawValue(fromRawValue<AppearanceHeight>(defaults.webViewHeight())),
+                 UserDefault::webViewFSToggleHeight);
+    defaults.set(rawValue(fromRawValue<AppearanceWidth>(defaults.webViewWidth())),
+                 UserDefault::webViewFSToggleWidth);
+    storeSize(fullWidth, fullHeight);
+  }
+  updateWebViewWindowSize(fullWidth, fullHeight);
 }
 
 void VelkinImpl::setZoom(double zoom) {

@@ -145,7 +145,7 @@ void VelkinImpl::showContainer(WebViewSwitchType shown, bool isToggle) {
                       .markdownView = {},
                       .sharedState = isFindingWebState});
   popover->setContentViewController(hostedWebView);
-  currentWebView.webView->makeFirstResponder();
+  giveKeyboardToMainView();
 }
 
 void VelkinImpl::showReleaseNotes() {

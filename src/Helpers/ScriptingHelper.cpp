@@ -32,20 +32,21 @@ constexpr const char* scrollAreaScript =
 
 }  // namespace
 
-void ScriptingHelper::submitForm(WKWebView& webView) {
+void ScriptingHelper::submitForm(const std::shared_ptr<WKWebView>& webView) {
   if (defaults.lastVisibleWebView() != WebViewSwitchType::chatgpt) return;
-  const char* script = shouldSubmitButtonScript(webView) ? submitAgainScript : submitScript;
-  webView.evaluateJavaScript(
-      script, [weak = weak_from_this(), &webView](const auto&, const std::optional<NSError>& error) {
-        const auto self = weak.lock();
-        if (!self) return;
-        const auto url = webView.url();
-        self->currentWebUrl = url ? url->absoluteString() : "";
-        self->chatSubmitClicked = true;
-        if (error) {
-          debugLog("Q$: ScriptingHelper::submitForm() JavaScript error: " + error->localizedDescription);
-        }
-      });
+  const char* script = shouldSubmitButtonScript(*webView) ? submitAgainScript : submitScript;
+  webView->evaluateJavaScript(script, [weak = weak_from_this(), weakPage = std::weak_ptr(webView)](
+                                          const auto&, const std::optional<NSError>& error) {
+    const auto self = weak.lock();
+    if (!self) return;
+    const auto page = weakPage.lock();
+    const auto url = page ? page->url() : std::nullopt;
+    self->currentWebUrl = url ? url->absoluteString() : "";
+    self->chatSubmitClicked = true;
+    if (error) {
+      debugLog("Q$: ScriptingHelper::submitForm() JavaScript error: " + error->localizedDescription);
+    }
+  });
 }
 
 bool ScriptingHelper::shouldSubmitButtonScript(const WKWebView& webView) const {

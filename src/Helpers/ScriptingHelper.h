@@ -24,7 +24,7 @@ class ScriptingHelper : public std::enable_shared_from_this<ScriptingHelper> {
   std::string currentWebUrl;
 
   /// Clicks the chat page's submit button, if chat is the visible view.
-  void submitForm(platform::WKWebView& webView);
+  void submitForm(const std::shared_ptr<platform::WKWebView>& webView);
   /// The next submit in chat has a new page before it.
   void pageReloaded();
   /// Gives the page's scrollable area the focus, so that scrolling by keys reaches it.

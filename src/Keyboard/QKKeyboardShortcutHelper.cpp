@@ -5,6 +5,7 @@
 #include "Platform/FatalError.h"
 #include "Platform/NSApplication.h"
 #include "WebView/WebViewSwitchType.h"
+#include "extenstions/LetterCase.h"
 
 #include <algorithm>
 #include <array>
@@ -21,13 +22,6 @@ using Delegate = QKKeyboardShortcutHelperDelegate;
 using Flag = bool Router::*;
 
 namespace {
-
-std::string lowercased(std::string text) {
-  for (auto& c : text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return text;
-}
 
 /// What an ordinary key raises when it goes down.
 struct RecordedKey {
@@ -231,19 +225,25 @@ QKKeyboardShortcutHelper::QKKeyboardShortcutHelper(Delegate& keyDelegate, platfo
                                                    platform::NSStatusItem& statusItem,
                                                    MenuHelperDelegate& menuTarget)
     : delegate(&keyDelegate), menuBarItem(&statusItem), menuDelegate(&menuTarget), popover(&mainPopover) {
-  NSEvent::addLocalMonitorForEvents(NSEvent::mask(NSEvent::EventType::flagsChanged),
-                                    [this](const NSEvent& event) { return modifierKey(event); });
-  NSEvent::addLocalMonitorForEvents(NSEvent::mask(NSEvent::EventType::keyDown),
-                                    [this](const NSEvent& event) -> std::optional<NSEvent> {
-                                      if (keyDown(event)) return std::nullopt;
-                                      return event;
-                                    });
+  // The monitors stay when the router has gone.
+  const auto watch = [this](NSEvent::EventType type, auto handle) {
+    NSEvent::addLocalMonitorForEvents(NSEvent::mask(type),
+                                      [weak = std::weak_ptr(life_), handle](const NSEvent& event) {
+                                        return weak.expired() ? std::optional(event) : handle(event);
+                                      });
+  };
+  using Passed = std::optional<NSEvent>;
+  watch(NSEvent::EventType::flagsChanged,
+        [this](const NSEvent& event) -> Passed { return modifierKey(event); });
+  watch(NSEvent::EventType::keyDown, [this](const NSEvent& event) -> Passed {
+    if (keyDown(event)) return std::nullopt;
+    return event;
+  });
   // Pages see keys go down and never up: no page can tell how long a key was held.
-  NSEvent::addLocalMonitorForEvents(NSEvent::mask(NSEvent::EventType::keyUp),
-                                    [this](const NSEvent& event) -> std::optional<NSEvent> {
-                                      keyUp(event);
-                                      return std::nullopt;
-                                    });
+  watch(NSEvent::EventType::keyUp, [this](const NSEvent& event) -> Passed {
+    keyUp(event);
+    return std::nullopt;
+  });
 }
 
 NSEvent QKKeyboardShortcutHelper::modifierKey(const NSEvent& event) {

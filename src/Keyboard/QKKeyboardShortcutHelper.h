@@ -7,6 +7,7 @@
 #include "Platform/NSPopover.h"
 #include "Platform/NSStatusItem.h"
 
+#include <memory>
 #include <string>
 
 namespace velkin {
@@ -91,6 +92,9 @@ class QKKeyboardShortcutHelper {
   void keyUp(const platform::NSEvent& event);
   Recorded record(const platform::NSEvent& event);
   bool runCombination();
+
+  /// Held by nobody else: its end tells the monitors of the router's.
+  const std::shared_ptr<const char> life_ = std::make_shared<const char>();
 };
 
 }  // namespace velkin

@@ -8,6 +8,7 @@
 namespace velkin {
 
 using platform::Divider;
+using platform::Frame;
 using platform::infinity;
 using platform::View;
 using platform::Views;
@@ -22,17 +23,6 @@ double sideBarSize(double length, double share) {
 }
 
 View filling(const View& view) { return view.frame({.maxWidth = infinity, .maxHeight = infinity}); }
-
-/// A sidebar with its divider, which shows with it and stands on the same side of it whatever else is open.
-enum class DividerPlace { before, after };
-
-View sidebar(bool isOpen, const View& view, const platform::Frame& frame, DividerPlace divider) {
-  return when(isOpen, [&] {
-    const auto framed = view.frame(frame);
-    return divider == DividerPlace::before ? platform::Group({Divider(), framed})
-                                           : platform::Group({framed, Divider()});
-  });
-}
 
 }  // namespace
 
@@ -92,10 +82,11 @@ void FindableWebView::searchFieldDidStartSearching() const {
 
 void FindableWebView::textChanged(const std::string& newText) const {
   // Typing searches nothing: the steps wait for the next Return.
-  if (newText != text.get()) {
+  if (newText.empty() || newText != text.get()) {
     isPrevNextButtonDisabled.set(true);
     isNotFoundTextHidden.set(true);
   }
+  if (newText.empty()) isFind.set(false);
   text.set(newText);
 }
 
@@ -111,31 +102,50 @@ Views FindableWebView::mainPlace() const {
           isMarkdownMainView() ? filling(markdownView) : findableWebView()};
 }
 
+View FindableWebView::sidebar(bool isOpen, const View& view, const Frame& frame, DividerPlace divider) {
+  return when(isOpen, [&] {
+    const auto framed = view.frame(frame);
+    return divider == DividerPlace::before ? platform::Group({Divider(), framed})
+                                           : platform::Group({framed, Divider()});
+  });
+}
+
+View FindableWebView::sidebar(const platform::Published<bool>& flag, const WebView& page, const Frame& frame,
+                              DividerPlace divider) const {
+  const bool isMain = !isMarkdownMainView() && webView && webView->webView == page.webView;
+  return sidebar(flag.get() && !isMain, View(page), frame, divider);
+}
+
+View FindableWebView::markdownSidebar(const Frame& frame, DividerPlace divider) const {
+  return sidebar(sharedState->isMarking.get() && !isMarkdownMainView(), markdownView, frame, divider);
+}
+
 View FindableWebView::sideBySide() const {
-  const platform::Frame frame{.width = sideBarSize(UserDefaultsHelper().webViewWidth(), maxSideBarWidth),
-                              .maxHeight = infinity};
-  return HStack(tight,
-                {sidebar(sharedState->isBarding.get(), bardWebView, frame, DividerPlace::after),
-                 sidebar(sharedState->isMarking.get(), markdownView, frame, DividerPlace::before),
-                 sidebar(sharedState->isChatting.get(), chatWebView, frame, DividerPlace::after),
-                 sidebar(sharedState->isHemingwaying.get(), hemingwayWebView, frame, DividerPlace::before),
-                 sidebar(sharedState->isBitBucketing.get(), bitBucketWebView, frame, DividerPlace::after),
-                 sidebar(sharedState->isGitLabing.get(), gitLabWebView, frame, DividerPlace::before),
-                 sidebar(sharedState->isJiring.get(), jiraWebView, frame, DividerPlace::before),
-                 filling(VStack(tight, mainPlace()))});
+  const Frame frame{.width = sideBarSize(UserDefaultsHelper().webViewWidth(), maxSideBarWidth),
+                    .maxHeight = infinity};
+  const auto& state = *sharedState;
+  return HStack(tight, {sidebar(state.isBarding, bardWebView, frame, DividerPlace::after),
+                        markdownSidebar(frame, DividerPlace::before),
+                        sidebar(state.isChatting, chatWebView, frame, DividerPlace::after),
+                        sidebar(state.isHemingwaying, hemingwayWebView, frame, DividerPlace::before),
+                        sidebar(state.isBitBucketing, bitBucketWebView, frame, DividerPlace::after),
+                        sidebar(state.isGitLabing, gitLabWebView, frame, DividerPlace::before),
+                        sidebar(state.isJiring, jiraWebView, frame, DividerPlace::before),
+                        filling(VStack(tight, mainPlace()))});
 }
 
 View FindableWebView::oneAboveTheOther() const {
-  const platform::Frame frame{.height = sideBarSize(UserDefaultsHelper().webViewHeight(), maxSideBarHeight),
-                              .maxWidth = infinity};
+  const Frame frame{.height = sideBarSize(UserDefaultsHelper().webViewHeight(), maxSideBarHeight),
+                    .maxWidth = infinity};
+  const auto& state = *sharedState;
   auto all = mainPlace();
-  all.push_back(sidebar(sharedState->isChatting.get(), chatWebView, frame, DividerPlace::after));
-  all.push_back(sidebar(sharedState->isBarding.get(), bardWebView, frame, DividerPlace::after));
-  all.push_back(sidebar(sharedState->isHemingwaying.get(), hemingwayWebView, frame, DividerPlace::before));
-  all.push_back(sidebar(sharedState->isBitBucketing.get(), bitBucketWebView, frame, DividerPlace::after));
-  all.push_back(sidebar(sharedState->isGitLabing.get(), gitLabWebView, frame, DividerPlace::before));
-  all.push_back(sidebar(sharedState->isJiring.get(), jiraWebView, frame, DividerPlace::before));
-  all.push_back(sidebar(sharedState->isMarking.get(), markdownView, frame, DividerPlace::after));
+  all.push_back(sidebar(state.isChatting, chatWebView, frame, DividerPlace::after));
+  all.push_back(sidebar(state.isBarding, bardWebView, frame, DividerPlace::after));
+  all.push_back(sidebar(state.isHemingwaying, hemingwayWebView, frame, DividerPlace::before));
+  all.push_back(sidebar(state.isBitBucketing, bitBucketWebView, frame, DividerPlace::after));
+  all.push_back(sidebar(state.isGitLabing, gitLabWebView, frame, DividerPlace::before));
+  all.push_back(sidebar(state.isJiring, jiraWebView, frame, DividerPlace::before));
+  all.push_back(markdownSidebar(frame, DividerPlace::after));
   return VStack(tight, std::move(all));
 }
 

@@ -57,9 +57,19 @@ struct FindableWebView {
   void doneClicked() const;
 
  private:
+  /// A sidebar's divider shows with it and stands on the same side of it whatever else is open.
+  enum class DividerPlace { before, after };
+
   platform::View findBar() const;
   /// The toolbar, if it shows, and what is in the main place.
   platform::Views mainPlace() const;
+  static platform::View sidebar(bool isOpen, const platform::View& view, const platform::Frame& frame,
+                                DividerPlace divider);
+  /// A page has one place at a time: what has the main place has no sidebar, whatever its flag says, as it
+  /// may after a group that names a view twice.
+  platform::View sidebar(const platform::Published<bool>& flag, const WebView& page,
+                         const platform::Frame& frame, DividerPlace divider) const;
+  platform::View markdownSidebar(const platform::Frame& frame, DividerPlace divider) const;
   platform::View sideBySide() const;
   platform::View oneAboveTheOther() const;
 };

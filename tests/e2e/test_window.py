@@ -75,10 +75,18 @@ class Window(VelkinTestCase):
     def testAGroupIsRecalledByOneKey(self):
         self.openOnChat(viewWidth=980.0, sideBarGroup1="15-0")
         self.desktop.key("ctrl+1")
-        self.services.bard.page()
+        bard = self.services.bard.page()
         jira = self.services.jira.page()
         waitFor("Jira beside Bard", lambda: self.innerWidth(jira) == 147, 10, describe=lambda: self.innerWidth(jira))
+        self.assertEqual(self.innerWidth(bard), 980 - 147 - 1)
         self.assertEqual(self.home.readSettings()["lastVisibleWebView"], 1)
+
+    def testAGroupThatNamesItsMainViewTwiceShowsItOnce(self):
+        self.openOnChat(viewHeight=980.0, sideBarGroup1="5--0")
+        self.desktop.key("ctrl+1")
+        jira = self.services.jira.page()
+        size = lambda: jira.ask("innerWidth + ' ' + (innerHeight > 700)")
+        waitFor("Jira in the whole window", lambda: size() == "600 true", 10, describe=size)
 
     def testTheSizesStepThroughBothScales(self):
         self.openOnChat(viewWidth=340.0, viewHeight=480.0)

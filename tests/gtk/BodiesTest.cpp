@@ -115,6 +115,21 @@ TEST_F(BodiesTest, InAWideWindowTheSidebarsStandBesideThePageInTheirOrder) {
   EXPECT_EQ(places[3].x + places[3].width, 1280);
 }
 
+TEST_F(BodiesTest, AMainPageKeepsItsPlaceThoughASidebarOfItIsAskedFor) {
+  UserDefaultsHelper().set(980, UserDefault::webViewHeight);
+  state->showToolbar.set(false);
+  state->isChatting.set(true);
+  state->isJiring.set(true);
+  showView(container(), 600, 700);
+  UserDefaultsHelper().set(600, UserDefault::webViewHeight);
+  EXPECT_EQ(placeOf(chat).y, 0);
+  EXPECT_EQ(placeOf(chat).width, 600);
+  EXPECT_LE(placeOf(chat).y + placeOf(chat).height, placeOf(jira).y);
+  state->isChatting.set(false);
+  turn();
+  EXPECT_TRUE(gtk_widget_get_mapped(dynamic_cast<GtkViewBase&>(*chat.webView).widget()));
+}
+
 TEST_F(BodiesTest, TheSearchBarHasRecentsThenThePromptThenTheIcon) {
   UserDefaultsHelper().set("key", UserDefault::searchKey);
   showView(SearchBarView{}, 720, 200);

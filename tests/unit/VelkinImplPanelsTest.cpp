@@ -1,4 +1,7 @@
+#include "Platform/Headless/HeadlessViewTree.h"
 #include "unit/AppFixture.h"
+
+#include <utility>
 
 namespace velkin {
 namespace {
@@ -189,6 +192,161 @@ TEST_F(PanelsTest, TheShortcutsPanelSaysNothingOfThatWhereThereAreGlobalShortcut
   controller.shortcutsClicked();
   const auto& tree = platform::headlessTree(*controller.shortcutsHostingController);
   EXPECT_EQ(tree.all<platform::TextContent>().size(), 1U);
+}
+
+TEST_F(PanelsTest, ClosingOnePanelLetsGoOfTheContentOfEachThatIsVisible) {
+  auto& controller = launch();
+  controller.aboutClicked();
+  controller.shortcutsClicked();
+  controller.appearanceClicked();
+  controller.appearancePanel->close();
+  EXPECT_EQ(controller.aboutHostingController, nullptr);
+  EXPECT_EQ(controller.shortcutsHostingController, nullptr);
+  EXPECT_EQ(controller.appearanceHostingController, nullptr);
+  EXPECT_TRUE(controller.aboutPanel->isVisible());
+  EXPECT_NE(controller.aboutPanel->contentViewController(), nullptr) << "what is on show stays";
+}
+
+TEST_F(PanelsTest, ContentOfAPanelThatIsntVisibleStaysWhenAnotherCloses) {
+  auto& controller = launch();
+  const auto screens = std::exchange(desktop.attachedScreens, {});
+  controller.aboutClicked();
+  controller.shortcutsClicked();
+  desktop.attachedScreens = screens;
+  controller.appearanceClicked();
+  controller.appearancePanel->close();
+  EXPECT_NE(controller.aboutHostingController, nullptr);
+  EXPECT_NE(controller.shortcutsHostingController, nullptr);
+  EXPECT_EQ(controller.appearanceHostingController, nullptr);
+}
+
+TEST_F(PanelsTest, AskingForAVisiblePanelLeavesItsOldContentOnShow) {
+  auto& controller = launch();
+  controller.aboutClicked();
+  controller.shortcutsClicked();
+  controller.appearanceClicked();
+  const auto about = controller.aboutPanel->contentViewController();
+  const auto shortcuts = controller.shortcutsPanel->contentViewController();
+  const auto appearance = controller.appearancePanel->contentViewController();
+  log.clear();
+  controller.aboutClicked();
+  EXPECT_FALSE(hasLogged("About click!"));
+  EXPECT_EQ(controller.aboutHostingController, nullptr);
+  EXPECT_EQ(controller.aboutPanel->contentViewController(), about);
+  controller.appearanceClicked();
+  EXPECT_FALSE(hasLogged("Appearance... click!"));
+  EXPECT_EQ(controller.appearanceHostingController, nullptr);
+  EXPECT_EQ(controller.appearancePanel->contentViewController(), appearance);
+  controller.shortcutsClicked();
+  EXPECT_TRUE(hasLogged("Shortcuts click!"));
+  EXPECT_NE(controller.shortcutsHostingController, shortcuts);
+  EXPECT_NE(controller.shortcutsHostingController, nullptr);
+  EXPECT_EQ(controller.shortcutsPanel->contentViewController(), shortcuts);
+}
+
+TEST_F(PanelsTest, EachPanelStandsAtItsContentAndWithIt) {
+  auto& controller = launch();
+  controller.aboutClicked();
+  controller.shortcutsClicked();
+  controller.appearanceClicked();
+  EXPECT_EQ(controller.aboutPanel->contentViewController(), controller.aboutHostingController);
+  EXPECT_EQ(controller.shortcutsPanel->contentViewController(), controller.shortcutsHostingController);
+  EXPECT_EQ(controller.appearancePanel->contentViewController(), controller.appearanceHostingController);
+}
+
+TEST_F(PanelsTest, EachZoomHasItsNameInTheLog) {
+  const std::vector<std::pair<double, std::string>> names = {{1.45, "largest"},  {1.2, "larger"},
+                                                             {1.0, "normal"},    {0.8, "smaller"},
+                                                             {0.55, "smallest"}, {0.7, "normal"}};
+  auto& controller = launch();
+  for (const auto& [zoom, name] : names) {
+    defaults.set(zoom, UserDefault::webViewZoom);
+    controller.appearanceClicked();
+    EXPECT_TRUE(hasLogged("Appearance... click! " + name));
+    controller.appearancePanel->close();
+    log.clear();
+  }
+}
+
+TEST_F(PanelsTest, StickyHoldsAnOpenPopoverAtOnce) {
+  auto& controller = launch();
+  leftClick();
+  controller.stickyClicked();
+  EXPECT_TRUE(defaults.stickyMenu());
+  EXPECT_EQ(menuItem("Make Menu Sticky")->state(), NSMenuItem::State::on);
+  popover().clickOutside();
+  EXPECT_TRUE(popover().isShown());
+  controller.stickyClicked();
+  EXPECT_FALSE(defaults.stickyMenu());
+  popover().clickOutside();
+  EXPECT_FALSE(popover().isShown());
+}
+
+TEST_F(PanelsTest, AToggleGoesByTheItemsStateAndNotByTheSetting) {
+  auto& controller = launch();
+  defaults.set(true, UserDefault::stickyMenu);
+  controller.stickyClicked();
+  EXPECT_TRUE(defaults.stickyMenu());
+  defaults.set(false, UserDefault::showToolBar);
+  controller.toolbarClicked();
+  EXPECT_FALSE(defaults.showToolBar());
+  EXPECT_FALSE(controller.isFindingWebState->showToolbar.get());
+}
+
+TEST_F(PanelsTest, TogglesAreLogged) {
+  auto& controller = launch();
+  controller.stickyClicked();
+  EXPECT_TRUE(log.back().starts_with("Q$: VelkinImpl.stickyClicked()"));
+  controller.toolbarClicked();
+  EXPECT_TRUE(log.back().starts_with("Q$: VelkinImpl.toolbarClicked()"));
+  controller.experimentalClicked();
+  EXPECT_TRUE(log.back().starts_with("Q$: VelkinImpl.experimentalClicked()"));
+}
+
+TEST_F(PanelsTest, TheToolbarGoesFromThePopoverAtOnce) {
+  auto& controller = launch();
+  desktop.queue.drain();
+  auto& tree = platform::headlessTree(*controller.hostedWebView);
+  EXPECT_EQ(tree.all<platform::ButtonContent>().size(), 5U);
+  controller.toolbarClicked();
+  desktop.queue.drain();
+  EXPECT_TRUE(tree.all<platform::ButtonContent>().empty());
+}
+
+TEST_F(PanelsTest, ToggleMenuWithNoMenuUpPutsItUp) {
+  auto& controller = launch();
+  controller.preferencesClicked();
+  EXPECT_TRUE(controller.isDismissingPopUpMenu);
+  EXPECT_TRUE(controller.isShowingPopUpMenu);
+  ASSERT_EQ(statusItem().poppedUp.size(), 1U);
+  EXPECT_EQ(statusItem().poppedUp[0], controller.menu);
+}
+
+TEST_F(PanelsTest, TheCurrentPageIsTheOneThatReloadsAndOpensInTheBrowser) {
+  defaults.set(true, UserDefault::hemingwayEnabled);
+  auto& controller = launch();
+  controller.switchWebViews(WebViewSwitchType::jira);
+  desktop.queue.drain();
+  controller.reloadClicked();
+  controller.openClicked();
+  desktop.queue.drain();
+  EXPECT_EQ(engineOf(controller.jiraWebView).reloads, 1);
+  EXPECT_EQ(engineOf(controller.jiraWebView).reloadsFromOrigin, 0);
+  EXPECT_EQ(engineOf(controller.chatWebView).reloads, 0);
+  ASSERT_EQ(desktop.workspace.opened.size(), 1U);
+  EXPECT_EQ(desktop.workspace.opened[0], getUrl(WebViewSwitchType::jira));
+  EXPECT_TRUE(hasLogged("Reload click!"));
+  EXPECT_TRUE(hasLogged("Open click!"));
+}
+
+TEST_F(PanelsTest, TheFlagsOfTheViewsDontOutliveTheController) {
+  auto& controller = launch();
+  controller.setSidebarsForGroup(WebViewSwitchType::jira);
+  controller.handleWindowFindOnPage();
+  app.reset();
+  const auto& state = *launch().isFindingWebState;
+  EXPECT_FALSE(state.isJiring.get());
+  EXPECT_FALSE(state.isSearching.get());
 }
 
 }  // namespace

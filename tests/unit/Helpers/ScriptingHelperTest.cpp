@@ -19,8 +19,8 @@ class ScriptingHelperTest : public AppFixture {
 };
 
 TEST_F(ScriptingHelperTest, TheFullScriptRunsOnceInAPageAndItsLastLineAfterThat) {
-  helper->submitForm(*page);
-  helper->submitForm(*page);
+  helper->submitForm(page);
+  helper->submitForm(page);
   ASSERT_EQ(page->scripts.size(), 2U);
   EXPECT_TRUE(isFullForm(0));
   EXPECT_TRUE(page->scripts[0].ends_with("}\n\nsubmitButton.click()"));
@@ -28,30 +28,109 @@ TEST_F(ScriptingHelperTest, TheFullScriptRunsOnceInAPageAndItsLastLineAfterThat)
 }
 
 TEST_F(ScriptingHelperTest, AReloadOrAnotherAddressNeedsTheFullScriptAgain) {
-  helper->submitForm(*page);
+  helper->submitForm(page);
   helper->pageReloaded();
-  helper->submitForm(*page);
+  helper->submitForm(page);
   EXPECT_TRUE(isFullForm(1));
   page->load(platform::URLRequest{*platform::URL::parse("https://chat.test/c/2")});
-  helper->submitForm(*page);
+  helper->submitForm(page);
   EXPECT_TRUE(isFullForm(2));
 }
 
 TEST_F(ScriptingHelperTest, AFailedScriptIsLoggedAndCounts) {
   page->scriptError = platform::NSError{"WKErrorDomain", 4, "no form"};
-  helper->submitForm(*page);
+  helper->submitForm(page);
   EXPECT_TRUE(hasLogged("Q$: ScriptingHelper::submitForm() JavaScript error: no form"));
-  helper->submitForm(*page);
+  helper->submitForm(page);
   EXPECT_EQ(page->scripts[1], "submitButton.click()");
 }
 
 TEST_F(ScriptingHelperTest, OtherViewsSubmitNothing) {
   defaults.set(rawValue(WebViewSwitchType::bard), UserDefault::lastVisibleWebView);
   helper->chatSubmitClicked = true;
-  helper->submitForm(*page);
+  helper->submitForm(page);
   helper->pageReloaded();
   EXPECT_TRUE(page->scripts.empty());
   EXPECT_TRUE(helper->chatSubmitClicked);
+}
+
+/// A page that takes its time.
+class SlowWebView : public platform::HeadlessWebView {
+ public:
+  explicit SlowWebView(ScriptCompletion& waitingCompletion)
+      : HeadlessWebView({}, {}), waiting(waitingCompletion) {}
+  void evaluateJavaScript(const std::string& script, ScriptCompletion completion) override {
+    scripts.push_back(script);
+    waiting = std::move(completion);
+  }
+  ScriptCompletion& waiting;
+};
+
+TEST_F(ScriptingHelperTest, TheAddressIsTheOneAtTheEndOfTheScript) {
+  platform::WKWebView::ScriptCompletion end;
+  const auto slow = std::make_shared<SlowWebView>(end);
+  helper->submitForm(slow);
+  EXPECT_FALSE(helper->chatSubmitClicked);
+  slow->load(platform::URLRequest{*platform::URL::parse("https://chat.test/c/9")});
+  end("true", std::nullopt);
+  EXPECT_TRUE(helper->chatSubmitClicked);
+  EXPECT_EQ(helper->currentWebUrl, "https://chat.test/c/9");
+}
+
+TEST_F(ScriptingHelperTest, ASubmitWhosePageHasGoneEndsAsOneWithoutAnAddress) {
+  helper->submitForm(page);
+  platform::WKWebView::ScriptCompletion end;
+  auto slow = std::make_shared<SlowWebView>(end);
+  slow->load(platform::URLRequest{*platform::URL::parse("https://chat.test/c/9")});
+  helper->submitForm(slow);
+  slow.reset();
+  end(std::nullopt, platform::NSError{"WKErrorDomain", 4, "gone"});
+  EXPECT_EQ(helper->currentWebUrl, "");
+  EXPECT_TRUE(helper->chatSubmitClicked);
+}
+
+TEST_F(ScriptingHelperTest, AnEndThatComesAfterTheHelpersTouchesNothing) {
+  platform::WKWebView::ScriptCompletion end;
+  helper->submitForm(std::make_shared<SlowWebView>(end));
+  helper.reset();
+  end("true", platform::NSError{"WKErrorDomain", 4, "late"});
+  EXPECT_FALSE(hasLogged("late"));
+}
+
+TEST_F(ScriptingHelperTest, APageWithoutAnAddressGetsTheFullScriptEachTime) {
+  const auto blank =
+      std::make_shared<platform::HeadlessWebView>(platform::NSRect{}, platform::WKWebViewConfiguration{});
+  helper->submitForm(blank);
+  helper->submitForm(blank);
+  ASSERT_EQ(blank->scripts.size(), 2U);
+  EXPECT_EQ(blank->scripts[0], blank->scripts[1]);
+  EXPECT_NE(blank->scripts[1], "submitButton.click()");
+}
+
+TEST_F(ScriptingHelperTest, TheFullScriptIsThisToTheByte) {
+  helper->submitForm(page);
+  EXPECT_EQ(page->scripts[0], R"(// find the button element that is a sibling of the text area
+const textAreas = document.querySelectorAll('form .m-0');
+const textArea = textAreas[textAreas.length - 1];
+const submitButton = textArea.nextSibling;
+
+while (submitButton && submitButton.nodeType !== Node.ELEMENT_NODE) {
+ // skip non-element nodes (e.g. text nodes)
+    submitButton = submitButton.nextSibling;
+}
+
+submitButton.click())");
+}
+
+TEST_F(ScriptingHelperTest, AResultThatIsNeitherTrueNorFalseIsNone) {
+  for (const char* result : {"", "1", "\"true\"", "null"}) {
+    page->scripts.clear();
+    page->scriptResult = result;
+    bool isCalled = false;
+    helper->startFinding("x", page, [&](bool) { isCalled = true; });
+    EXPECT_FALSE(isCalled) << result;
+    EXPECT_EQ(page->scripts.size(), 1U) << result;
+  }
 }
 
 TEST_F(ScriptingHelperTest, TheScrollAreaIsClickedAndScrolled) {
@@ -163,6 +242,54 @@ TEST_F(FindBarTest, NoHitShowsItAndTypingHidesItAgain) {
 TEST_F(FindBarTest, ReturnInAnEmptyFieldSearchesForTheEmptyText) {
   tree().field("Search")->commit();
   EXPECT_EQ(page().scripts.back(), "window.find('', false, false, true, true, true);");
+}
+
+TEST_F(FindBarTest, AFailedSearchLeavesTheBarAsItWas) {
+  find("word", "true");
+  page().scriptError = platform::NSError{"WKErrorDomain", 4, "syntax"};
+  tree().field("Search")->commit();
+  desktop.queue.drain();
+  EXPECT_TRUE(stepsAreEnabled());
+  EXPECT_FALSE(tree().showsText("Not\nfound"));
+}
+
+TEST_F(FindBarTest, AnEmptiedFieldTurnsTheStepsOffAndTheNextBarHasTheKeyboardAgain) {
+  find("word", "true");
+  tree().field("Search")->type("");
+  desktop.queue.drain();
+  EXPECT_FALSE(stepsAreEnabled());
+  controller->handleEsc();
+  desktop.queue.drain();
+  controller->handleWindowFindOnPage();
+  desktop.queue.drain();
+  ASSERT_NE(tree().field("Search"), nullptr);
+  EXPECT_TRUE(tree().field("Search")->element().modifiers.focused->get());
+}
+
+TEST_F(FindBarTest, ASwitchKeepsTheBarAndForgetsItsText) {
+  defaults.set(true, UserDefault::hemingwayEnabled);
+  find("word", "true");
+  controller->switchWebViews(WebViewSwitchType::jira);
+  desktop.queue.drain();
+  ASSERT_NE(tree().field("Search"), nullptr);
+  EXPECT_FALSE(stepsAreEnabled());
+  tree().field("Search")->commit();
+  EXPECT_EQ(engineOf(controller->jiraWebView).scripts.back(),
+            "window.find('', false, false, true, true, true);");
+}
+
+TEST_F(FindBarTest, EscapeStopsFindingAsDoneDoes) {
+  const auto scripts = page().scripts.size();
+  controller->handleEsc();
+  ASSERT_EQ(page().scripts.size(), scripts + 1);
+  EXPECT_EQ(page().scripts.back(), "window.stop();");
+  EXPECT_TRUE(popover().isShown());
+}
+
+TEST_F(FindBarTest, DoneGivesTheKeyboardBackToThePage) {
+  page().isFirstResponder = false;
+  tree().control("Done")->press();
+  EXPECT_TRUE(page().isFirstResponder);
 }
 
 TEST_F(FindBarTest, DoneAndEscapeCloseItAndStopFinding) {

@@ -1,6 +1,7 @@
 #include "Keyboard/QKKeyboardShortcutHelper.h"
 #include "Keyboard/VirtualKeyCode.h"
 #include "Platform/DebugLog.h"
+#include "Platform/FatalError.h"
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "WebView/WebViewSwitchType.h"
 #include "unit/Keyboard/RouterModel.h"
@@ -390,6 +391,110 @@ TEST_F(RouterTest, QuitLogsThatItIsNoEditCommand) {
 TEST_F(RouterTest, KeysWithoutARowGoOnWithALine) {
   EXPECT_TRUE(press(0x31, none, " "));
   EXPECT_EQ(lastLine, "Q$: Other key pressed 49: ");
+  press(0x29, none, "Ö");
+  EXPECT_EQ(lastLine, "Q$: Other key pressed 41:ö");
+}
+
+TEST_F(RouterTest, EachRecordedKeyHasItsLine) {
+  const std::vector<std::pair<int, std::string>> lines = {{key::one, "1 pressed!"},
+                                                          {key::two, "2 pressed!"},
+                                                          {key::three, "3 pressed!"},
+                                                          {key::four, "4 pressed!"},
+                                                          {key::a, "a pressed!"},
+                                                          {key::b, ""},
+                                                          {key::d, ""},
+                                                          {key::f, ""},
+                                                          {key::g, ""},
+                                                          {key::h, ""},
+                                                          {key::j, ""},
+                                                          {key::m, ""},
+                                                          {key::o, ""},
+                                                          {key::q, ""},
+                                                          {key::r, ""},
+                                                          {key::s, ""},
+                                                          {key::t, ""},
+                                                          {key::p, ""},
+                                                          {key::comma, ""},
+                                                          {key::leftBracket, ""},
+                                                          {key::rightBracket, ""},
+                                                          {key::zero, ""},
+                                                          {key::equal, ""},
+                                                          {key::minus, ""},
+                                                          {key::up, "Arrow key pressed 126"},
+                                                          {key::down, "Arrow key pressed 125"},
+                                                          {key::left, "Arrow key pressed 123"},
+                                                          {key::right, "Arrow key pressed 124"},
+                                                          {key::pageUp, "PageUp pressed!"},
+                                                          {key::pageDown, "PageDown pressed!"},
+                                                          {key::command, "Command pressed!"},
+                                                          {key::rightCommand, "Command pressed!"},
+                                                          {key::option, "Command pressed!"},
+                                                          {key::rightOption, "Command pressed!"},
+                                                          {key::control, "Control pressed!"},
+                                                          {key::rightControl, "Control pressed!"},
+                                                          {key::shift, "Shift pressed!"},
+                                                          {key::rightShift, "Shift pressed!"}};
+  for (const auto& [code, line] : lines) {
+    lastLine.clear();
+    press(code, none);
+    EXPECT_EQ(lastLine, line) << code;
+  }
+}
+
+TEST_F(RouterTest, SelectAllIsLoggedBeforeItIsSent) {
+  std::vector<std::string> lines;
+  platform::setDebugLogSink([&](std::string_view line) { lines.emplace_back(line); });
+  takesActions = true;
+  press(key::a, cmd, "a");
+  EXPECT_EQ(lines,
+            (std::vector<std::string>{"Q$: checking cut, copy, paste, undo, selectAll with a keyCode=0",
+                                      "Q$: selectAll!!"}));
+}
+
+TEST_F(RouterTest, AKeyWithoutCharactersIsFatalInBothEditCommands) {
+  NSEvent event{.type = NSEvent::EventType::keyDown};
+  EXPECT_EXIT(router->isUndoRedo(event), testing::ExitedWithCode(platform::fatalErrorExitCode), "");
+  event.modifierFlags = NSEvent::commandFlag;
+  EXPECT_EXIT(router->isCutCopyPaste(event), testing::ExitedWithCode(platform::fatalErrorExitCode), "");
+}
+
+TEST_F(RouterTest, AnEditCommandRaisesTheCommandFlagAndNeverLowersIt) {
+  flags(cmd);
+  down(0x31, none, " ");
+  EXPECT_TRUE(router->didPressCommand);
+  flags(none);
+  down(0x31, cmd | shf, " ");
+  EXPECT_TRUE(router->didPressCommand);
+  EXPECT_FALSE(router->didPressShift) << "the other modifiers are the monitor's";
+}
+
+TEST_F(RouterTest, ItsTwoResetsLeaveEachOtherAlone) {
+  flags(cmd | ctl | shf | opt);
+  down(key::o, none);
+  router->resetKeyPressBools();
+  EXPECT_FALSE(router->didPressO);
+  EXPECT_TRUE(router->didPressCommand && router->didPressControl && router->didPressOption &&
+              router->didPressShift);
+  down(key::o, none);
+  router->modifierKeyBools();
+  EXPECT_TRUE(router->didPressO);
+  EXPECT_FALSE(router->didPressCommand || router->didPressControl || router->didPressOption ||
+               router->didPressShift);
+}
+
+TEST_F(RouterTest, HidingThePopoverClosesIt) {
+  platform::HeadlessStatusBarButton button;
+  popover.show({}, button, platform::NSRectEdge::maxY);
+  router->hidePopover();
+  EXPECT_FALSE(popover.isShown());
+}
+
+TEST_F(RouterTest, AfterItsEndEveryEventGoesOn) {
+  router.reset();
+  EXPECT_TRUE(flags(cmd));
+  EXPECT_TRUE(down(key::q, cmd, "q"));
+  EXPECT_TRUE(up(key::q, cmd));
+  EXPECT_TRUE(recorder.calls.empty());
 }
 
 TEST_F(RouterTest, AgreesWithTheLiteralModelOnAMillionEvents) {
