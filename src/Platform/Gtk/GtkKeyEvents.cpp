@@ -1,14 +1,18 @@
 #include "Platform/Gtk/GtkKeyEvents.h"
 
 #include "Platform/CarbonEvents.h"
+#include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
 #include "Platform/NSApplication.h"
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include <webkit/webkit.h>
 
@@ -80,6 +84,30 @@ std::string charactersIgnoringModifiers(GdkEvent* event, std::uint32_t flags) {
   return inLayout;
 }
 
+/// The hardware codes of the keys that are held down, and what waits for them to be released.
+std::set<guint> keysDown;
+std::vector<std::function<void()>> waitingForKeys;
+
+void keysMayBeUp() {
+  if (!keysDown.empty()) return;
+  for (auto& work : std::exchange(waitingForKeys, {})) DispatchQueue::main().async(std::move(work));
+}
+
+void noteKey(guint keycode, bool isPress) {
+  if (isPress) {
+    keysDown.insert(keycode);
+  } else {
+    keysDown.erase(keycode);
+    keysMayBeUp();
+  }
+}
+
+/// The releases of keys that are held while a window of ours loses the keyboard go elsewhere.
+void forgetKeys() {
+  keysDown.clear();
+  keysMayBeUp();
+}
+
 /// A press that the page had no use for comes a second time, as the same object: after other keys, if the
 /// page was busy. The references keep the addresses from being those of other events.
 bool wasSeen(GdkEvent* event) {
@@ -130,6 +158,7 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   if (wasSeen(event)) return FALSE;
 
   const bool isPress = gdkType == GDK_KEY_PRESS;
+  noteKey(gdk_key_event_get_keycode(event), isPress);
   const auto modifier = flagOfKey(gdk_key_event_get_keyval(event));
   NSEvent key;
   key.modifierFlags = modifierFlags(gdk_event_get_modifier_state(event));
@@ -155,7 +184,10 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
 
 /// Tells the modifiers as they are: what happened to them while another program had the keyboard, nobody saw.
 void tellModifiers(GtkWindow* window) {
-  if (!gtk_window_is_active(window)) return;
+  if (!gtk_window_is_active(window)) {
+    forgetKeys();
+    return;
+  }
   auto* seat = gdk_display_get_default_seat(gtk_widget_get_display(GTK_WIDGET(window)));
   auto* keyboard = seat != nullptr ? gdk_seat_get_keyboard(seat) : nullptr;
   if (keyboard == nullptr) return;
@@ -206,6 +238,13 @@ void watchKeys(GtkWindow* window) {
   gtk_widget_add_controller(GTK_WIDGET(window), controller);
   g_signal_connect(window, "notify::is-active",
                    G_CALLBACK(+[](GtkWindow* w, GParamSpec*, gpointer) { tellModifiers(w); }), nullptr);
+  // A window that is taken off the screen stays an active one for the toolkit.
+  g_signal_connect(window, "unmap", G_CALLBACK(+[](GtkWindow*, gpointer) { forgetKeys(); }), nullptr);
+}
+
+void whenKeysAreUp(std::function<void()> work) {
+  waitingForKeys.push_back(std::move(work));
+  keysMayBeUp();
 }
 
 bool sendEditAction(const char* selector) {

@@ -237,6 +237,7 @@ void StatusNotifierItem::onMethodCall(GDBusConnection*, const char*, const char*
   g_variant_get(parameters, "(ii)", &x, &y);
   g_dbus_method_invocation_return_value(invocation, nullptr);
   item->lastClick_ = {static_cast<double>(x), static_cast<double>(y)};
+  if (item->pixelOfClick) item->lastClick_ = item->pixelOfClick(item->lastClick_);
   if (name != "Activate") return;
   if (item->shouldIgnoreClick && item->shouldIgnoreClick()) return;
   item->send(NSEvent::EventType::leftMouseUp, item->lastClick_);
