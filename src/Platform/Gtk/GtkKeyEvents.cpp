@@ -4,6 +4,7 @@
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
+#include "Platform/Gtk/X11Desktop.h"
 #include "Platform/NSApplication.h"
 
 #include <algorithm>
@@ -23,8 +24,15 @@ namespace {
 /// A key whose code the seam doesn't have: none of its tables holds this one.
 constexpr std::uint16_t unknownKey = 0xFF;
 
+/// The hardware codes of the keys that are held down, those of them that are Super, and what waits for all to be
+/// released.
+std::set<guint> keysDown;
+std::set<guint> superKeysDown;
+std::vector<std::function<void()>> waitingForKeys;
+
 std::uint32_t modifierFlags(GdkModifierType state) {
-  std::uint32_t flags = 0;
+  // In a Wayland session the toolkit leaves Super out of the state.
+  std::uint32_t flags = X11Desktop::isAvailable() || superKeysDown.empty() ? 0 : NSEvent::controlFlag;
   if ((state & GDK_LOCK_MASK) != 0) flags |= NSEvent::capsLockFlag;
   if ((state & GDK_SHIFT_MASK) != 0) flags |= NSEvent::shiftFlag;
   if ((state & GDK_SUPER_MASK) != 0) flags |= NSEvent::controlFlag;
@@ -84,20 +92,18 @@ std::string charactersIgnoringModifiers(GdkEvent* event, std::uint32_t flags) {
   return inLayout;
 }
 
-/// The hardware codes of the keys that are held down, and what waits for them to be released.
-std::set<guint> keysDown;
-std::vector<std::function<void()>> waitingForKeys;
-
 void keysMayBeUp() {
   if (!keysDown.empty()) return;
   for (auto& work : std::exchange(waitingForKeys, {})) DispatchQueue::main().async(std::move(work));
 }
 
-void noteKey(guint keycode, bool isPress) {
+void noteKey(guint keycode, bool isPress, bool isSuper) {
   if (isPress) {
     keysDown.insert(keycode);
+    if (isSuper) superKeysDown.insert(keycode);
   } else {
     keysDown.erase(keycode);
+    superKeysDown.erase(keycode);
     keysMayBeUp();
   }
 }
@@ -105,6 +111,7 @@ void noteKey(guint keycode, bool isPress) {
 /// The releases of keys that are held while a window of ours loses the keyboard go elsewhere.
 void forgetKeys() {
   keysDown.clear();
+  superKeysDown.clear();
   keysMayBeUp();
 }
 
@@ -158,8 +165,8 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   if (wasSeen(event)) return FALSE;
 
   const bool isPress = gdkType == GDK_KEY_PRESS;
-  noteKey(gdk_key_event_get_keycode(event), isPress);
   const auto modifier = flagOfKey(gdk_key_event_get_keyval(event));
+  noteKey(gdk_key_event_get_keycode(event), isPress, modifier == NSEvent::controlFlag);
   NSEvent key;
   key.modifierFlags = modifierFlags(gdk_event_get_modifier_state(event));
   // The state is that before the event.

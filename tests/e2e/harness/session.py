@@ -12,7 +12,6 @@ class Session:
 
     def __init__(self, panel="top", screen="1280x900", desktop="x11"):
         self.panelPosition = panel
-        self.desktop = desktop
         self.width, self.height = (int(part) for part in screen.split("x"))
         # The command only tells its environment; the session ends when its standard input does.
         self._process = subprocess.Popen(
