@@ -51,8 +51,8 @@ std::vector<Strut> strutsAround(const PixelRect& area, const PixelRect& monitor,
   add(Strut::Edge::right, right < monitor.x + monitor.width, desktop.x + desktop.width - right, monitor.y,
       monitor.height);
   add(Strut::Edge::top, area.y > monitor.y, area.y - desktop.y, monitor.x, monitor.width);
-  add(Strut::Edge::bottom, bottom < monitor.y + monitor.height, desktop.y + desktop.height - bottom, monitor.x,
-      monitor.width);
+  add(Strut::Edge::bottom, bottom < monitor.y + monitor.height, desktop.y + desktop.height - bottom,
+      monitor.x, monitor.width);
   return struts;
 }
 

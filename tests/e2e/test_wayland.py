@@ -122,6 +122,20 @@ class Wayland(Common, WaylandTestCase):
         window = self.waitForSize(600, 600)
         self.writeInThePage(page, window, "b", "ab")
 
+    def testAPanelWithoutMenusOfItsOwnLetsTheProgramShowIts(self):
+        velkin = self.startOnChat()
+        for key, title in (("Escape", None), ("Return", "About")):
+            velkin.clickIcon(self.desktop, 3)
+            menu = waitFor("the menu", lambda: self.desktop.windows(title="Menu"), 10)[0]
+            self.waitForKeyboard(menu)
+            self.assertGreater(self.desktop.coloursIn(menu), 10, "the menu is empty")
+            self.desktop.picture(self.artefact("menu.png"))
+            self.desktop.key(key)
+            waitFor("the menu to go", lambda: not self.desktop.windows(title="Menu"), 10)
+            if title:
+                waitFor("the panel that was chosen", lambda: self.desktop.windows(title=title), 10)
+        self.assertEqual(velkin.errorText().count("Right click!"), 2)
+
     def waitForSize(self, width, height):
         waitFor(f"the popover to be of {width}x{height}",
                 lambda: self.popover() and (self.popover().width, self.popover().height) == (width, height), 10,

@@ -24,8 +24,8 @@ namespace {
 /// A key whose code the seam doesn't have: none of its tables holds this one.
 constexpr std::uint16_t unknownKey = 0xFF;
 
-/// The hardware codes of the keys that are held down, those of them that are Super, and what waits for all to be
-/// released.
+/// The hardware codes of the keys that are held down, those of them that are Super, and what waits for all to
+/// be released.
 std::set<guint> keysDown;
 std::set<guint> superKeysDown;
 std::vector<std::function<void()>> waitingForKeys;

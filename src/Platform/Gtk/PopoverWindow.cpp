@@ -154,8 +154,8 @@ void PopoverWindow::place(bool beforeMap) {
 }
 
 void PopoverWindow::placeAnew() {
-  // A compositor finds a place for a window when it appears, and leaves one that grows where it is, beyond the screen's
-  // edge if it comes to that.
+  // A compositor finds a place for a window when it appears, and leaves one that grows where it is, beyond
+  // the screen's edge if it comes to that.
   gtk_widget_set_visible(GTK_WIDGET(window_), FALSE);
   awaitsKeyboard_ = true;
   place(true);
@@ -166,7 +166,8 @@ void PopoverWindow::fitWhereOthersPlace() {
   NSSize screen;
   GListModel* monitors = gdk_display_get_monitors(gtk_widget_get_display(GTK_WIDGET(window_)));
   for (guint i = 0; i < g_list_model_get_n_items(monitors); ++i) {
-    const auto monitor = GObjectPtr<GdkMonitor>::adopt(static_cast<GdkMonitor*>(g_list_model_get_item(monitors, i)));
+    const auto monitor =
+        GObjectPtr<GdkMonitor>::adopt(static_cast<GdkMonitor*>(g_list_model_get_item(monitors, i)));
     GdkRectangle area;
     gdk_monitor_get_geometry(monitor.get(), &area);
     screen = {std::max<double>(screen.width, area.width), std::max<double>(screen.height, area.height)};
@@ -220,9 +221,9 @@ void PopoverWindow::onMapped() {
   X11Desktop::keepAbove(window_);
   watcherTimer_.reset();
   isNamedActive_ = X11Desktop::isActive(window_);
-  watcher_ = std::make_unique<X11Watcher>(X11Watcher::Events{
-      [this](bool isOverOwnWindow) { onPressed(isOverOwnWindow); },
-      [this](bool isOurs) { onActiveWindowNamed(isOurs); }});
+  watcher_ = std::make_unique<X11Watcher>(
+      X11Watcher::Events{[this](bool isOverOwnWindow) { onPressed(isOverOwnWindow); },
+                         [this](bool isOurs) { onActiveWindowNamed(isOurs); }});
 }
 
 void PopoverWindow::onPressed(bool isOverOwnWindow) {
@@ -264,8 +265,9 @@ void PopoverWindow::lookWhereTheUserWent() {
     focusTimer_ = DispatchQueue::main().timer(focusSettlingTime, [this] { lookWhereTheUserWent(); });
     return;
   }
-  // The toolkit takes the window for the active one as long as X has the pointer over it, and within a Wayland session
-  // X doesn't hear of the pointer's leaving. The window manager knows better, if it names active windows at all.
+  // The toolkit takes the window for the active one as long as X has the pointer over it, and within a
+  // Wayland session X doesn't hear of the pointer's leaving. The window manager knows better, if it names
+  // active windows at all.
   if (isActive && !isNamedActive_) return;
   closeByItself();
 }

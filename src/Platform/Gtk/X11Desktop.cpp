@@ -82,8 +82,8 @@ std::vector<PixelRect> workAreasToldByManager(bool hasStruts, std::size_t countO
   const std::size_t desktop = current.empty() ? 0 : current.front();
   std::vector<PixelRect> areas;
   // One for each monitor, from window managers whose panels are no windows.
-  const auto ofMonitors =
-      readProperty(xDisplay(), root, atom(("_GTK_WORKAREAS_D" + std::to_string(desktop)).c_str()), XA_CARDINAL);
+  const auto ofMonitors = readProperty(
+      xDisplay(), root, atom(("_GTK_WORKAREAS_D" + std::to_string(desktop)).c_str()), XA_CARDINAL);
   for (std::size_t i = 0; i + 3 < ofMonitors.size(); i += 4) areas.push_back(rectAt(ofMonitors, i));
   // One rectangle for all monitors says little; it has to serve where nothing better does.
   if (!areas.empty() || hasStruts || countOfMonitors != 1) return areas;

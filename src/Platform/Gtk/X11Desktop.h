@@ -27,7 +27,8 @@ class X11Desktop {
 
   /// Keeps a realized window out of task bars and pagers, or lets it in.
   static void setSkipsTaskbar(GtkWindow* window, bool skips);
-  /// Makes a realized window a dialogue, or an ordinary one: window managers that tile windows leave dialogues alone.
+  /// Makes a realized window a dialogue, or an ordinary one: window managers that tile windows leave
+  /// dialogues alone.
   static void setIsDialog(GtkWindow* window, bool isDialog);
   /// Asks for a place, before the window is mapped: window managers read this instead of choosing their own.
   static void setPositionHint(GtkWindow* window, PixelPoint position);
@@ -50,8 +51,8 @@ class X11Desktop {
   static bool isActiveWindowOurs();
 };
 
-/// Hears of every press of a pointer button anywhere, and of every change of the active window, for as long as it
-/// lives, without taking anything away from anybody. Only made while it is needed.
+/// Hears of every press of a pointer button anywhere, and of every change of the active window, for as long
+/// as it lives, without taking anything away from anybody. Only made while it is needed.
 class X11Watcher {
  public:
   struct Events {
