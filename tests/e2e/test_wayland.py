@@ -136,6 +136,12 @@ class Wayland(Common, WaylandTestCase):
                 waitFor("the panel that was chosen", lambda: self.desktop.windows(title=title), 10)
         self.assertEqual(velkin.errorText().count("Right click!"), 2)
 
+    def testTheCompositorsSocketMayBeAnywhere(self):
+        self.home.settled()
+        velkin = self.start(environment={"WAYLAND_DISPLAY": str(self.session.folder / "sway" / "wayland-1")})
+        self.openPopover(velkin)
+        self.chat.page()
+
     def waitForSize(self, width, height):
         waitFor(f"the popover to be of {width}x{height}",
                 lambda: self.popover() and (self.popover().width, self.popover().height) == (width, height), 10,
@@ -162,11 +168,13 @@ class XWithinWayland(Common, WaylandTestCase):
 
 class EndOfTheSession(unittest.TestCase):
     def testTheProgramEndsWithTheCompositor(self):
+        log = ARTEFACTS / "EndOfTheSession.log"
+        log.unlink(missing_ok=True)
         session = WaylandSession()
         self.addCleanup(session.stop)
         home = Home(session.folder / "home-1")
         home.settled()
-        velkin = Velkin(session, home, ARTEFACTS / "EndOfTheSession.log")
+        velkin = Velkin(session, home, log)
         self.addCleanup(velkin.end)
         velkin.waitForIcon()
         os.kill(int((session.folder / "sway.pid").read_text()), signal.SIGKILL)

@@ -83,10 +83,10 @@ std::string characterOf(GdkDisplay* display, guint keycode, int group) {
 std::string charactersIgnoringModifiers(GdkEvent* event, std::uint32_t flags) {
   GdkDisplay* display = gdk_event_get_display(event);
   const guint keycode = gdk_key_event_get_keycode(event);
-  const auto inLayout = characterOf(display, keycode, static_cast<int>(gdk_key_event_get_layout(event)));
+  auto inLayout = characterOf(display, keycode, static_cast<int>(gdk_key_event_get_layout(event)));
   const bool isOtherScript = !inLayout.empty() && (static_cast<unsigned char>(inLayout.front()) & 0x80) != 0;
   if (isOtherScript && (flags & NSEvent::commandFlag) != 0) {
-    const auto inFirst = characterOf(display, keycode, 0);
+    auto inFirst = characterOf(display, keycode, 0);
     if (!inFirst.empty()) return inFirst;
   }
   return inLayout;

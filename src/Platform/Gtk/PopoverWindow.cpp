@@ -39,7 +39,7 @@ PopoverWindow::~PopoverWindow() {
 void PopoverWindow::setContentSize(NSSize size) {
   if (size == size_) return;
   size_ = size;
-  if (isShown_ && window_ != nullptr && !X11Desktop::isAvailable()) {
+  if (isShown_ && window_ != nullptr && !X11Desktop::isAvailable() && !isOrdinaryWindow_) {
     // A key that is released while the window is off the screen would stay pressed for us.
     if (std::exchange(isPlacedAnewSoon_, true)) return;
     whenKeysAreUp([this, alive = isAlive_] {
@@ -139,6 +139,7 @@ PixelRect PopoverWindow::wantedPlace() const {
 }
 
 void PopoverWindow::place(bool beforeMap) {
+  if (window_ == nullptr) return;
   if (!X11Desktop::isAvailable()) {
     fitWhereOthersPlace();
     return;
