@@ -7,7 +7,22 @@ namespace platform {
 
 namespace {
 
-PixelRect around(std::span<const PixelRect> monitors) {
+bool overlaps(int start, int end, int low, int high) { return start < high && end >= low; }
+
+std::int64_t distance(int value, int low, int high) {
+  if (value < low) return low - value;
+  return value >= high ? value - high + 1 : 0;
+}
+
+std::int64_t squareOfDistance(PixelPoint a, PixelPoint b) {
+  const std::int64_t dx = a.x - b.x;
+  const std::int64_t dy = a.y - b.y;
+  return dx * dx + dy * dy;
+}
+
+}  // namespace
+
+PixelRect desktopOf(std::span<const PixelRect> monitors) {
   PixelRect all = monitors.front();
   for (const auto& monitor : monitors) {
     const int right = std::max(all.x + all.width, monitor.x + monitor.width);
@@ -20,14 +35,26 @@ PixelRect around(std::span<const PixelRect> monitors) {
   return all;
 }
 
-bool overlaps(int start, int end, int low, int high) { return start < high && end >= low; }
-
-std::int64_t distance(int value, int low, int high) {
-  if (value < low) return low - value;
-  return value >= high ? value - high + 1 : 0;
+PixelPoint pixelOfClick(PixelPoint told, PixelPoint pointer, int scale) {
+  const PixelPoint scaled{told.x * scale, told.y * scale};
+  return squareOfDistance(scaled, pointer) < squareOfDistance(told, pointer) ? scaled : told;
 }
 
-}  // namespace
+std::vector<Strut> strutsAround(const PixelRect& area, const PixelRect& monitor, const PixelRect& desktop) {
+  std::vector<Strut> struts;
+  const auto add = [&](Strut::Edge edge, bool isKeptClear, int depth, int start, int length) {
+    if (isKeptClear) struts.push_back({edge, depth, start, start + length - 1});
+  };
+  const int right = area.x + area.width;
+  const int bottom = area.y + area.height;
+  add(Strut::Edge::left, area.x > monitor.x, area.x - desktop.x, monitor.y, monitor.height);
+  add(Strut::Edge::right, right < monitor.x + monitor.width, desktop.x + desktop.width - right, monitor.y,
+      monitor.height);
+  add(Strut::Edge::top, area.y > monitor.y, area.y - desktop.y, monitor.x, monitor.width);
+  add(Strut::Edge::bottom, bottom < monitor.y + monitor.height, desktop.y + desktop.height - bottom,
+      monitor.x, monitor.width);
+  return struts;
+}
 
 PixelRect workArea(const PixelRect& monitor, std::span<const Strut> struts, const PixelRect& desktop) {
   int left = monitor.x;
@@ -83,7 +110,7 @@ PixelRect placeAtIcon(std::optional<PixelPoint> anchor, int width, int height,
                       std::size_t primary) {
   const auto index = anchor ? monitorAt(*anchor, monitors) : std::min(primary, monitors.size() - 1);
   const auto& monitor = monitors[index];
-  const auto area = workArea(monitor, struts, around(monitors));
+  const auto area = workArea(monitor, struts, desktopOf(monitors));
   PixelRect placed{0, 0, std::min(width, area.width), std::min(height, area.height)};
   const int x = anchor ? anchor->x : area.x + area.width;
   // Where nothing is known of the icon, the panel at the bottom is the tray's, if it is the only one.
@@ -96,7 +123,7 @@ PixelRect placeAtIcon(std::optional<PixelPoint> anchor, int width, int height,
 
 PixelRect placeInMiddle(int width, int height, std::span<const PixelRect> monitors,
                         std::span<const Strut> struts, std::size_t primary) {
-  const auto area = workArea(monitors[std::min(primary, monitors.size() - 1)], struts, around(monitors));
+  const auto area = workArea(monitors[std::min(primary, monitors.size() - 1)], struts, desktopOf(monitors));
   PixelRect placed{0, 0, std::min(width, area.width), std::min(height, area.height)};
   placed.x = area.x + (area.width - placed.width) / 2;
   placed.y = area.y + (area.height - placed.height) / 2;

@@ -34,6 +34,17 @@ struct Strut {
   int end = 0;
 };
 
+/// The struts that keep windows of `monitor` in `area`, for desktops whose own panels have none.
+std::vector<Strut> strutsAround(const PixelRect& area, const PixelRect& monitor, const PixelRect& desktop);
+
+/// The rectangle of all monitors; `monitors` isn't empty.
+PixelRect desktopOf(std::span<const PixelRect> monitors);
+
+/// The pixel of a click on the tray that the tray tells of as `told`: trays that scale their own windows
+/// count in points, others in pixels. `pointer` is the pointer's pixel at that moment, which the click can't
+/// be far from.
+PixelPoint pixelOfClick(PixelPoint told, PixelPoint pointer, int scale);
+
 /// The part of `monitor` that no panel keeps clear. `desktop` is the rectangle of all monitors.
 PixelRect workArea(const PixelRect& monitor, std::span<const Strut> struts, const PixelRect& desktop);
 

@@ -55,6 +55,16 @@ class TraySession(unittest.TestCase):
                         lambda: processesOf(folder))
                 self.assertFalse(pathlib.Path(folder).exists())
 
+    def testAWaylandSessionLeavesNothingBehindEither(self):
+        process = self.start("sh", "-c", "echo $VELKIN_SESSION; sleep 1000",
+                             options=("--desktop", "xwayland"))
+        folder = process.stdout.readline().strip()
+        self.assertTrue(processesOf(folder))
+        process.terminate()
+        process.wait(60)
+        waitFor("the session's processes to end", lambda: not processesOf(folder), 10, lambda: processesOf(folder))
+        self.assertFalse(pathlib.Path(folder).exists())
+
     def testASecondSessionDoesNotDisturbTheFirst(self):
         first = self.start("sh", "-c", "echo $VELKIN_SESSION; sleep 1000")
         folder = first.stdout.readline().strip()

@@ -1,14 +1,19 @@
 #include "Platform/Gtk/GtkKeyEvents.h"
 
 #include "Platform/CarbonEvents.h"
+#include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
+#include "Platform/Gtk/X11Desktop.h"
 #include "Platform/NSApplication.h"
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include <webkit/webkit.h>
 
@@ -19,8 +24,15 @@ namespace {
 /// A key whose code the seam doesn't have: none of its tables holds this one.
 constexpr std::uint16_t unknownKey = 0xFF;
 
+/// The hardware codes of the keys that are held down, those of them that are Super, and what waits for all to
+/// be released.
+std::set<guint> keysDown;
+std::set<guint> superKeysDown;
+std::vector<std::function<void()>> waitingForKeys;
+
 std::uint32_t modifierFlags(GdkModifierType state) {
-  std::uint32_t flags = 0;
+  // In a Wayland session the toolkit leaves Super out of the state.
+  std::uint32_t flags = X11Desktop::isAvailable() || superKeysDown.empty() ? 0 : NSEvent::controlFlag;
   if ((state & GDK_LOCK_MASK) != 0) flags |= NSEvent::capsLockFlag;
   if ((state & GDK_SHIFT_MASK) != 0) flags |= NSEvent::shiftFlag;
   if ((state & GDK_SUPER_MASK) != 0) flags |= NSEvent::controlFlag;
@@ -71,13 +83,36 @@ std::string characterOf(GdkDisplay* display, guint keycode, int group) {
 std::string charactersIgnoringModifiers(GdkEvent* event, std::uint32_t flags) {
   GdkDisplay* display = gdk_event_get_display(event);
   const guint keycode = gdk_key_event_get_keycode(event);
-  const auto inLayout = characterOf(display, keycode, static_cast<int>(gdk_key_event_get_layout(event)));
+  auto inLayout = characterOf(display, keycode, static_cast<int>(gdk_key_event_get_layout(event)));
   const bool isOtherScript = !inLayout.empty() && (static_cast<unsigned char>(inLayout.front()) & 0x80) != 0;
   if (isOtherScript && (flags & NSEvent::commandFlag) != 0) {
-    const auto inFirst = characterOf(display, keycode, 0);
+    auto inFirst = characterOf(display, keycode, 0);
     if (!inFirst.empty()) return inFirst;
   }
   return inLayout;
+}
+
+void keysMayBeUp() {
+  if (!keysDown.empty()) return;
+  for (auto& work : std::exchange(waitingForKeys, {})) DispatchQueue::main().async(std::move(work));
+}
+
+void noteKey(guint keycode, bool isPress, bool isSuper) {
+  if (isPress) {
+    keysDown.insert(keycode);
+    if (isSuper) superKeysDown.insert(keycode);
+  } else {
+    keysDown.erase(keycode);
+    superKeysDown.erase(keycode);
+    keysMayBeUp();
+  }
+}
+
+/// The releases of keys that are held while a window of ours loses the keyboard go elsewhere.
+void forgetKeys() {
+  keysDown.clear();
+  superKeysDown.clear();
+  keysMayBeUp();
 }
 
 /// A press that the page had no use for comes a second time, as the same object: after other keys, if the
@@ -131,6 +166,7 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
 
   const bool isPress = gdkType == GDK_KEY_PRESS;
   const auto modifier = flagOfKey(gdk_key_event_get_keyval(event));
+  noteKey(gdk_key_event_get_keycode(event), isPress, modifier == NSEvent::controlFlag);
   NSEvent key;
   key.modifierFlags = modifierFlags(gdk_event_get_modifier_state(event));
   // The state is that before the event.
@@ -155,7 +191,10 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
 
 /// Tells the modifiers as they are: what happened to them while another program had the keyboard, nobody saw.
 void tellModifiers(GtkWindow* window) {
-  if (!gtk_window_is_active(window)) return;
+  if (!gtk_window_is_active(window)) {
+    forgetKeys();
+    return;
+  }
   auto* seat = gdk_display_get_default_seat(gtk_widget_get_display(GTK_WIDGET(window)));
   auto* keyboard = seat != nullptr ? gdk_seat_get_keyboard(seat) : nullptr;
   if (keyboard == nullptr) return;
@@ -206,6 +245,13 @@ void watchKeys(GtkWindow* window) {
   gtk_widget_add_controller(GTK_WIDGET(window), controller);
   g_signal_connect(window, "notify::is-active",
                    G_CALLBACK(+[](GtkWindow* w, GParamSpec*, gpointer) { tellModifiers(w); }), nullptr);
+  // A window that is taken off the screen stays an active one for the toolkit.
+  g_signal_connect(window, "unmap", G_CALLBACK(+[](GtkWindow*, gpointer) { forgetKeys(); }), nullptr);
+}
+
+void whenKeysAreUp(std::function<void()> work) {
+  waitingForKeys.push_back(std::move(work));
+  keysMayBeUp();
 }
 
 bool sendEditAction(const char* selector) {

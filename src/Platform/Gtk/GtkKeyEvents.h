@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include <gtk/gtk.h>
 
 namespace platform {
@@ -12,5 +14,8 @@ void watchKeys(GtkWindow* window);
 /// Offers an edit action ("copy:", "deleteBackward:") to what has the keyboard in the active window. True if
 /// it was taken.
 bool sendEditAction(const char* selector);
+
+/// Runs work in a later turn, once no key is held down in a window of the program.
+void whenKeysAreUp(std::function<void()> work);
 
 }  // namespace platform

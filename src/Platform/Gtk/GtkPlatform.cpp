@@ -11,6 +11,7 @@
 #include "Platform/Gtk/PopoverWindow.h"
 #include "Platform/Gtk/PortalHotKeyGrabs.h"
 #include "Platform/Gtk/ProgramFolders.h"
+#include "Platform/Gtk/SessionKind.h"
 #include "Platform/Gtk/SoupURLSession.h"
 #include "Platform/Gtk/StatusNotifierItem.h"
 #include "Platform/Gtk/WebEngine.h"
@@ -143,6 +144,24 @@ std::unique_ptr<NSStatusItem> GtkPlatform::makeStatusItem(double length) {
       StatusNotifierItem::Events{[this] { queue_.async([this] { startToolkit(); }); },
                                  [this](bool hasTray) { trayChanged(hasTray); }});
   statusItem_ = item.get();
+  statusItem_->showMenu = [this](std::shared_ptr<NSMenu> menu, StatusMenuExporter& exporter) {
+    whenToolkitReady([this, menu = std::move(menu), &exporter] {
+      if (!menuWindow_) {
+        menuWindow_ = std::make_unique<StatusMenuWindow>(
+            menu, StatusMenuWindow::Events{[&exporter](std::size_t chosen) { exporter.wasChosen(chosen); },
+                                           [&exporter] { exporter.wasClosed(); }});
+      }
+      if (!menuWindow_->isShown()) exporter.willBeShown();
+      menuWindow_->show();
+    });
+  };
+  statusItem_->pixelOfClick = [this](NSPoint told) -> NSPoint {
+    // In a Wayland session X doesn't know where the pointer is.
+    if (!isToolkitRunning_ || !X11Desktop::isAvailable() || isWaylandSession()) return told;
+    const auto pixel = pixelOfClick({static_cast<int>(told.x), static_cast<int>(told.y)},
+                                    X11Desktop::pointer(), X11Desktop::scale());
+    return {static_cast<double>(pixel.x), static_cast<double>(pixel.y)};
+  };
   statusItem_->shouldIgnoreClick = [this] { return popover_ != nullptr && popover_->wasClosedByThisClick(); };
   queue_.asyncAfter(registrationPatience, [this] { startToolkit(); });
   trayTimer_ = queue_.timer(trayPatience, [this] {
@@ -236,6 +255,9 @@ void GtkPlatform::startToolkit() {
   gdk_set_allowed_backends("x11,wayland,*");
   if (!gtk_init_check())
     endWithMessage("The display can't be opened. Start Velkin from a graphical session.");
+  // A Wayland session knows windows by the name of the program's desktop entry, and the toolkit gives it this
+  // one.
+  if (!X11Desktop::isAvailable()) g_set_prgname(bundle::identifier);
   adw_init();
   isToolkitRunning_ = true;
   appearance_.followToolkit([this] { notifications_.deliver(interfaceThemeChangedNotification, ""); });

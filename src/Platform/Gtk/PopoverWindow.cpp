@@ -1,8 +1,10 @@
 #include "Platform/Gtk/PopoverWindow.h"
 
+#include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/Gtk/HotKeyActivation.h"
+#include "Platform/Gtk/SessionKind.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,7 +39,15 @@ PopoverWindow::~PopoverWindow() {
 void PopoverWindow::setContentSize(NSSize size) {
   if (size == size_) return;
   size_ = size;
-  if (isShown_) {
+  if (isShown_ && window_ != nullptr && !X11Desktop::isAvailable() && !isOrdinaryWindow_) {
+    // A key that is released while the window is off the screen would stay pressed for us.
+    if (std::exchange(isPlacedAnewSoon_, true)) return;
+    whenKeysAreUp([this, alive = isAlive_] {
+      if (!*alive) return;
+      isPlacedAnewSoon_ = false;
+      if (isShown_) placeAnew();
+    });
+  } else if (isShown_) {
     place(false);
   } else if (window_ != nullptr && gtk_widget_get_visible(GTK_WIDGET(window_))) {
     // It is being closed, and may be opened again in this very turn.
@@ -115,10 +125,12 @@ PixelRect PopoverWindow::wantedPlace() const {
   const int scale = X11Desktop::scale();
   const int width = static_cast<int>(std::lround(size_.width)) * scale;
   const int height = static_cast<int>(std::lround(size_.height)) * scale;
+  // For a moment there may be none, while displays are plugged.
+  if (monitors.empty()) return {0, 0, width, height};
   if (isOrdinaryWindow_) return placeInMiddle(width, height, monitors, struts, primary);
   auto anchor = surroundings_.anchor();
   // A click on the icon leaves the pointer there. A key press says nothing of where the icon is.
-  if (!anchor && !isOpenedByHotKey_) anchor = X11Desktop::pointer();
+  if (!anchor && !isOpenedByHotKey_ && !isWaylandSession()) anchor = X11Desktop::pointer();
   const bool isOnScreen = anchor && std::any_of(monitors.begin(), monitors.end(), [&](const auto& m) {
                             return m.contains(anchor->x, anchor->y);
                           });
@@ -127,8 +139,9 @@ PixelRect PopoverWindow::wantedPlace() const {
 }
 
 void PopoverWindow::place(bool beforeMap) {
+  if (window_ == nullptr) return;
   if (!X11Desktop::isAvailable()) {
-    gtk_window_set_default_size(window_, static_cast<int>(size_.width), static_cast<int>(size_.height));
+    fitWhereOthersPlace();
     return;
   }
   const auto rect = wantedPlace();
@@ -138,6 +151,37 @@ void PopoverWindow::place(bool beforeMap) {
     X11Desktop::setPositionHint(window_, {rect.x, rect.y});
   } else {
     X11Desktop::move(window_, {rect.x, rect.y});
+  }
+}
+
+void PopoverWindow::placeAnew() {
+  // A compositor finds a place for a window when it appears, and leaves one that grows where it is, beyond
+  // the screen's edge if it comes to that.
+  gtk_widget_set_visible(GTK_WIDGET(window_), FALSE);
+  awaitsKeyboard_ = true;
+  place(true);
+  gtk_window_present(window_);
+}
+
+void PopoverWindow::fitWhereOthersPlace() {
+  NSSize screen;
+  GListModel* monitors = gdk_display_get_monitors(gtk_widget_get_display(GTK_WIDGET(window_)));
+  for (guint i = 0; i < g_list_model_get_n_items(monitors); ++i) {
+    const auto monitor =
+        GObjectPtr<GdkMonitor>::adopt(static_cast<GdkMonitor*>(g_list_model_get_item(monitors, i)));
+    GdkRectangle area;
+    gdk_monitor_get_geometry(monitor.get(), &area);
+    screen = {std::max<double>(screen.width, area.width), std::max<double>(screen.height, area.height)};
+  }
+  const bool isFull = size_.width >= screen.width && size_.height >= screen.height;
+  gtk_window_set_default_size(window_, static_cast<int>(std::min(size_.width, screen.width)),
+                              static_cast<int>(std::min(size_.height, screen.height)));
+  // A window of a fixed size floats where others are tiled. What the panels leave, only the compositor knows.
+  gtk_window_set_resizable(window_, isFull || isOrdinaryWindow_);
+  if (isFull) {
+    gtk_window_maximize(window_);
+  } else {
+    gtk_window_unmaximize(window_);
   }
 }
 
@@ -157,9 +201,13 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
     isOpenedByHotKey_ = presentHotKeyActivation() != nullptr;
     gtk_window_set_decorated(window_, isOrdinaryWindow_);
     gtk_widget_realize(GTK_WIDGET(window_));
-    if (X11Desktop::isAvailable()) X11Desktop::setSkipsTaskbar(window_, !isOrdinaryWindow_);
+    if (X11Desktop::isAvailable()) {
+      X11Desktop::setSkipsTaskbar(window_, !isOrdinaryWindow_);
+      X11Desktop::setIsDialog(window_, !isOrdinaryWindow_);
+    }
     place(true);
     isClosedByLastPress_ = false;
+    awaitsKeyboard_ = false;
     presentWindow(window_);
   });
 }
@@ -173,16 +221,27 @@ void PopoverWindow::onMapped() {
   if (isOrdinaryWindow_) return;
   X11Desktop::keepAbove(window_);
   watcherTimer_.reset();
-  pressWatcher_ = std::make_unique<X11PressWatcher>([this](bool isOverOwnWindow) {
-    isClosedByLastPress_ = false;
-    if (!isShown_ || isOverOwnWindow || !closesByItself()) return;
-    // A press on our icon may be the one that calls up the menu, and under that the popover stays.
-    pressTimer_ = DispatchQueue::main().timer(trayAnswerTime, [this] {
-      if (!isShown_ || !closesByItself()) return;
-      isClosedByLastPress_ = true;
-      closeByItself();
-    });
+  isNamedActive_ = X11Desktop::isActive(window_);
+  watcher_ = std::make_unique<X11Watcher>(
+      X11Watcher::Events{[this](bool isOverOwnWindow) { onPressed(isOverOwnWindow); },
+                         [this](bool isOurs) { onActiveWindowNamed(isOurs); }});
+}
+
+void PopoverWindow::onPressed(bool isOverOwnWindow) {
+  isClosedByLastPress_ = false;
+  if (!isShown_ || isOverOwnWindow || !closesByItself()) return;
+  // A press on our icon may be the one that calls up the menu, and under that the popover stays.
+  pressTimer_ = DispatchQueue::main().timer(trayAnswerTime, [this] {
+    if (!isShown_ || !closesByItself()) return;
+    isClosedByLastPress_ = true;
+    closeByItself();
   });
+}
+
+void PopoverWindow::onActiveWindowNamed(bool isOurs) {
+  isNamedActive_ = isNamedActive_ || isOurs;
+  if (!isOurs && isShown_)
+    focusTimer_ = DispatchQueue::main().timer(focusSettlingTime, [this] { lookWhereTheUserWent(); });
 }
 
 bool PopoverWindow::closesByItself() const {
@@ -192,6 +251,7 @@ bool PopoverWindow::closesByItself() const {
 
 void PopoverWindow::onActiveChanged() {
   focusTimer_.reset();
+  if (gtk_window_is_active(window_)) awaitsKeyboard_ = false;
   if (!isShown_ || gtk_window_is_active(window_)) return;
   // Menus, drop-downs and other programs' key grabs take the focus away for a moment: look again when it
   // settled.
@@ -199,11 +259,17 @@ void PopoverWindow::onActiveChanged() {
 }
 
 void PopoverWindow::lookWhereTheUserWent() {
-  if (!isShown_ || gtk_window_is_active(window_) || !closesByItself()) return;
+  if (!isShown_ || !closesByItself() || awaitsKeyboard_) return;
+  const bool isActive = gtk_window_is_active(window_) != FALSE;
   if (X11Desktop::isAvailable() && X11Desktop::isActiveWindowOurs()) {
+    if (isActive) return;
     focusTimer_ = DispatchQueue::main().timer(focusSettlingTime, [this] { lookWhereTheUserWent(); });
     return;
   }
+  // The toolkit takes the window for the active one as long as X has the pointer over it, and within a
+  // Wayland session X doesn't hear of the pointer's leaving. The window manager knows better, if it names
+  // active windows at all.
+  if (isActive && !isNamedActive_) return;
   closeByItself();
 }
 
@@ -239,7 +305,7 @@ void PopoverWindow::leaveTheScreen() {
   }
   // A closed popover leaves nothing running.
   watcherTimer_ = DispatchQueue::main().timer(pressMemory, [this] {
-    pressWatcher_.reset();
+    watcher_.reset();
     isClosedByLastPress_ = false;
   });
 }

@@ -54,10 +54,14 @@ class PopoverWindow : public NSPopover {
   void ensureWindow();
   void installContent();
   void place(bool beforeMap);
+  void placeAnew();
+  void fitWhereOthersPlace();
   void resizeHidden();
   PixelRect wantedPlace() const;
   void onMapped();
+  void onPressed(bool isOverOwnWindow);
   void onActiveChanged();
+  void onActiveWindowNamed(bool isOurs);
   void lookWhereTheUserWent();
   void closeByItself();
   bool closesByItself() const;
@@ -74,12 +78,17 @@ class PopoverWindow : public NSPopover {
   std::unique_ptr<Timer> focusTimer_;
   std::unique_ptr<Timer> pressTimer_;
   std::unique_ptr<Timer> watcherTimer_;
-  std::unique_ptr<X11PressWatcher> pressWatcher_;
+  std::unique_ptr<X11Watcher> watcher_;
   double closedByItselfAt_ = 0;
   bool isClosedByLastPress_ = false;
   bool isShown_ = false;
   bool isOrdinaryWindow_ = false;
   bool isOpenedByHotKey_ = false;
+  /// The window manager has said that one of ours is the active window.
+  bool isNamedActive_ = false;
+  bool isPlacedAnewSoon_ = false;
+  /// It was put on the screen anew, and the keyboard hasn't come back to it yet.
+  bool awaitsKeyboard_ = false;
   bool resizesWhenHidden_ = false;
   int pins_ = 0;
 };

@@ -3,10 +3,10 @@
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
+#include "Platform/Gtk/SessionKind.h"
 #include "platform/BundleInfo.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <string_view>
 #include <utility>
 
@@ -86,11 +86,7 @@ PortalHotKeyGrabs::~PortalHotKeyGrabs() {
   if (watch_ != 0) g_bus_unwatch_name(watch_);
 }
 
-bool PortalHotKeyGrabs::isNeeded() {
-  const char* type = std::getenv("XDG_SESSION_TYPE");
-  return std::getenv("WAYLAND_DISPLAY") != nullptr ||
-         (type != nullptr && std::string_view(type) == "wayland");
-}
+bool PortalHotKeyGrabs::isNeeded() { return isWaylandSession(); }
 
 OSStatus PortalHotKeyGrabs::grab(HotKeyCombination combination) {
   held_.insert(combination);

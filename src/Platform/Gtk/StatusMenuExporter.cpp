@@ -152,6 +152,7 @@ void StatusMenuExporter::handle(const std::string& method, GVariant* parameters,
   const auto reply = [&](GVariant* value) { g_dbus_method_invocation_return_value(invocation, value); };
   const auto noIds = [] { return g_variant_new_array(G_VARIANT_TYPE_INT32, nullptr, 0); };
   if (method == "GetLayout") {
+    isRead_ = true;
     int parent = 0;
     int depth = 0;
     g_variant_get(parameters, "(ii@as)", &parent, &depth, nullptr);

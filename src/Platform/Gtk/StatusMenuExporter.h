@@ -24,6 +24,16 @@ class StatusMenuExporter {
   void setMenu(std::shared_ptr<NSMenu> menu);
   void registerOn(GDBusConnection* connection);
 
+  /// True if somebody has asked what is in the menu, to draw it.
+  bool isRead() const noexcept { return isRead_; }
+  /// Another panel may be one that draws no menus.
+  void forgetReader() noexcept { isRead_ = false; }
+
+  // The panel's part, for who draws the menu in its place.
+  void willBeShown() { aboutToShow(0); }
+  void wasChosen(std::size_t number) { itemEvent(static_cast<int>(number) + 1, "clicked"); }
+  void wasClosed() { menuClosed(); }
+
  private:
   static void onMethodCall(GDBusConnection*, const char* sender, const char* path, const char* interface,
                            const char* method, GVariant* parameters, GDBusMethodInvocation* invocation,
@@ -50,6 +60,7 @@ class StatusMenuExporter {
   unsigned registration_ = 0;
   unsigned revision_ = 1;
   bool isOpen_ = false;
+  bool isRead_ = false;
 };
 
 }  // namespace platform

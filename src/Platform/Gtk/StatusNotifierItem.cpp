@@ -154,7 +154,9 @@ void StatusNotifierItem::setHasTray(bool hasTray) {
 }
 
 void StatusNotifierItem::onWatcherAppeared(GDBusConnection*, const char*, const char*, gpointer self) {
-  static_cast<StatusNotifierItem*>(self)->registerWithWatcher();
+  auto* item = static_cast<StatusNotifierItem*>(self);
+  item->menuExporter_.forgetReader();
+  item->registerWithWatcher();
 }
 
 void StatusNotifierItem::onWatcherVanished(GDBusConnection*, const char*, gpointer self) {
@@ -237,6 +239,9 @@ void StatusNotifierItem::onMethodCall(GDBusConnection*, const char*, const char*
   g_variant_get(parameters, "(ii)", &x, &y);
   g_dbus_method_invocation_return_value(invocation, nullptr);
   item->lastClick_ = {static_cast<double>(x), static_cast<double>(y)};
+  if (item->pixelOfClick) item->lastClick_ = item->pixelOfClick(item->lastClick_);
+  if (name == "ContextMenu" && !item->menuExporter_.isRead() && item->preparedMenu_ && item->showMenu)
+    item->showMenu(item->preparedMenu_, item->menuExporter_);
   if (name != "Activate") return;
   if (item->shouldIgnoreClick && item->shouldIgnoreClick()) return;
   item->send(NSEvent::EventType::leftMouseUp, item->lastClick_);

@@ -37,6 +37,10 @@ class StatusNotifierItem : public NSStatusItem {
   bool hasTray() const noexcept { return hasTray_; }
   /// Where the last click was, in device pixels of the root window; (0, 0) if the panel didn't say.
   NSPoint lastClick() const noexcept { return lastClick_; }
+  /// Shows the menu where the panel doesn't: one that reads no menus but tells of right clicks.
+  std::function<void(std::shared_ptr<NSMenu> menu, StatusMenuExporter& exporter)> showMenu;
+  /// Makes device pixels of what the panel told of a click.
+  std::function<NSPoint(NSPoint told)> pixelOfClick;
   /// Asked before a click is passed on; true swallows it.
   std::function<bool()> shouldIgnoreClick;
 

@@ -44,6 +44,10 @@ WebEngine::WebEngine(PopoverWindow& (*popoverOfProgram)())
     : popover_(popoverOfProgram),
       permissions_(ProgramFolders::userData() / "site-permissions.json"),
       context_(GObjectPtr<WebKitWebContext>::adopt(webkit_web_context_new())) {
+  // The engine's sandbox looks for the compositor's socket in the user's runtime folder only, and without it
+  // the engine ends the program.
+  if (const char* socket = std::getenv("WAYLAND_DISPLAY"); socket != nullptr && *socket == '/')
+    webkit_web_context_add_path_to_sandbox(context_.get(), socket, TRUE);
   GList* allowed = nullptr;
   GList* refused = nullptr;
   for (const auto& [key, isAllowed] : permissions_.all()) {

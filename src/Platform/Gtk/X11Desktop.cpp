@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <string>
 
 #include <X11/XKBlib.h>
 #include <X11/Xatom.h>
@@ -69,6 +70,28 @@ void sendToRoot(GtkWindow* window, const char* message, std::array<long, 5> data
              SubstructureRedirectMask | SubstructureNotifyMask, &event);
 }
 
+PixelRect rectAt(const std::vector<unsigned long>& values, std::size_t index) {
+  return {static_cast<int>(values[index]), static_cast<int>(values[index + 1]),
+          static_cast<int>(values[index + 2]), static_cast<int>(values[index + 3])};
+}
+
+/// The areas that the window manager leaves to windows on the desktop that is on show.
+std::vector<PixelRect> workAreasToldByManager(bool hasStruts, std::size_t countOfMonitors) {
+  const auto root = DefaultRootWindow(xDisplay());
+  const auto current = readProperty(xDisplay(), root, atom("_NET_CURRENT_DESKTOP"), XA_CARDINAL);
+  const std::size_t desktop = current.empty() ? 0 : current.front();
+  std::vector<PixelRect> areas;
+  // One for each monitor, from window managers whose panels are no windows.
+  const auto ofMonitors = readProperty(
+      xDisplay(), root, atom(("_GTK_WORKAREAS_D" + std::to_string(desktop)).c_str()), XA_CARDINAL);
+  for (std::size_t i = 0; i + 3 < ofMonitors.size(); i += 4) areas.push_back(rectAt(ofMonitors, i));
+  // One rectangle for all monitors says little; it has to serve where nothing better does.
+  if (!areas.empty() || hasStruts || countOfMonitors != 1) return areas;
+  const auto ofDesktops = readProperty(xDisplay(), root, atom("_NET_WORKAREA"), XA_CARDINAL);
+  if (ofDesktops.size() >= 4 * (desktop + 1)) areas.push_back(rectAt(ofDesktops, 4 * desktop));
+  return areas;
+}
+
 /// True if X gave the identifier to GDK's own connection.
 bool isOwn(Window window) {
   const auto* setup = xcb_get_setup(XGetXCBConnection(xDisplay()));
@@ -125,6 +148,14 @@ std::vector<Strut> X11Desktop::struts() {
                        static_cast<int>(values[4 + 2 * edge]), static_cast<int>(values[5 + 2 * edge])});
     }
   }
+  std::size_t primary = 0;
+  const auto all = monitors(primary);
+  if (all.empty()) return found;
+  for (const auto& area : workAreasToldByManager(!found.empty(), all.size())) {
+    const auto& monitor = all[monitorAt({area.x + area.width / 2, area.y + area.height / 2}, all)];
+    const auto around = strutsAround(area, monitor, desktopOf(all));
+    found.insert(found.end(), around.begin(), around.end());
+  }
   return found;
 }
 
@@ -145,6 +176,13 @@ void X11Desktop::setSkipsTaskbar(GtkWindow* window, bool skips) {
   gdk_x11_surface_set_skip_taskbar_hint(surfaceOf(window), skips);
   gdk_x11_surface_set_skip_pager_hint(surfaceOf(window), skips);
   G_GNUC_END_IGNORE_DEPRECATIONS
+}
+
+void X11Desktop::setIsDialog(GtkWindow* window, bool isDialog) {
+  auto type = atom(isDialog ? "_NET_WM_WINDOW_TYPE_DIALOG" : "_NET_WM_WINDOW_TYPE_NORMAL");
+  constexpr int bits = 32;
+  XChangeProperty(xDisplay(), xid(window), atom("_NET_WM_WINDOW_TYPE"), XA_ATOM, bits, PropModeReplace,
+                  reinterpret_cast<unsigned char*>(&type), 1);
 }
 
 void X11Desktop::setPositionHint(GtkWindow* window, PixelPoint position) {
@@ -213,11 +251,12 @@ bool X11Desktop::isActiveWindowOurs() {
   return !active.empty() && active.front() != None && isOwn(active.front());
 }
 
-struct X11PressWatcher::Connection {
+struct X11Watcher::Connection {
   Display* display = nullptr;
   int inputOpcode = 0;
+  Atom activeWindow = None;
   guint source = 0;
-  std::function<void(bool)> onPress;
+  Events events;
 
   ~Connection() {
     if (source != 0) g_source_remove(source);
@@ -240,6 +279,7 @@ struct X11PressWatcher::Connection {
 
   void drain() {
     bool pressed = false;
+    bool changed = false;
     while (XPending(display) > 0) {
       XEvent event;
       XNextEvent(display, &event);
@@ -247,19 +287,18 @@ struct X11PressWatcher::Connection {
           event.xcookie.evtype == XI_RawButtonPress) {
         pressed = true;
       }
+      changed = changed || (event.type == PropertyNotify && event.xproperty.atom == activeWindow);
     }
-    if (pressed) {
-      const bool isOver = isPointerOverOwnWindow();
-      // A copy: being told may end this watcher.
-      const auto tell = onPress;
-      tell(isOver);
-    }
+    // A copy: being told may end this watcher.
+    const auto tell = events;
+    const bool isOver = pressed && isPointerOverOwnWindow();
+    if (changed) tell.activeWindowChanged(X11Desktop::isActiveWindowOurs());
+    if (pressed) tell.pressed(isOver);
   }
 };
 
-X11PressWatcher::X11PressWatcher(std::function<void(bool)> onPress)
-    : connection_(std::make_unique<Connection>()) {
-  connection_->onPress = std::move(onPress);
+X11Watcher::X11Watcher(Events events) : connection_(std::make_unique<Connection>()) {
+  connection_->events = std::move(events);
   connection_->display = XOpenDisplay(gdk_display_get_name(gdkDisplay()));
   if (connection_->display == nullptr) return;
   int event = 0;
@@ -274,6 +313,8 @@ X11PressWatcher::X11PressWatcher(std::function<void(bool)> onPress)
   XISetMask(bits.data(), XI_RawButtonPress);
   XIEventMask mask = {XIAllMasterDevices, static_cast<int>(bits.size()), bits.data()};
   XISelectEvents(connection_->display, DefaultRootWindow(connection_->display), &mask, 1);
+  connection_->activeWindow = XInternAtom(connection_->display, "_NET_ACTIVE_WINDOW", False);
+  XSelectInput(connection_->display, DefaultRootWindow(connection_->display), PropertyChangeMask);
   XFlush(connection_->display);
   connection_->source = g_unix_fd_add(
       ConnectionNumber(connection_->display), G_IO_IN,
@@ -284,6 +325,6 @@ X11PressWatcher::X11PressWatcher(std::function<void(bool)> onPress)
       connection_.get());
 }
 
-X11PressWatcher::~X11PressWatcher() = default;
+X11Watcher::~X11Watcher() = default;
 
 }  // namespace platform

@@ -20,12 +20,16 @@ class X11Desktop {
 
   /// In device pixels; the index of the primary one goes to `primary`.
   static std::vector<PixelRect> monitors(std::size_t& primary);
+  /// What panels keep clear, and what the window manager keeps clear for panels of its own.
   static std::vector<Strut> struts();
   static PixelPoint pointer();
   static int scale();
 
   /// Keeps a realized window out of task bars and pagers, or lets it in.
   static void setSkipsTaskbar(GtkWindow* window, bool skips);
+  /// Makes a realized window a dialogue, or an ordinary one: window managers that tile windows leave
+  /// dialogues alone.
+  static void setIsDialog(GtkWindow* window, bool isDialog);
   /// Asks for a place, before the window is mapped: window managers read this instead of choosing their own.
   static void setPositionHint(GtkWindow* window, PixelPoint position);
   static void move(GtkWindow* window, PixelPoint position);
@@ -47,15 +51,20 @@ class X11Desktop {
   static bool isActiveWindowOurs();
 };
 
-/// Hears of every press of a pointer button anywhere, for as long as it lives, without taking anything away
-/// from anybody. Only made while it is needed.
-class X11PressWatcher {
+/// Hears of every press of a pointer button anywhere, and of every change of the active window, for as long
+/// as it lives, without taking anything away from anybody. Only made while it is needed.
+class X11Watcher {
  public:
-  /// `onPress` is told whether the pointer was over a window of this process.
-  explicit X11PressWatcher(std::function<void(bool isOverOwnWindow)> onPress);
-  ~X11PressWatcher();
-  X11PressWatcher(const X11PressWatcher&) = delete;
-  X11PressWatcher& operator=(const X11PressWatcher&) = delete;
+  struct Events {
+    std::function<void(bool isOverOwnWindow)> pressed;
+    /// The window manager has named another active window, one of this process or not.
+    std::function<void(bool isOurs)> activeWindowChanged;
+  };
+
+  explicit X11Watcher(Events events);
+  ~X11Watcher();
+  X11Watcher(const X11Watcher&) = delete;
+  X11Watcher& operator=(const X11Watcher&) = delete;
 
  private:
   struct Connection;

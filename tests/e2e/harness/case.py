@@ -33,10 +33,18 @@ class VelkinTestCase(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.services = sharedServices()
-        cls.session = Session(cls.panel, cls.screen)
+        cls.session = cls.makeSession()
         cls.addClassCleanup(cls.session.stop)
-        cls.desktop = Desktop(cls.session)
+        cls.desktop = cls.makeDesktop()
         cls._homes = itertools.count(1)
+
+    @classmethod
+    def makeSession(cls):
+        return Session(cls.panel, cls.screen)
+
+    @classmethod
+    def makeDesktop(cls):
+        return Desktop(cls.session)
 
     def setUp(self):
         self.services.clear()

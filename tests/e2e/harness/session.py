@@ -10,12 +10,12 @@ from .paths import SESSION
 class Session:
     """Lives from construction to stop(). `environment` is what a program needs to run in it."""
 
-    def __init__(self, panel="top", screen="1280x900"):
+    def __init__(self, panel="top", screen="1280x900", desktop="x11"):
         self.panelPosition = panel
         self.width, self.height = (int(part) for part in screen.split("x"))
         # The command only tells its environment; the session ends when its standard input does.
         self._process = subprocess.Popen(
-            [SESSION / "tray-session", "--panel", panel, "--screen", screen, "--",
+            [SESSION / "tray-session", "--desktop", desktop, "--panel", panel, "--screen", screen, "--",
              "sh", "-c", r"env -0; printf 'READY\0'; exec cat >/dev/null"],
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, start_new_session=True)
         self.environment = self._readEnvironment()

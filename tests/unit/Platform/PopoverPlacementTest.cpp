@@ -79,5 +79,28 @@ TEST(PopoverPlacementTest, AnOrdinaryWindowStandsInTheMiddle) {
   EXPECT_EQ(placeInMiddle(600, 600, oneMonitor, topPanel), (PixelRect{340, 164, 600, 600}));
 }
 
+TEST(PopoverPlacementTest, WhatAWindowManagerLeavesToWindowsIsKeptLikeStruts) {
+  const std::array area = {PixelRect{0, 32, 1280, 868}};
+  const auto struts = strutsAround(area[0], oneMonitor[0], oneMonitor[0]);
+  EXPECT_EQ(workArea(oneMonitor[0], struts, oneMonitor[0]), area[0]);
+  EXPECT_TRUE(strutsAround(oneMonitor[0], oneMonitor[0], oneMonitor[0]).empty());
+}
+
+TEST(PopoverPlacementTest, AnAreaOfOneMonitorLeavesTheOtherAlone) {
+  const PixelRect desktop{0, 0, 3200, 1080};
+  const std::array areas = {PixelRect{60, 0, 1200, 860}, PixelRect{1350, 30, 1800, 1000}};
+  for (std::size_t i = 0; i < areas.size(); ++i) {
+    const auto struts = strutsAround(areas[i], twoMonitors[i], desktop);
+    EXPECT_EQ(workArea(twoMonitors[i], struts, desktop), areas[i]) << i;
+    EXPECT_EQ(workArea(twoMonitors[1 - i], struts, desktop), twoMonitors[1 - i]) << i;
+  }
+}
+
+TEST(PopoverPlacementTest, AClickThatIsToldInPointsIsFoundByThePointer) {
+  EXPECT_EQ(pixelOfClick({1266, 14}, {2531, 29}, 2), (PixelPoint{2532, 28}));
+  EXPECT_EQ(pixelOfClick({2531, 29}, {2531, 29}, 2), (PixelPoint{2531, 29}));
+  EXPECT_EQ(pixelOfClick({1266, 14}, {40, 700}, 1), (PixelPoint{1266, 14}));
+}
+
 }  // namespace
 }  // namespace platform

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Platform/NSMenu.h"
+
+#include <functional>
+#include <memory>
+
+#include <gtk/gtk.h>
+
+namespace platform {
+
+/// The icon's menu as a window of ours, for panels that only tell of the right click and draw no menus. It
+/// closes by a choice, by Esc and by going elsewhere. Main thread.
+class StatusMenuWindow {
+ public:
+  struct Events {
+    /// The number of the chosen item, from 0; the window is gone by then.
+    std::function<void(std::size_t item)> chosen;
+    /// It was closed without a choice.
+    std::function<void()> closed;
+  };
+
+  StatusMenuWindow(std::shared_ptr<NSMenu> menu, Events events);
+  ~StatusMenuWindow();
+  StatusMenuWindow(const StatusMenuWindow&) = delete;
+  StatusMenuWindow& operator=(const StatusMenuWindow&) = delete;
+
+  void show();
+  void close();
+  bool isShown() const noexcept { return window_ != nullptr; }
+  /// nullptr while it isn't shown.
+  GtkWindow* window() const noexcept { return window_; }
+
+ private:
+  GtkWidget* row(std::size_t number);
+  void takeDown();
+
+  std::shared_ptr<NSMenu> menu_;
+  Events events_;
+  GtkWindow* window_ = nullptr;
+};
+
+}  // namespace platform

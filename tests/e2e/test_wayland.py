@@ -1,0 +1,182 @@
+"""In a Wayland session, without an X server and with one: the icon, the popover, its keys and the search bar."""
+import os
+import re
+import signal
+import unittest
+
+from harness import waitFor
+from harness.paths import ARTEFACTS
+from harness.velkin import Home, Velkin
+from harness.wayland import WaylandSession, WaylandTestCase
+
+# What the toolkit says in the program's own process.
+COMPLAINT = re.compile(r"\((?:velkin|com\.tarnvale\.Velkin)[^:]*:\d+\): \S+-(?:CRITICAL|WARNING|ERROR) .*")
+
+
+class Common:
+    """What holds whether Velkin is a program of the compositor's or of the X server in its session."""
+
+    def tearDown(self):
+        self.assertEqual(COMPLAINT.findall(self.errors.read_text(errors="replace")), [])
+
+    def focusElsewhere(self):
+        """Another program's window, with the keyboard; it takes the room that the panel leaves."""
+        terminal = self.desktop.openTerminal()
+        self.addCleanup(terminal.wait)
+        self.addCleanup(terminal.kill)
+        window = waitFor("the other window", lambda: self.desktop.windows(title="A terminal"), 10)[0]
+        self.waitForKeyboard(window)
+        return window
+
+    def waitForKeyboard(self, window):
+        waitFor(f"{window} to have the keyboard", lambda: self.desktop.activeWindow() == window.id, 10,
+                lambda: self.desktop.activeWindow())
+
+    def perform(self, action):
+        """As a key that the desktop binds to the command."""
+        self.session.output("gapplication", "action", "com.tarnvale.Velkin", action)
+
+    def writeInThePage(self, page, window, text, whole=None):
+        if not page.ask("document.activeElement.id") == "text":
+            self.clickInPage(page, window, "text")
+        waitFor("the page to have the keyboard", lambda: page.ask("document.hasFocus()"), 10)
+        self.desktop.type(text)
+        waitFor("the text", lambda: page.ask("document.getElementById('text').value") == (whole or text), 10,
+                lambda: page.ask("document.getElementById('text').value"))
+
+    def testTheIconOpensThePopoverAndAClickElsewhereClosesIt(self):
+        velkin = self.startOnChat()
+        self.focusElsewhere()
+        window = self.openPopover(velkin)
+        self.assertEqual((window.width, window.height), (600, 600), "it was tiled")
+        self.assertEqual(window.wmClass, self.wmClass, "no desktop knows whose window this is")
+        self.waitForKeyboard(window)
+        page = self.chat.page()
+        self.writeInThePage(page, window, "Hello there 42")
+        self.assertGreater(self.desktop.coloursIn(window), 10, "the popover is on show and empty")
+        self.desktop.click(20, self.session.height // 2)
+        self.waitForClosed()
+        window = self.openPopover(velkin)
+        self.assertEqual((window.width, window.height), (600, 600))
+        velkin.clickIcon(self.desktop)
+        self.waitForClosed()
+        self.assertEqual(len(self.chat.loads()), 1)
+
+    def testTheSearchBarOpensByItsCommandAndTakesTheKeyboard(self):
+        self.startOnChat()
+        terminal = self.focusElsewhere()
+        self.perform("toggle-search")
+        panel = waitFor("the panel", self.desktop.windows, 10)[0]
+        self.assertEqual(panel.width, 720)
+        self.waitForKeyboard(panel)
+        self.desktop.key("Escape")
+        waitFor("the panel to close", lambda: not self.desktop.windows(), 10, self.describeWindows)
+        self.waitForKeyboard(terminal)
+
+
+class Wayland(Common, WaylandTestCase):
+    wmClass = "com.tarnvale.Velkin"
+
+    def testKeysReachTheProgramBeforeThePage(self):
+        velkin = self.startOnChat(hemingwayEnabled=True)
+        window = self.openPopover(velkin)
+        page = self.chat.page()
+        self.writeInThePage(page, window, "one")
+        self.desktop.key("ctrl+f")
+        waitFor("the find bar", lambda: page.ask("innerHeight") < 558, 10)
+        self.desktop.type("paragraph")
+        self.desktop.key("Escape")
+        waitFor("the find bar to go", lambda: page.ask("innerHeight") == 558, 10)
+        self.assertEqual(page.ask("document.getElementById('text').value"), "one")
+        self.assertEqual([key for key in page.all("key") if key["key"] == "f"], [])
+        self.desktop.key("ctrl+j")
+        waitFor("jira's page", lambda: self.services.jira.loads(), 20)
+        self.desktop.key("Escape")
+        self.waitForClosed()
+
+    def testItStaysWithinTheScreenWhateverItsSize(self):
+        velkin = self.startOnChat()
+        window = self.openPopover(velkin)
+        page = self.chat.page()
+        self.writeInThePage(page, window, "a")
+        # The Super key is held on, as by a person who looks for the right size.
+        self.desktop.hold("ctrl", "super")
+        self.desktop.key("Down", "Left")
+        self.desktop.release("super", "ctrl")
+        window = self.waitForSize(980, 900)
+        self.assertEqual((window.x, window.y), (150, 0))
+        self.writeInThePage(page, window, "b", "ab")
+
+    def testFullSizeTakesTheRoomThatThePanelLeaves(self):
+        velkin = self.startOnChat()
+        self.openPopover(velkin)
+        page = self.chat.page()
+        bar = self.session.iconPosition()[1] * 2
+        self.desktop.key("ctrl+super+f")
+        waitFor("the full size", lambda: self.popover() and self.popover().width > 1200, 10, self.describeWindows)
+        window = self.waitForPopover()
+        self.assertGreaterEqual(window.y, bar)
+        self.assertLessEqual(window.bottom, self.session.height)
+        self.writeInThePage(page, window, "a")
+        self.desktop.key("ctrl+super+f")
+        window = self.waitForSize(600, 600)
+        self.writeInThePage(page, window, "b", "ab")
+
+    def testAPanelWithoutMenusOfItsOwnLetsTheProgramShowIts(self):
+        velkin = self.startOnChat()
+        for key, title in (("Escape", None), ("Return", "About")):
+            velkin.clickIcon(self.desktop, 3)
+            menu = waitFor("the menu", lambda: self.desktop.windows(title="Menu"), 10)[0]
+            self.waitForKeyboard(menu)
+            self.assertGreater(self.desktop.coloursIn(menu), 10, "the menu is empty")
+            self.desktop.picture(self.artefact("menu.png"))
+            self.desktop.key(key)
+            waitFor("the menu to go", lambda: not self.desktop.windows(title="Menu"), 10)
+            if title:
+                waitFor("the panel that was chosen", lambda: self.desktop.windows(title=title), 10)
+        self.assertEqual(velkin.errorText().count("Right click!"), 2)
+
+    def testTheCompositorsSocketMayBeAnywhere(self):
+        self.home.settled()
+        velkin = self.start(environment={"WAYLAND_DISPLAY": str(self.session.folder / "sway" / "wayland-1")})
+        self.openPopover(velkin)
+        self.chat.page()
+
+    def waitForSize(self, width, height):
+        waitFor(f"the popover to be of {width}x{height}",
+                lambda: self.popover() and (self.popover().width, self.popover().height) == (width, height), 10,
+                self.describeWindows)
+        return self.waitForPopover()
+
+    def testWhatTheDesktopDoesNotOfferIsTold(self):
+        velkin = self.startOnChat()
+        waitFor("the log to say so", lambda: "There are no global shortcuts" in velkin.errorText(), 10)
+        self.perform("toggle-popover")
+        self.waitForKeyboard(self.waitForPopover())
+        self.perform("toggle-popover")
+        self.waitForClosed()
+        self.clickMenuItem(velkin, "Shortcuts")
+        waitFor("the panel", lambda: self.desktop.windows(title="Shortcuts"), 10)
+
+
+class XWithinWayland(Common, WaylandTestCase):
+    """The X server knows of its own windows only, and not where the pointer is elsewhere."""
+
+    hasX11 = True
+    wmClass = "velkin"
+
+
+class EndOfTheSession(unittest.TestCase):
+    def testTheProgramEndsWithTheCompositor(self):
+        log = ARTEFACTS / "EndOfTheSession.log"
+        log.unlink(missing_ok=True)
+        session = WaylandSession()
+        self.addCleanup(session.stop)
+        home = Home(session.folder / "home-1")
+        home.settled()
+        velkin = Velkin(session, home, log)
+        self.addCleanup(velkin.end)
+        velkin.waitForIcon()
+        os.kill(int((session.folder / "sway.pid").read_text()), signal.SIGKILL)
+        self.assertEqual(velkin.waitForEnd(), 1, velkin.errorText())
+        self.assertTrue(home.readSettings()["onboardingCompleted"])
