@@ -1,5 +1,6 @@
 """Opening and closing the popover by real clicks, and the page in it."""
 from harness import VelkinTestCase, waitFor
+from harness.session import Session
 from harness.waiting import settle
 
 # The desktop browser that the chat services are told they serve.
@@ -42,6 +43,25 @@ class PanelAtTheTop(Placed, VelkinTestCase):
 
 class PanelAtTheBottom(Placed, VelkinTestCase):
     panel = "bottom"
+
+
+class AtTwiceTheScale(VelkinTestCase):
+    """The panel counts in points, and says so of clicks; X counts in pixels."""
+
+    screen = "2560x1800"
+
+    @classmethod
+    def makeSession(cls):
+        return Session(cls.panel, cls.screen, environment={"GDK_SCALE": "2"})
+
+    def testItStandsAtTheIconWithTwiceThePixels(self):
+        velkin = self.startOnChat()
+        window = self.openPopover(velkin)
+        _, top, right, _ = self.desktop.workArea()
+        self.assertEqual((window.width, window.height), (1200, 1200))
+        self.assertEqual((window.right, window.y), (right, top))
+        page = self.chat.page()
+        self.assertEqual(page.ask("[innerWidth, devicePixelRatio]"), [600, 2])
 
 
 class Popover(VelkinTestCase):

@@ -93,6 +93,15 @@ void PopoverWindow::ensureWindow() {
   watchKeys(window_);
   content_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
   gtk_window_set_child(window_, toasts_.wrap(content_));
+  g_signal_connect(window_, "realize", G_CALLBACK(+[](GtkWidget* window, gpointer self) {
+                     if (!X11Desktop::isAvailable()) return;
+                     g_signal_connect(gtk_native_get_surface(GTK_NATIVE(window)), "layout",
+                                      G_CALLBACK(+[](GdkSurface*, int width, int height, gpointer popover) {
+                                        static_cast<PopoverWindow*>(popover)->onLaidOut(width, height);
+                                      }),
+                                      self);
+                   }),
+                   this);
   g_signal_connect_swapped(window_, "map", G_CALLBACK(+[](PopoverWindow* self) { self->onMapped(); }), this);
   g_signal_connect_swapped(window_, "notify::is-active",
                            G_CALLBACK(+[](PopoverWindow* self) { self->onActiveChanged(); }), this);
@@ -151,7 +160,17 @@ void PopoverWindow::place(bool beforeMap) {
     X11Desktop::setPositionHint(window_, {rect.x, rect.y});
   } else {
     X11Desktop::move(window_, {rect.x, rect.y});
+    movesAtSize_ = {rect.width / scale, rect.height / scale};
   }
+}
+
+void PopoverWindow::onLaidOut(int width, int height) {
+  // Some window managers keep a window on the screen, and move one that isn't as small yet as it was told to
+  // be.
+  if (!isShown_ || movesAtSize_ != std::pair{width, height}) return;
+  movesAtSize_.reset();
+  const auto rect = wantedPlace();
+  X11Desktop::move(window_, {rect.x, rect.y});
 }
 
 void PopoverWindow::placeAnew() {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include <gtk/gtk.h>
 
@@ -59,6 +60,7 @@ class PopoverWindow : public NSPopover {
   void resizeHidden();
   PixelRect wantedPlace() const;
   void onMapped();
+  void onLaidOut(int width, int height);
   void onPressed(bool isOverOwnWindow);
   void onActiveChanged();
   void onActiveWindowNamed(bool isOurs);
@@ -90,6 +92,8 @@ class PopoverWindow : public NSPopover {
   /// It was put on the screen anew, and the keyboard hasn't come back to it yet.
   bool awaitsKeyboard_ = false;
   bool resizesWhenHidden_ = false;
+  /// The size, in points, at which the window is moved once more to its place.
+  std::optional<std::pair<int, int>> movesAtSize_;
   int pins_ = 0;
 };
 

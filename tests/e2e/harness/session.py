@@ -10,14 +10,15 @@ from .paths import SESSION
 class Session:
     """Lives from construction to stop(). `environment` is what a program needs to run in it."""
 
-    def __init__(self, panel="top", screen="1280x900", desktop="x11"):
+    def __init__(self, panel="top", screen="1280x900", desktop="x11", environment=None):
         self.panelPosition = panel
         self.width, self.height = (int(part) for part in screen.split("x"))
         # The command only tells its environment; the session ends when its standard input does.
         self._process = subprocess.Popen(
             [SESSION / "tray-session", "--desktop", desktop, "--panel", panel, "--screen", screen, "--",
              "sh", "-c", r"env -0; printf 'READY\0'; exec cat >/dev/null"],
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, start_new_session=True)
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, start_new_session=True,
+            env=dict(os.environ, **(environment or {})))
         self.environment = self._readEnvironment()
         self.folder = pathlib.Path(self.environment["VELKIN_SESSION"])
 
