@@ -81,6 +81,61 @@ class Tray(VelkinTestCase):
         settle(1)
         self.assertIsNotNone(self.popover(), "the popover closed with the menu")
 
+    def menuWindow(self):
+        found = self.desktop.windows(title="Velkin - Menu")
+        return found[0] if found else None
+
+    def openMenuByKey(self):
+        self.desktop.key("ctrl+comma")
+        menu = waitFor("the menu", self.menuWindow, 10, describe=self.describeWindows)
+        waitFor("the menu to have the keyboard", lambda: self.desktop.activeWindow() == menu.id, 10)
+        return menu
+
+    def testTheMenusKeyPutsItUpAndTakesItDown(self):
+        velkin = self.startOnChat()
+        popover = self.openPopover(velkin)
+        self.chat.page()
+        # The page's header is of one colour, and the menu covers its end.
+        inHeader = popover.right - 60, popover.y + 60
+        waitFor("the page's header", lambda: self.desktop.colourAt(*inHeader) != (255, 255, 255), 10)
+        settle(0.5)
+        header = self.desktop.colourAt(*inHeader)
+        for key in ("ctrl+comma", "Escape"):
+            menu = self.openMenuByKey()
+            settle(0.5)
+            self.desktop.picture(self.artefact("menu.png"))
+            self.assertNotEqual(self.desktop.colourAt(*inHeader), header, "the popover stands before the menu")
+            left, top, right, bottom = self.desktop.workArea()
+            self.assertTrue(left <= menu.x and menu.right <= right and top <= menu.y and menu.bottom <= bottom,
+                            str(menu))
+            self.assertLess(abs(menu.centre[0] - self.session.iconPosition()[0]), menu.width, str(menu))
+            self.desktop.key(key)
+            waitFor("the menu to go", lambda: not self.menuWindow(), 10, describe=self.describeWindows)
+            waitFor("the popover to have the keyboard", lambda: self.desktop.activeWindow() == popover.id, 10)
+
+    def testAnItemOfTheMenuThatAKeyPutUp(self):
+        velkin = self.startOnChat()
+        popover = self.openPopover(velkin)
+        page = self.chat.page()
+        height = page.ask("innerHeight")
+        self.openMenuByKey()
+        # About, Shortcuts, Make Menu Sticky, Show Toolbar: the version can't be chosen.
+        self.desktop.key("Down", "Down", "Down", "Return")
+        waitFor("the toolbar to go", lambda: page.ask("innerHeight") > height, 10)
+        self.assertIsNone(self.menuWindow())
+        self.assertFalse(self.home.readSettings()["showToolBar"])
+        waitFor("the popover to have the keyboard", lambda: self.desktop.activeWindow() == popover.id, 10)
+
+    def testTheMenusKeyAfterThePanelsMenuWasPutAway(self):
+        velkin = self.startOnChat()
+        self.openPopover(velkin)
+        self.chat.page()
+        velkin.clickIcon(self.desktop, button=3)
+        settle(1)
+        self.desktop.key("Escape")
+        settle(0.5)
+        self.openMenuByKey()
+
 
 class NoTray(VelkinTestCase):
     panel = "none"

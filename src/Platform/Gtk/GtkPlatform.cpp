@@ -144,17 +144,7 @@ std::unique_ptr<NSStatusItem> GtkPlatform::makeStatusItem(double length) {
       StatusNotifierItem::Events{[this] { queue_.async([this] { startToolkit(); }); },
                                  [this](bool hasTray) { trayChanged(hasTray); }});
   statusItem_ = item.get();
-  statusItem_->showMenu = [this](std::shared_ptr<NSMenu> menu, StatusMenuExporter& exporter) {
-    whenToolkitReady([this, menu = std::move(menu), &exporter] {
-      if (!menuWindow_) {
-        menuWindow_ = std::make_unique<StatusMenuWindow>(
-            menu, StatusMenuWindow::Events{[&exporter](std::size_t chosen) { exporter.wasChosen(chosen); },
-                                           [&exporter] { exporter.wasClosed(); }});
-      }
-      if (!menuWindow_->isShown()) exporter.willBeShown();
-      menuWindow_->show();
-    });
-  };
+  statusItem_->whenToolkitReady = [this](std::function<void()> work) { whenToolkitReady(std::move(work)); };
   statusItem_->pixelOfClick = [this](NSPoint told) -> NSPoint {
     // In a Wayland session X doesn't know where the pointer is.
     if (!isToolkitRunning_ || !X11Desktop::isAvailable() || isWaylandSession()) return told;

@@ -6,7 +6,6 @@
 #include "Platform/Gtk/GtkMainQueue.h"
 #include "Platform/Gtk/GtkPasteboard.h"
 #include "Platform/Gtk/HotKeyGrabs.h"
-#include "Platform/Gtk/StatusMenuWindow.h"
 #include "Platform/NSBundle.h"
 #include "Platform/Platform.h"
 
@@ -80,8 +79,6 @@ class GtkPlatform : public Platform {
   std::unique_ptr<GtkEventTarget> eventTarget_;
   std::vector<std::function<void()>> waitingForToolkit_;
   std::unique_ptr<Timer> trayTimer_;
-  /// Up as long as it is true.
-  std::unique_ptr<StatusMenuWindow> menuWindow_;
   GtkWidget* noTrayNotice_ = nullptr;
   StatusNotifierItem* statusItem_ = nullptr;
   PopoverWindow* popover_ = nullptr;

@@ -219,7 +219,9 @@ void StatusMenuExporter::aboutToShow(int id) {
   // Panels don't say when a menu closes; one that opens again must have been closed before.
   menuClosed();
   isOpen_ = true;
+  isBeingOpened_ = true;
   willOpen_();
+  isBeingOpened_ = false;
 }
 
 void StatusMenuExporter::menuClosed() {
@@ -237,9 +239,9 @@ void StatusMenuExporter::itemEvent(int id, const std::string& event) {
   const auto* row = item(id);
   if (row == nullptr || !row->isEnabled() || row->isHidden() || !row->action) return;
   // A copy, in a later turn: the action may change the menu or end the process, and the panel has its answer.
-  DispatchQueue::main().async([this, action = row->action] {
+  DispatchQueue::main().async([this, life = std::weak_ptr(life_), action = row->action] {
     action();
-    menuClosed();
+    if (!life.expired()) menuClosed();
   });
 }
 

@@ -29,9 +29,13 @@ class StatusMenuExporter {
   /// Another panel may be one that draws no menus.
   void forgetReader() noexcept { isRead_ = false; }
 
+  /// True while `willOpen` runs: the panel puts the menu up itself.
+  bool isBeingOpened() const noexcept { return isBeingOpened_; }
+
   // The panel's part, for who draws the menu in its place.
-  void willBeShown() { aboutToShow(0); }
+  void wasOpened() noexcept { isOpen_ = true; }
   void wasChosen(std::size_t number) { itemEvent(static_cast<int>(number) + 1, "clicked"); }
+  /// Does nothing if it isn't open.
   void wasClosed() { menuClosed(); }
 
  private:
@@ -60,7 +64,10 @@ class StatusMenuExporter {
   unsigned registration_ = 0;
   unsigned revision_ = 1;
   bool isOpen_ = false;
+  bool isBeingOpened_ = false;
   bool isRead_ = false;
+  /// Held by nobody else: what waits for a later turn sees by it whether the exporter still lives.
+  const std::shared_ptr<const char> life_ = std::make_shared<const char>();
 };
 
 }  // namespace platform

@@ -1,9 +1,12 @@
 #include "Platform/Gtk/StatusMenuWindow.h"
 
+#include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/X11Desktop.h"
 
+#include <cctype>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace platform {
 
@@ -24,6 +27,39 @@ const char* markOf(NSMenuItem::State state) {
   }
 }
 
+/// The keys that do the same, as the desktop writes them; empty if there are none.
+std::string keysOf(const NSMenuItem& item) {
+  if (item.keyEquivalent().empty()) return {};
+  const auto key = static_cast<unsigned char>(item.keyEquivalent().front());
+  const auto mask = item.keyEquivalentModifierMask();
+  unsigned modifiers = 0;
+  if ((mask & NSMenuItem::commandMask) != 0) modifiers |= GDK_CONTROL_MASK;
+  if ((mask & NSMenuItem::optionMask) != 0) modifiers |= GDK_ALT_MASK;
+  if ((mask & NSMenuItem::controlMask) != 0) modifiers |= GDK_SUPER_MASK;
+  if ((mask & NSMenuItem::shiftMask) != 0 || std::isupper(key) != 0) modifiers |= GDK_SHIFT_MASK;
+  const GStringPtr label(
+      gtk_accelerator_get_label(gdk_unicode_to_keyval(static_cast<unsigned>(std::tolower(key))),
+                                static_cast<GdkModifierType>(modifiers)));
+  return label.get();
+}
+
+GtkWidget* text(const char* content) {
+  GtkWidget* label = gtk_label_new(content);
+  // A button's text is bold, a menu's isn't.
+  gtk_widget_add_css_class(label, "body");
+  return label;
+}
+
+/// The program's window that has the keyboard; nullptr if none has.
+GtkWindow* activeWindow() {
+  GListModel* all = gtk_window_get_toplevels();
+  for (guint i = 0; i < g_list_model_get_n_items(all); ++i) {
+    const auto window = GObjectPtr<GtkWindow>::adopt(static_cast<GtkWindow*>(g_list_model_get_item(all, i)));
+    if (gtk_window_is_active(window.get())) return window.get();
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 StatusMenuWindow::StatusMenuWindow(std::shared_ptr<NSMenu> menu, Events events)
@@ -35,10 +71,17 @@ GtkWidget* StatusMenuWindow::row(std::size_t number) {
   const auto& item = *menu_->items()[number];
   if (item.isSeparatorItem()) return gtk_separator_new(GTK_ORIENTATION_HORIZONTAL);
   GtkWidget* line = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, margin);
-  GtkWidget* mark = gtk_label_new(markOf(item.state()));
+  GtkWidget* mark = text(markOf(item.state()));
   gtk_label_set_width_chars(GTK_LABEL(mark), 2);
   gtk_box_append(GTK_BOX(line), mark);
-  gtk_box_append(GTK_BOX(line), gtk_label_new(item.title().c_str()));
+  GtkWidget* title = text(item.title().c_str());
+  gtk_label_set_xalign(GTK_LABEL(title), 0);
+  gtk_widget_set_hexpand(title, TRUE);
+  gtk_box_append(GTK_BOX(line), title);
+  GtkWidget* keys = text(keysOf(item).c_str());
+  gtk_widget_add_css_class(keys, "dim-label");
+  gtk_widget_set_margin_start(keys, 2 * margin);
+  gtk_box_append(GTK_BOX(line), keys);
   GtkWidget* button = gtk_button_new();
   gtk_button_set_has_frame(GTK_BUTTON(button), FALSE);
   gtk_button_set_child(GTK_BUTTON(button), line);
@@ -54,15 +97,43 @@ GtkWidget* StatusMenuWindow::row(std::size_t number) {
   return button;
 }
 
-void StatusMenuWindow::show() {
-  if (window_ != nullptr) {
-    gtk_window_present(window_);
-    return;
+void StatusMenuWindow::moveTo(std::optional<PixelPoint> icon) {
+  if (!X11Desktop::isAvailable()) return;
+  std::size_t primary = 0;
+  const auto monitors = X11Desktop::monitors(primary);
+  if (monitors.empty()) return;
+  int width = 0;
+  int height = 0;
+  GtkWidget* rows = gtk_window_get_child(window_);
+  gtk_widget_measure(rows, GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &width, nullptr, nullptr);
+  gtk_widget_measure(rows, GTK_ORIENTATION_VERTICAL, width, nullptr, &height, nullptr, nullptr);
+  const int scale = X11Desktop::scale();
+  const auto rect = placeAtIcon(icon ? icon : X11Desktop::pointer(), width * scale, height * scale, monitors,
+                                X11Desktop::struts(), primary);
+  if (gtk_widget_get_mapped(GTK_WIDGET(window_)) != FALSE) {
+    X11Desktop::move(window_, {rect.x, rect.y});
+  } else {
+    X11Desktop::setPositionHint(window_, {rect.x, rect.y});
   }
+}
+
+bool StatusMenuWindow::keyPressed(guint key, GdkModifierType state) {
+  // The key that puts the menu up takes it down again.
+  const bool isOwnKey = key == GDK_KEY_comma && (state & GDK_CONTROL_MASK) != 0;
+  if (key != GDK_KEY_Escape && !isOwnKey) return false;
+  close();
+  return true;
+}
+
+void StatusMenuWindow::show(std::optional<PixelPoint> icon) {
+  GtkWindow* const below = activeWindow();
   window_ = GTK_WINDOW(gtk_window_new());
+  // The popover keeps itself above other windows, but for those that belong to it.
+  gtk_window_set_transient_for(window_, below);
   gtk_window_set_title(window_, "Velkin - Menu");
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_resizable(window_, FALSE);
+  for (const char* name : {"velkin-panel", "frameless"}) gtk_widget_add_css_class(GTK_WIDGET(window_), name);
   GtkWidget* rows = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
   for (const auto set : {gtk_widget_set_margin_start, gtk_widget_set_margin_end, gtk_widget_set_margin_top,
                          gtk_widget_set_margin_bottom}) {
@@ -73,14 +144,12 @@ void StatusMenuWindow::show() {
   }
   gtk_window_set_child(window_, rows);
   GtkEventController* keys = gtk_event_controller_key_new();
-  g_signal_connect(
-      keys, "key-pressed",
-      G_CALLBACK(+[](GtkEventControllerKey*, guint key, guint, GdkModifierType, gpointer self) -> gboolean {
-        if (key != GDK_KEY_Escape) return FALSE;
-        static_cast<StatusMenuWindow*>(self)->close();
-        return TRUE;
-      }),
-      this);
+  g_signal_connect(keys, "key-pressed",
+                   G_CALLBACK(+[](GtkEventControllerKey*, guint key, guint, GdkModifierType state,
+                                  gpointer self) -> gboolean {
+                     return static_cast<StatusMenuWindow*>(self)->keyPressed(key, state) ? TRUE : FALSE;
+                   }),
+                   this);
   gtk_widget_add_controller(GTK_WIDGET(window_), keys);
   g_signal_connect_swapped(window_, "notify::is-active", G_CALLBACK(+[](StatusMenuWindow* self) {
                              if (!gtk_window_is_active(self->window_)) self->close();
@@ -95,9 +164,14 @@ void StatusMenuWindow::show() {
   if (X11Desktop::isAvailable()) {
     X11Desktop::setIsDialog(window_, true);
     X11Desktop::setSkipsTaskbar(window_, true);
-    X11Desktop::setPositionHint(window_, X11Desktop::pointer());
+    moveTo(icon);
   }
   gtk_window_present(window_);
+  if (X11Desktop::isAvailable()) {
+    // Once more: window managers read the hint before the toolkit has rewritten it, or after.
+    moveTo(icon);
+    X11Desktop::keepAbove(window_);
+  }
 }
 
 void StatusMenuWindow::takeDown() {

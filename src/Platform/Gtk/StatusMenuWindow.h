@@ -1,16 +1,19 @@
 #pragma once
 
 #include "Platform/NSMenu.h"
+#include "Platform/PopoverPlacement.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include <gtk/gtk.h>
 
 namespace platform {
 
-/// The icon's menu as a window of ours, for panels that only tell of the right click and draw no menus. It
-/// closes by a choice, by Esc and by going elsewhere. Main thread.
+/// The icon's menu as a window of ours: for panels that only tell of the right click and draw no menus, and
+/// for who asks for it by a key. It closes by a choice, by Esc, by that key and by going elsewhere. Main
+/// thread.
 class StatusMenuWindow {
  public:
   struct Events {
@@ -25,7 +28,8 @@ class StatusMenuWindow {
   StatusMenuWindow(const StatusMenuWindow&) = delete;
   StatusMenuWindow& operator=(const StatusMenuWindow&) = delete;
 
-  void show();
+  /// At the icon, where that is known: in device pixels of the root window.
+  void show(std::optional<PixelPoint> icon);
   void close();
   bool isShown() const noexcept { return window_ != nullptr; }
   /// nullptr while it isn't shown.
@@ -33,6 +37,8 @@ class StatusMenuWindow {
 
  private:
   GtkWidget* row(std::size_t number);
+  bool keyPressed(guint key, GdkModifierType state);
+  void moveTo(std::optional<PixelPoint> icon);
   void takeDown();
 
   std::shared_ptr<NSMenu> menu_;

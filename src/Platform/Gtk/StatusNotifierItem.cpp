@@ -101,6 +101,13 @@ StatusNotifierItem::StatusNotifierItem(double length, GDBusConnection* connectio
                         preparedMenu()->delegate->menuDidClose(*preparedMenu());
                       }
                     }) {
+  // A key that reaches a window of ours tells what panels don't: their menu, which had the keyboard, is gone.
+  NSEvent::addLocalMonitorForEvents(
+      NSEvent::mask(NSEvent::EventType::keyDown),
+      [this, life = std::weak_ptr(life_)](const NSEvent& event) -> std::optional<NSEvent> {
+        if (!life.expired()) menuExporter_.wasClosed();
+        return event;
+      });
   if (connection_ == nullptr) {
     settle();
     return;
@@ -137,9 +144,23 @@ void StatusNotifierItem::prepareMenu(std::shared_ptr<NSMenu> statusMenu) {
   menuExporter_.setMenu(std::move(statusMenu));
 }
 
-// The panel puts the menu up by itself; only another menu than the prepared one is news to it.
 void StatusNotifierItem::popUpStatusItemMenu(std::shared_ptr<NSMenu> statusMenu) {
   prepareMenu(std::move(statusMenu));
+  // A panel that draws menus puts this one up by itself at a right click. It can't be asked for it at another
+  // occasion, and some panels draw none.
+  if (menuExporter_.isBeingOpened() || !whenToolkitReady) return;
+  menuExporter_.wasOpened();
+  whenToolkitReady([this] { showOwnMenu(); });
+}
+
+void StatusNotifierItem::showOwnMenu() {
+  if (!preparedMenu_) return;
+  menuWindow_ = std::make_unique<StatusMenuWindow>(
+      preparedMenu_, StatusMenuWindow::Events{[this](std::size_t item) { menuExporter_.wasChosen(item); },
+                                              [this] { menuExporter_.wasClosed(); }});
+  std::optional<PixelPoint> icon;
+  if (lastClick_ != NSPoint{}) icon = {static_cast<int>(lastClick_.x), static_cast<int>(lastClick_.y)};
+  menuWindow_->show(icon);
 }
 
 void StatusNotifierItem::settle() {
@@ -240,11 +261,20 @@ void StatusNotifierItem::onMethodCall(GDBusConnection*, const char*, const char*
   g_dbus_method_invocation_return_value(invocation, nullptr);
   item->lastClick_ = {static_cast<double>(x), static_cast<double>(y)};
   if (item->pixelOfClick) item->lastClick_ = item->pixelOfClick(item->lastClick_);
-  if (name == "ContextMenu" && !item->menuExporter_.isRead() && item->preparedMenu_ && item->showMenu)
-    item->showMenu(item->preparedMenu_, item->menuExporter_);
+  if (name == "ContextMenu") item->onContextMenu();
   if (name != "Activate") return;
   if (item->shouldIgnoreClick && item->shouldIgnoreClick()) return;
   item->send(NSEvent::EventType::leftMouseUp, item->lastClick_);
+}
+
+void StatusNotifierItem::onContextMenu() {
+  // A panel that has read the menu draws it.
+  if (menuExporter_.isRead()) return;
+  if (menuWindow_ && menuWindow_->isShown()) {
+    menuWindow_->close();
+  } else {
+    send(NSEvent::EventType::rightMouseUp, lastClick_);
+  }
 }
 
 GVariant* StatusNotifierItem::onGetProperty(GDBusConnection*, const char*, const char*, const char*,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Gtk/StatusMenuExporter.h"
+#include "Platform/Gtk/StatusMenuWindow.h"
 #include "Platform/NSEvent.h"
 #include "Platform/NSStatusItem.h"
 
@@ -37,8 +38,8 @@ class StatusNotifierItem : public NSStatusItem {
   bool hasTray() const noexcept { return hasTray_; }
   /// Where the last click was, in device pixels of the root window; (0, 0) if the panel didn't say.
   NSPoint lastClick() const noexcept { return lastClick_; }
-  /// Shows the menu where the panel doesn't: one that reads no menus but tells of right clicks.
-  std::function<void(std::shared_ptr<NSMenu> menu, StatusMenuExporter& exporter)> showMenu;
+  /// Runs the work when there may be windows; until it is set there is no menu but the panel's.
+  std::function<void(std::function<void()>)> whenToolkitReady;
   /// Makes device pixels of what the panel told of a click.
   std::function<NSPoint(NSPoint told)> pixelOfClick;
   /// Asked before a click is passed on; true swallows it.
@@ -65,6 +66,8 @@ class StatusNotifierItem : public NSStatusItem {
   void send(NSEvent::EventType type, NSPoint point);
   GVariant* property(const std::string& name) const;
   void iconChanged();
+  void onContextMenu();
+  void showOwnMenu();
 
   double length_;
   GDBusConnection* connection_;
@@ -72,6 +75,8 @@ class StatusNotifierItem : public NSStatusItem {
   std::unique_ptr<Button> button_;
   std::shared_ptr<NSMenu> preparedMenu_;
   StatusMenuExporter menuExporter_;
+  /// The last one that was shown.
+  std::unique_ptr<StatusMenuWindow> menuWindow_;
   GCancellable* cancellable_ = g_cancellable_new();
   std::string busName_;
   unsigned registration_ = 0;
@@ -81,6 +86,8 @@ class StatusNotifierItem : public NSStatusItem {
   bool hasTray_ = false;
   bool isSettled_ = false;
   NSPoint lastClick_;
+  /// Held by nobody else: its end tells the monitor of the item's.
+  const std::shared_ptr<const char> life_ = std::make_shared<const char>();
 };
 
 }  // namespace platform
