@@ -126,6 +126,7 @@ bool StatusMenuWindow::keyPressed(guint key, GdkModifierType state) {
 }
 
 void StatusMenuWindow::show(std::optional<PixelPoint> icon) {
+  takeDown();
   GtkWindow* const below = activeWindow();
   window_ = GTK_WINDOW(gtk_window_new());
   // The popover keeps itself above other windows, but for those that belong to it.
