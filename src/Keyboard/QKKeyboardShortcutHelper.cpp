@@ -377,8 +377,9 @@ bool QKKeyboardShortcutHelper::isCutCopyPaste(const NSEvent& event) {
 }
 
 bool QKKeyboardShortcutHelper::isUndoRedo(const NSEvent& event) const {
-  const auto characters = lowercased(platform::unwrap(event.charactersIgnoringModifiers));
-  if (characters != "z" || !(isCommandOnly() || isCommandShiftCombo())) return false;
+  const std::string_view characters = platform::unwrap(event.charactersIgnoringModifiers);
+  if (!isCommandOnly() && !isCommandShiftCombo()) return false;
+  if (lowercased(characters) != "z") return false;
   return NSApp().sendAction(didPressShift ? "redo:" : "undo:");
 }
 
