@@ -301,6 +301,13 @@ bool PopoverWindow::wasClosedByThisClick() const {
   return isClosedByLastPress_ || now() - closedByItselfAt_ < sameClickTime;
 }
 
+std::shared_ptr<void> PopoverWindow::keepOpen() {
+  pin();
+  return {nullptr, [this, alive = isAlive_](void*) {
+            if (*alive) unpin();
+          }};
+}
+
 void PopoverWindow::performClose() {
   if (isShown_ && pins_ == 0) hide();
 }

@@ -25,6 +25,9 @@ class WebEngine {
   static bool canSandbox(std::string& reason);
 
   WebKitNetworkSession* session(bool isPersistent);
+  /// For isolated pages: nothing is kept, and every way out ends at a proxy that isn't there, so that no name
+  /// is looked up either.
+  WebKitNetworkSession* sessionToNowhere();
   WebKitWebContext* context() { return context_.get(); }
   /// Settings of one view's own.
   GObjectPtr<WebKitSettings> makeSettings() const;
@@ -44,6 +47,7 @@ class WebEngine {
   GObjectPtr<WebKitWebContext> context_;
   GObjectPtr<WebKitNetworkSession> persistent_;
   GObjectPtr<WebKitNetworkSession> ephemeral_;
+  GObjectPtr<WebKitNetworkSession> nowhere_;
 };
 
 }  // namespace platform
