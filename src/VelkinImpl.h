@@ -13,6 +13,7 @@
 #include "Platform/NSStatusItem.h"
 #include "Platform/WKWebView.h"
 #include "ReleaseNotes/ReleaseNotesUIView.h"
+#include "SearchBar/AnswerPage.h"
 #include "UserData/SharedState.h"
 #include "WebView/FindableWebView.h"
 #include "WebView/WebView.h"
@@ -68,6 +69,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
   std::shared_ptr<PlaceController> shortcutsHostingController;
   /// The search bar's panel; nullptr means closed.
   std::unique_ptr<platform::NSPanel> searchBarHostingController;
+  std::shared_ptr<KeptAnswerView> answerView = std::make_shared<KeptAnswerView>();
   const std::shared_ptr<platform::NSMenu> menu;
   std::unique_ptr<platform::NSPanel> appearancePanel;
   std::unique_ptr<platform::NSPanel> aboutPanel;

@@ -171,7 +171,8 @@ void VelkinImpl::showSearchPanel() {
   auto& panel = *searchBarHostingController;
   panel.setFrameOrigin({frame.midX() - width / 2, frame.midY() * 1.3 - searchPanelHeight / 2});
   panel.setContentViewController(
-      std::make_shared<platform::NSHostingController<SearchBarView>>(SearchBarView{}));
+      std::make_shared<platform::NSHostingController<SearchBarView>>(
+          SearchBarView{.page = std::make_shared<AnswerPage>(answerView)}));
   panel.setFloatingPanel(true);
   panel.makeKeyAndOrderFront();
   defaults.set(rawValue(search), UserDefault::lastVisibleWebView);
