@@ -261,10 +261,14 @@ TEST_F(PageMannersTest, FramesThatAskForTheSameGetOneQuestion) {
 }
 
 TEST_F(PageMannersTest, ASecondNoHoldsUntilThePageIsLeft) {
+  // The engine itself refuses a document that was refused before: so each time another one asks.
+  frame =
+      "<script>navigator.geolocation.getCurrentPosition(() => {}, () => parent.postMessage('no', '*'))"
+      "</script>";
   load(
-      "<script>window.no = 0; function ask() { navigator.geolocation.getCurrentPosition(() => {}, () => "
-      "++no) }"
-      "</script>");
+      "<script>window.no = 0; addEventListener('message', () => ++no); function ask() { const f = "
+      "document.createElement('iframe'); f.allow = 'geolocation'; f.src = '/frame?' + Math.random(); "
+      "document.body.append(f); }</script>");
   for (int refusal = 1; refusal <= 2; ++refusal) {
     evaluate("ask(), 1");
     ASSERT_TRUE(waitForQuestion());

@@ -57,7 +57,7 @@ class TextCompositionTest : public GtkFixture {
 TEST_F(TextCompositionTest, BackspaceTakesBackTheDeadKeyAndNothingElse) {
   showField();
   keys("a b dead_acute");
-  ASSERT_TRUE(wait([&] { return isComposing(field); }));
+  ASSERT_TRUE(wait([&] { return isComposing(field); })) << fieldText();
   EXPECT_EQ(fieldText(), "ab");
   keys("BackSpace");
   ASSERT_TRUE(wait([&] { return !isComposing(field); }));

@@ -190,6 +190,13 @@ bool isTakenAsRawKey(const NSEvent& key) {
   return target.isWanted({raw.eventClass, raw.kind}) && target.sendEvent(raw) == noErr;
 }
 
+/// While an input method composes, it is the first to get the keys that end or change that.
+bool belongsToComposition(GtkWidget* focus, guint keyval) {
+  const bool isItsKey = isComposing(focus) && isKeyOfCompositions(keyval);
+  noteKeyOfText(focus, keyval);
+  return isItsKey;
+}
+
 gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
   const auto gdkType = gdk_event_get_event_type(event);
   if (gdkType != GDK_KEY_PRESS && gdkType != GDK_KEY_RELEASE) return FALSE;
@@ -215,8 +222,7 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   if (isTakenAsRawKey(key)) return TRUE;
   auto* window = GTK_WINDOW(windowPointer);
   GtkWidget* focus = gtk_window_get_focus(window);
-  followComposition(focus);
-  if (isPress && isKeyOfCompositions(gdk_key_event_get_keyval(event)) && isComposing(focus)) return FALSE;
+  if (isPress && belongsToComposition(focus, gdk_key_event_get_keyval(event))) return FALSE;
   auto& app = NSApp();
   app.currentEvent = key;
   const KeyEventScope scope(window);

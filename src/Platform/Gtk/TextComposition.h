@@ -4,11 +4,12 @@
 
 namespace platform {
 
-/// Follows what an input method composes in the widget from here on: a text widget of the toolkit or a web
-/// view. Others, and nullptr, have no compositions. Main thread.
-void followComposition(GtkWidget* focus);
+/// A key that goes down in the widget, told before its input method gets it: follows what is composed there
+/// from here on, in a text widget of the toolkit or a web view. Others, and nullptr, have no compositions.
+/// Main thread.
+void noteKeyOfText(GtkWidget* focus, guint keyval);
 
-/// True while text stands in the widget that the input method hasn't committed.
+/// True while there is something in the widget that the input method hasn't committed.
 bool isComposing(GtkWidget* focus);
 
 /// True for the keys that change, end or give up a composition: they belong to the input method while there
