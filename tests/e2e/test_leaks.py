@@ -88,9 +88,9 @@ class Keys(Leaks):
         self.clickInPage(page, window, "text")
         page.ask("addEventListener('copy', () => { const end = Date.now() + 600; while (Date.now() < end); });"
                  "document.getElementById('text').value = 'needle'; document.getElementById('text').select(); 1")
-        self.desktop.key("ctrl+c", "ctrl+f", "ctrl+v", "ctrl+a", "ctrl+x")
-        waitFor("what was copied", lambda: self.session.output(
-            "timeout", "2", "xclip", "-selection", "clipboard", "-o", check=False) == "needle", 10)
+        clipboard = lambda: self.session.output("timeout", "2", "xclip", "-selection", "clipboard", "-o", check=False)
+        self.desktop.key("ctrl+c", "ctrl+f", "ctrl+v", "exclam", "ctrl+a", "ctrl+x")
+        waitFor("what was copied and pasted", lambda: clipboard() == "needle!", 10, describe=clipboard)
 
 
 class Answers(Leaks):
