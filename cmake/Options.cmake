@@ -1,7 +1,7 @@
 # velkin_options: what every target of our own code is compiled with. Libraries' headers are not held to it.
 add_library(velkin_options INTERFACE)
 target_compile_options(velkin_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual $<$<BOOL:${VELKIN_WERROR}>:-Werror>
   # Designated initialisers leave fields out on purpose.
   -Wno-missing-field-initializers
   # g++ 12 sees uninitialised members and overlapping copies that are not there.

@@ -3,7 +3,7 @@
 #include "Platform/FatalError.h"
 #include "Platform/NSURLSession.h"
 #include "Platform/UTF8.h"
-#include "WebView/ServiceAddresses.h"
+#include "Values/ServiceAddresses.h"
 
 #include <utility>
 

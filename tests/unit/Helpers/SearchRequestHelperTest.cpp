@@ -1,6 +1,6 @@
 #include "Helpers/SearchRequestHelper.h"
 #include "Platform/Headless/HeadlessPlatform.h"
-#include "WebView/ServiceAddresses.h"
+#include "Values/ServiceAddresses.h"
 
 #include <string>
 #include <thread>
