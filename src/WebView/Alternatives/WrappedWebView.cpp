@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* markSubmitButton = R"(const textAreas = document.querySelectorAll('form .m-0');
 const textArea = textAreas[textAreas.length - 1];
-let submitButton = textArea.nextSibling;
+const submitButton = textArea.nextSibling;
 while (submitButton && submitButton.nodeType !== Node.ELEMENT_NODE) {
   submitButton = submitButton.nextSibling;
 }
