@@ -1,6 +1,6 @@
 #include "SearchBar/AnswerPage.h"
 
-#include "Markdown/MarkdownHtmlHelper.h"
+#include "Components/MarkdownHtmlHelper.h"
 
 #include <utility>
 
