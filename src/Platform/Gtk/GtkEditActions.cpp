@@ -69,6 +69,8 @@ struct PageEditing {
   bool isStateOld = false;
   /// It let a wait run out, and hasn't answered since.
   bool isSilent = false;
+  /// Keys on their way to it. The engine hands it one after the other, each when the one before it is done.
+  int keys = 0;
 };
 
 PageEditing& editingOf(WebKitWebView* view) {
@@ -131,7 +133,8 @@ unsigned startWait(EditOrder order, WebKitWebView* view) {
   const auto number = ++wait.number;
   wait.patience =
       DispatchQueue::main().timer(mostPatience, [number, weak = std::make_shared<WeakView>(view)] {
-        if (const auto silent = weak->lock()) editingOf(silent.get()).isSilent = true;
+        if (const auto silent = weak->lock())
+          editingOf(silent.get()) = {.isStateOld = true, .isSilent = true};
         waitIsOver(number);
       });
   return number;
@@ -139,7 +142,6 @@ unsigned startWait(EditOrder order, WebKitWebView* view) {
 
 /// A question to the page that it answers after all that it was told before.
 void waitForPage(WebKitWebView* view) {
-  if (editingOf(view).isSilent && theWait().order != EditOrder::free) return;
   struct Asked {
     unsigned number;
   };
@@ -150,8 +152,15 @@ void waitForPage(WebKitWebView* view) {
       [](GObject* source, GAsyncResult* result, gpointer data) {
         const std::unique_ptr<Asked> asked(static_cast<Asked*>(data));
         webkit_web_view_can_execute_editing_command_finish(WEBKIT_WEB_VIEW(source), result, nullptr);
-        editingOf(WEBKIT_WEB_VIEW(source)).isSilent = false;
-        waitIsOver(asked->number);
+        auto* page = WEBKIT_WEB_VIEW(source);
+        auto& editing = editingOf(page);
+        editing.isSilent = false;
+        editing.keys = std::max(editing.keys - 1, 0);
+        if (editing.keys > 0) {
+          waitForPage(page);
+        } else {
+          waitIsOver(asked->number);
+        }
       },
       std::make_unique<Asked>(Asked{number}).release());
 }
@@ -268,6 +277,15 @@ GtkWidget* focusedWidget() {
 }
 
 }  // namespace
+
+void noteKeyToPage(GtkWidget* view) {
+  auto* page = WEBKIT_WEB_VIEW(view);
+  auto& editing = editingOf(page);
+  if (editing.isSilent) return;
+  startWait(EditOrder::nextActionWaits, page);
+  // The page is asked behind the key, and once for each.
+  if (editing.keys++ == 0) waitForPageInLaterTurn(page);
+}
 
 KeyEventScope::KeyEventScope(GtkWindow* window) : earlier_(std::exchange(windowOfKey(), window)) {}
 KeyEventScope::~KeyEventScope() { windowOfKey() = earlier_; }

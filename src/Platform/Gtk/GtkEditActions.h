@@ -24,9 +24,12 @@ class KeyEventScope {
   GtkWindow* earlier_;
 };
 
-/// What the edit actions that were sent still hold up. A page carries them out in a process of its own, and
-/// what it copies reaches the clipboard some time later; a page that doesn't answer is waited for two seconds
-/// at the most.
+/// A key that goes on to the page of a web view: the actions behind it wait until the page has seen it.
+void noteKeyToPage(GtkWidget* view);
+
+/// What keys and edit actions that were sent still hold up. A page carries them out in a process of its own,
+/// and what it copies reaches the clipboard some time later; a page that doesn't answer is waited for two
+/// seconds at the most.
 enum class EditOrder {
   free,
   /// The next edit action has to wait.

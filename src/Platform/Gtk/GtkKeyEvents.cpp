@@ -156,6 +156,8 @@ bool mustWait(GdkEvent* event) {
   if (order == EditOrder::free) return false;
   if (order == EditOrder::everyKeyWaits) return true;
   if (gdk_event_get_event_type(event) != GDK_KEY_PRESS) return false;
+  const auto keyval = gdk_key_event_get_keyval(event);
+  if (keyval == GDK_KEY_BackSpace || keyval == GDK_KEY_Delete || keyval == GDK_KEY_KP_Delete) return true;
   const auto flags = modifierFlags(gdk_event_get_modifier_state(event));
   if ((flags & NSEvent::commandFlag) == 0) return false;
   const auto character = charactersIgnoringModifiers(event, flags);
@@ -230,7 +232,9 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   app.currentEvent.reset();
   if (isKept) return TRUE;
   focus = gtk_window_get_focus(window);
-  return !isPress && focus != nullptr && WEBKIT_IS_WEB_VIEW(focus);
+  if (focus == nullptr || !WEBKIT_IS_WEB_VIEW(focus)) return FALSE;
+  if (isPress) noteKeyToPage(focus);
+  return !isPress;
 }
 
 /// Tells the modifiers as they are: what happened to them while another program had the keyboard, nobody saw.

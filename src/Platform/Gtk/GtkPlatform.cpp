@@ -8,6 +8,7 @@
 #include "Platform/Gtk/GtkInputSource.h"
 #include "Platform/Gtk/GtkPanel.h"
 #include "Platform/Gtk/GtkWebView.h"
+#include "Platform/Gtk/PageDownloads.h"
 #include "Platform/Gtk/PopoverWindow.h"
 #include "Platform/Gtk/PortalHotKeyGrabs.h"
 #include "Platform/Gtk/ProgramFolders.h"
@@ -270,6 +271,9 @@ WebEngine& GtkPlatform::webEngine() {
                      "\nVelkin needs bubblewrap (bwrap) and the right to make user namespaces.");
     }
     webEngine_ = std::make_unique<WebEngine>(+[]() -> PopoverWindow& { return *shared().popover_; });
+    webEngine_->admitDownload = [this](WebKitDownload* download, std::function<void()> start) {
+      admitDownload(download, *webEngine_, std::move(start));
+    };
   }
   return *webEngine_;
 }

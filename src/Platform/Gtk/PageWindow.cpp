@@ -1,14 +1,16 @@
 #include "Platform/Gtk/PageWindow.h"
 
 #include "Platform/Gtk/GtkKeyEvents.h"
-#include "Platform/Gtk/WebViewManners.h"
 
 #include <algorithm>
 
 namespace platform {
 
-WebKitWebView* PageWindow::open(WebKitWebView* opener, WebEngine& engine) {
-  return std::unique_ptr<PageWindow>(new PageWindow(opener, engine)).release()->view_;
+WebKitWebView* PageWindow::open(WebKitWebView* opener, WebEngine& engine,
+                                void (*teach)(WebKitWebView*, WebEngine&)) {
+  auto* view = std::unique_ptr<PageWindow>(new PageWindow(opener, engine)).release()->view_;
+  teach(view, engine);
+  return view;
 }
 
 PageWindow::PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engine) {
@@ -24,7 +26,6 @@ PageWindow::PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engin
   gtk_widget_set_vexpand(GTK_WIDGET(view_), TRUE);
   gtk_box_append(GTK_BOX(box), GTK_WIDGET(view_));
   gtk_window_set_child(window_, box);
-  teachManners(view_, engine);
   g_signal_connect_swapped(view_, "ready-to-show", G_CALLBACK(+[](PageWindow* self) { self->show(); }), this);
   g_signal_connect_swapped(view_, "close", G_CALLBACK(+[](PageWindow* self) { self->closeLater(); }), this);
   // What it was opened for can't go on without the page that waits for it.

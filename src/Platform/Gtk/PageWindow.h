@@ -13,7 +13,9 @@ namespace platform {
 class PageWindow {
  public:
   /// The view of a new window, for the engine to load into. It comes up when the page is ready.
-  static WebKitWebView* open(WebKitWebView* opener, WebEngine& engine);
+  /// `teach` gives it the manners of its opener.
+  static WebKitWebView* open(WebKitWebView* opener, WebEngine& engine,
+                             void (*teach)(WebKitWebView*, WebEngine&));
 
   PageWindow(const PageWindow&) = delete;
   PageWindow& operator=(const PageWindow&) = delete;

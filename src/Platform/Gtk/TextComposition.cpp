@@ -17,7 +17,12 @@ struct Composition {
   int keys = 0;
 
   void setPreedit(const char* preedit) { hasPreedit = preedit != nullptr && *preedit != '\0'; }
+  /// Of a dead key alone nothing comes: what is committed then came before it, from a method in another
+  /// process.
   void committed() {
+    if (keys != 1) forget();
+  }
+  void forget() {
     hasPreedit = false;
     keys = 0;
   }
@@ -76,8 +81,7 @@ Composition* compositionOf(GtkWidget* focus) {
   }
   // What was begun isn't taken up again.
   GtkEventController* leaving = gtk_event_controller_focus_new();
-  g_signal_connect_swapped(leaving, "leave", G_CALLBACK(+[](Composition* left) { left->committed(); }),
-                           fresh);
+  g_signal_connect_swapped(leaving, "leave", G_CALLBACK(+[](Composition* left) { left->forget(); }), fresh);
   gtk_widget_add_controller(focus, leaving);
   return fresh;
 }

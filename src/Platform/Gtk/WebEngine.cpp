@@ -1,7 +1,6 @@
 #include "Platform/Gtk/WebEngine.h"
 
 #include "Platform/DebugLog.h"
-#include "Platform/Gtk/PageDownloads.h"
 #include "Platform/Gtk/ProgramFolders.h"
 #include "Platform/NSWorkspace.h"
 #include "Platform/UnusedFileName.h"
@@ -165,7 +164,7 @@ void WebEngine::downloadStarted(WebKitDownload* download) {
                    G_CALLBACK(+[](WebKitDownload* d, const char* suggestion, gpointer data) -> gboolean {
                      auto& self = *static_cast<RunningDownload*>(data);
                      const std::string name = suggestion != nullptr ? suggestion : "";
-                     admitDownload(d, *self.engine, [&self, d, name] { self.start(d, name); });
+                     self.engine->admitDownload(d, [&self, d, name] { self.start(d, name); });
                      return TRUE;
                    }),
                    running);

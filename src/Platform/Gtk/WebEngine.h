@@ -32,6 +32,10 @@ class WebEngine {
   /// Settings of one view's own.
   GObjectPtr<WebKitSettings> makeSettings() const;
 
+  /// Decides on a download that a page began: calls `start` if it may go on, at once or later.
+  std::function<void(WebKitDownload* download, std::function<void()> start)> admitDownload =
+      [](WebKitDownload*, const std::function<void()>& start) { start(); };
+
   SitePermissions& permissions() noexcept { return permissions_; }
   PopoverWindow& popover() { return popover_(); }
 

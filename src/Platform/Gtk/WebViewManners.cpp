@@ -88,7 +88,7 @@ GtkWidget* create(WebKitWebView* opener, WebKitNavigationAction* action, gpointe
     openOutside(webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)));
     return nullptr;
   }
-  return GTK_WIDGET(PageWindow::open(opener, engine));
+  return GTK_WIDGET(PageWindow::open(opener, engine, teachManners));
 }
 
 /// What was allowed to the page's site, and can be taken back.
