@@ -170,6 +170,16 @@ TEST_F(IsolatedPageTest, TheDelegateIsAskedFirstAndAScriptsClickIsNoClick) {
   EXPECT_EQ(asked()->navigationType, WKNavigationType::other);
 }
 
+TEST_F(IsolatedPageTest, APageIsSeenWhenItIsPaintedAndNothingBeforeIt) {
+  load(true, "<p>first</p>");
+  GtkWidget* view = gtk_widget_get_first_child(dynamic_cast<GtkWebView&>(*webView).widget());
+  ASSERT_TRUE(wait([&] { return gtk_widget_get_opacity(view) == 1; }));
+  webView->loadHTMLString("<p>second</p>", std::nullopt);
+  EXPECT_EQ(gtk_widget_get_opacity(view), 0);
+  EXPECT_TRUE(wait([&] { return gtk_widget_get_opacity(view) == 1; }));
+  EXPECT_EQ(evaluate("document.body.textContent"), "\"second\"");
+}
+
 TEST_F(IsolatedPageTest, ANulCharacterDoesNotEndThePage) {
   load(true, std::string("<p>before\0after</p>", 19));
   EXPECT_EQ(evaluate("document.body.textContent.includes('after')"), "true");

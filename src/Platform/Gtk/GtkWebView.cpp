@@ -251,6 +251,7 @@ void GtkWebView::loadChanged(WebKitLoadEvent event) {
     if (auto* item = webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_)))
       g_object_set_data(G_OBJECT(item), formAnswerKey, GINT_TO_POINTER(1));
   }
+  if (event == WEBKIT_LOAD_FINISHED && configuration_.isIsolated) showWhenPainted();
   if (event == WEBKIT_LOAD_FINISHED && navigationDelegate != nullptr) navigationDelegate->didFinish(*this);
 }
 
@@ -324,6 +325,23 @@ void GtkWebView::startLoad(const std::function<void()>& load, std::function<void
   }
 }
 
+void GtkWebView::showWhenPainted() {
+  // Frames come only while the view is on the screen; the second one is behind the first painting.
+  constexpr const char* twoFrames =
+      "return new Promise(done => requestAnimationFrame(() => requestAnimationFrame(() => done(1))));";
+  webkit_web_view_call_async_javascript_function(
+      view_, twoFrames, -1, nullptr, "velkin", nullptr, cancellable_,
+      [](GObject* source, GAsyncResult* result, gpointer) {
+        GError* raw = nullptr;
+        const auto value = GObjectPtr<JSCValue>::adopt(
+            webkit_web_view_call_async_javascript_function_finish(WEBKIT_WEB_VIEW(source), result, &raw));
+        const GErrorPtr error(raw);
+        // Another page came in between, and is waited for.
+        if (value) gtk_widget_set_opacity(GTK_WIDGET(source), 1);
+      },
+      nullptr);
+}
+
 void GtkWebView::endProcess() {
   debugLog("GtkWebView", "endProcess()", "The process of a page doesn't answer; starting another one");
   // What it leads to loads the page.
@@ -374,6 +392,8 @@ void GtkWebView::loadHTMLString(const std::string& html, const std::optional<URL
   auto* view = engineView();
   url_ = baseURL ? baseURL : URL::parse("about:blank");
   auto page = withoutNulCharacters(html);
+  // What the view has painted last would come up with the next panel, before anything of the new page does.
+  if (configuration_.isIsolated) gtk_widget_set_opacity(GTK_WIDGET(view), 0);
   webkit_web_view_load_html(view, page.c_str(), baseURL ? baseURL->absoluteString().c_str() : nullptr);
   // There is no address from which it could be had again when its process dies.
   if (configuration_.isIsolated) ownPage_ = std::move(page);

@@ -60,6 +60,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   void reloadInNewProcess();
   void startLoad(const std::function<void()>& load, std::function<void()> loadInNewProcess);
   void endProcess();
+  void showWhenPainted();
   void loadChanged(WebKitLoadEvent event);
 
   NSRect frame_;
