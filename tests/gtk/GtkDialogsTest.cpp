@@ -136,14 +136,16 @@ class GtkFilePanelsTest : public GtkDialogsTest {
     });
     ASSERT_TRUE(wait([&] { return dialog() != nullptr; }));
   }
+  /// As if something was saved there before.
   void moveTo(const std::filesystem::path& path) {
-    const auto target = GObjectPtr<GFile>::adopt(g_file_new_for_path(path.c_str()));
-    gtk_file_chooser_set_current_folder(chooserIn(dialog()), target.get(), nullptr);
+    std::ofstream(folder / "folders") << "[Folders]\npdf=" << path.string() << "\n";
+  }
+  void untilIn(const std::filesystem::path& path) {
     ASSERT_TRUE(wait([&] {
       const auto now = GObjectPtr<GFile>::adopt(gtk_file_chooser_get_current_folder(chooserIn(dialog())));
-      return now && g_file_equal(now.get(), target.get());
+      const GStringPtr place(now ? g_file_get_path(now.get()) : nullptr);
+      return place && path.string() == place.get();
     }));
-    turn();
   }
   void respond(int response) { gtk_dialog_response(GTK_DIALOG(dialog()), response); }
 
@@ -152,11 +154,12 @@ class GtkFilePanelsTest : public GtkDialogsTest {
 };
 
 TEST_F(GtkFilePanelsTest, ASavePanelProposesItsNameGivesTheExtensionAndRemembersTheFolder) {
+  moveTo(folder / "chosen");
   openSavePanel("page");
   EXPECT_FALSE(held.expired());
   const GStringPtr name(gtk_file_chooser_get_current_name(chooserIn(dialog())));
   EXPECT_STREQ(name.get(), "page");
-  moveTo(folder / "chosen");
+  untilIn(folder / "chosen");
   respond(GTK_RESPONSE_ACCEPT);
   ASSERT_TRUE(wait([&] { return isSaveAnswered; }));
   ASSERT_TRUE(saved.has_value());
@@ -165,11 +168,7 @@ TEST_F(GtkFilePanelsTest, ASavePanelProposesItsNameGivesTheExtensionAndRemembers
 
   isSaveAnswered = false;
   openSavePanel("again.pdf");
-  ASSERT_TRUE(wait([&] {
-    const auto now = GObjectPtr<GFile>::adopt(gtk_file_chooser_get_current_folder(chooserIn(dialog())));
-    const GStringPtr path(now ? g_file_get_path(now.get()) : nullptr);
-    return path && (folder / "chosen").string() == path.get();
-  }));
+  untilIn(folder / "chosen");
   respond(GTK_RESPONSE_CANCEL);
   ASSERT_TRUE(wait([&] { return isSaveAnswered; }));
   EXPECT_FALSE(saved.has_value());
@@ -177,8 +176,9 @@ TEST_F(GtkFilePanelsTest, ASavePanelProposesItsNameGivesTheExtensionAndRemembers
 
 TEST_F(GtkFilePanelsTest, AFileThatOnlyTheExtensionMeetsIsAskedAbout) {
   std::ofstream(folder / "chosen" / "page.pdf") << "precious";
-  openSavePanel("page");
   moveTo(folder / "chosen");
+  openSavePanel("page");
+  untilIn(folder / "chosen");
   respond(GTK_RESPONSE_ACCEPT);
   ASSERT_TRUE(wait([&] { return dialog() != nullptr && button("Replace") != nullptr; }));
   EXPECT_FALSE(isSaveAnswered);

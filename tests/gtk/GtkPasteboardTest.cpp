@@ -25,7 +25,7 @@ class Owner {
     clipboard_ = XInternAtom(display_, "CLIPBOARD", False);
     window_ = XCreateSimpleWindow(display_, DefaultRootWindow(display_), 0, 0, 1, 1, 0, 0, 0);
     XSetSelectionOwner(display_, clipboard_, window_, CurrentTime);
-    XFlush(display_);
+    XSync(display_, False);
     source_ = g_timeout_add(
         5,
         [](gpointer self) -> gboolean {
@@ -94,6 +94,9 @@ class GtkPasteboardTest : public GtkFixture {
   void SetUp() override {
     if (!GDK_IS_X11_DISPLAY(gdk_display_get_default()))
       GTEST_SKIP() << "the other owners here are clients of X";
+    // So that the next owner is news.
+    board().setString("ours", NSPasteboardTypeString);
+    turn();
   }
   NSPasteboard& board() { return NSPasteboard::generalPasteboard(); }
   void read() {

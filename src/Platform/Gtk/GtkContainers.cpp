@@ -1,5 +1,6 @@
 #include "Platform/Gtk/GtkContainers.h"
 
+#include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkRenderedView.h"
 #include "Platform/Gtk/GtkViewBase.h"
@@ -188,7 +189,10 @@ class BubbleView : public GtkRenderedView {
     gtk_popover_set_child(GTK_POPOVER(bubble_), holder_);
     gtk_widget_set_parent(bubble_, widget());
     g_signal_connect_swapped(bubble_, "closed", G_CALLBACK(+[](BubbleView* self) {
-                               self->giveBackTheKeyboard();
+                               // The window takes it away from the bubble after this.
+                               DispatchQueue::main().async([self, alive = std::weak_ptr(self->isAlive_)] {
+                                 if (!alive.expired()) self->giveBackTheKeyboard();
+                               });
                                if (!self->isUpdating()) {
                                  contentOf<PopoverContent>(self->element()).isPresented.set(false);
                                }
@@ -242,6 +246,7 @@ class BubbleView : public GtkRenderedView {
   GtkWidget* bubble_;
   GtkWidget* holder_;
   WeakWidget hadKeyboard_;
+  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
 };
 
 /// The place of a platform view, which may leave for another place at any time.

@@ -154,6 +154,9 @@ struct GtkPasteboard::Reading : std::enable_shared_from_this<Reading> {
   void waitForItsKinds() {
     changed = g_signal_connect(board.get(), "changed", G_CALLBACK(+[](GdkClipboard* source, gpointer data) {
                                  auto* self = static_cast<Reading*>(data);
+                                 // What was asked for is gone; what came instead wasn't asked for.
+                                 if (gdk_clipboard_is_local(source))
+                                   return self->fail(NSPasteboardReading::Failure::noAnswer);
                                  if (isEmpty(source)) return;
                                  self->stopWaiting();
                                  self->fetch();

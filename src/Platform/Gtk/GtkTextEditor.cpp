@@ -98,7 +98,8 @@ void GtkTextEditor::connectBuffer() {
       buffer_, "insert-text",
       G_CALLBACK(+[](GtkTextBuffer* buffer, GtkTextIter*, const char*, int length, gpointer data) {
         auto* self = static_cast<GtkTextEditor*>(data);
-        if (self->hasRoomFor(static_cast<std::size_t>(std::max(length, 0)))) return;
+        // One byte is for what keeps steps of undo apart, for a moment.
+        if (length <= 1 || self->hasRoomFor(static_cast<std::size_t>(length))) return;
         g_signal_stop_emission_by_name(buffer, "insert-text");
         self->refuse(Refusal::tooLong);
       }),
@@ -111,6 +112,21 @@ void GtkTextEditor::connectView() {
                      static_cast<GtkTextEditor*>(self)->paste();
                    }),
                    this);
+  // Off the screen the view gives the primary selection up, and the text's own with it.
+  g_signal_connect_swapped(editor_, "unrealize",
+                           G_CALLBACK(+[](GtkTextEditor* self) { self->kept_ = self->selectedRange(); }),
+                           this);
+  g_signal_connect_data(editor_, "realize", G_CALLBACK(+[](GtkTextEditor* self) {
+                          const auto kept = std::exchange(self->kept_, std::nullopt);
+                          const auto now = self->selectedRange();
+                          // Unless it was changed in the meantime.
+                          if (kept && now.length == 0) {
+                            const auto isWhereItWas = now.location == kept->location ||
+                                                      now.location == kept->location + kept->length;
+                            if (isWhereItWas) self->setSelectedRange(*kept);
+                          }
+                        }),
+                        this, nullptr, GConnectFlags(G_CONNECT_AFTER | G_CONNECT_SWAPPED));
   // Copying with nothing selected keeps what is on the pasteboard.
   for (const char* signal : {"copy-clipboard", "cut-clipboard"}) {
     g_signal_connect(editor_, signal, G_CALLBACK(+[](GtkTextView* view, gpointer data) {

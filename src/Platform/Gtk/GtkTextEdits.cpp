@@ -15,6 +15,15 @@ std::size_t characters(std::string_view text) {
   return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isContinuation));
 }
 
+/// Within a user action: makes it a step that what is typed before and after never joins. The toolkit takes
+/// insertions that follow one another for one, but no group of several changes.
+void keepApart(GtkTextBuffer* buffer, GtkTextIter& at) {
+  gtk_text_buffer_insert(buffer, &at, " ", 1);
+  GtkTextIter before = at;
+  gtk_text_iter_backward_char(&before);
+  gtk_text_buffer_delete(buffer, &before, &at);
+}
+
 }  // namespace
 
 std::string textOf(GtkTextBuffer* buffer) {
@@ -35,6 +44,7 @@ void replaceText(GtkTextBuffer* buffer, NSRange range, std::string_view text) {
   gtk_text_buffer_get_iter_at_offset(buffer, &end, static_cast<int>(to));
   gtk_text_buffer_begin_user_action(buffer);
   gtk_text_buffer_delete(buffer, &start, &end);
+  keepApart(buffer, start);
   gtk_text_buffer_insert(buffer, &start, text.data(), static_cast<int>(text.size()));
   gtk_text_buffer_place_cursor(buffer, &start);
   gtk_text_buffer_end_user_action(buffer);
@@ -65,6 +75,7 @@ bool changeText(GtkTextBuffer* buffer, const std::string& wanted) {
   gtk_text_buffer_get_iter_at_offset(buffer, &end, static_cast<int>(from + gone));
   gtk_text_buffer_begin_user_action(buffer);
   gtk_text_buffer_delete(buffer, &start, &end);
+  keepApart(buffer, start);
   gtk_text_buffer_insert(buffer, &start, text.data() + same, static_cast<int>(text.size() - tail - same));
   gtk_text_buffer_end_user_action(buffer);
   return true;
