@@ -263,9 +263,14 @@ void PopoverWindow::onActiveWindowNamed(bool isOurs) {
     focusTimer_ = DispatchQueue::main().timer(focusSettlingTime, [this] { lookWhereTheUserWent(); });
 }
 
+std::shared_ptr<const void> PopoverWindow::hold() {
+  ++*pins_;
+  return {pins_.get(), [pins = pins_](const int*) { --*pins; }};
+}
+
 bool PopoverWindow::closesByItself() const {
   // An ordinary window that vanished would be hard to find again.
-  return behavior == Behavior::transient && !isOrdinaryWindow_ && pins_ == 0;
+  return behavior == Behavior::transient && !isOrdinaryWindow_ && *pins_ == 0;
 }
 
 void PopoverWindow::onActiveChanged() {
@@ -302,7 +307,7 @@ bool PopoverWindow::wasClosedByThisClick() const {
 }
 
 void PopoverWindow::performClose() {
-  if (isShown_ && pins_ == 0) hide();
+  if (isShown_ && *pins_ == 0) hide();
 }
 
 void PopoverWindow::hide() {
