@@ -9,6 +9,7 @@
 #include "Platform/Gtk/GtkPanel.h"
 #include "Platform/Gtk/GtkTextEditor.h"
 #include "Platform/Gtk/GtkWebView.h"
+#include "Platform/Gtk/PageDownloads.h"
 #include "Platform/Gtk/PopoverWindow.h"
 #include "Platform/Gtk/PortalHotKeyGrabs.h"
 #include "Platform/Gtk/ProgramFolders.h"
@@ -54,7 +55,7 @@ std::filesystem::path fatalErrorFile() { return ProgramFolders::userState() / "f
 
 GtkPlatform::GtkPlatform()
     : workspace_([this] { return application_.connection(); }),
-      dialogs_({[this] { return popover_ != nullptr ? popover_->hold() : nullptr; },
+      dialogs_({[this] { return popover_ != nullptr ? popover_->keepOpen() : nullptr; },
                 [] { return (ProgramFolders::userState() / "folders").string(); },
                 [this] { startToolkit(); }}),
       notifications_([this] { return application_.connection(); }) {
@@ -279,6 +280,9 @@ WebEngine& GtkPlatform::webEngine() {
                      "\nVelkin needs bubblewrap (bwrap) and the right to make user namespaces.");
     }
     webEngine_ = std::make_unique<WebEngine>(+[]() -> PopoverWindow& { return *shared().popover_; });
+    webEngine_->admitDownload = [this](WebKitDownload* download, std::function<void()> start) {
+      admitDownload(download, *webEngine_, std::move(start));
+    };
   }
   return *webEngine_;
 }

@@ -263,11 +263,6 @@ void PopoverWindow::onActiveWindowNamed(bool isOurs) {
     focusTimer_ = DispatchQueue::main().timer(focusSettlingTime, [this] { lookWhereTheUserWent(); });
 }
 
-std::shared_ptr<const void> PopoverWindow::hold() {
-  ++*pins_;
-  return {pins_.get(), [pins = pins_](const int*) { --*pins; }};
-}
-
 bool PopoverWindow::closesByItself() const {
   // An ordinary window that vanished would be hard to find again.
   return behavior == Behavior::transient && !isOrdinaryWindow_ && *pins_ == 0;
@@ -304,6 +299,11 @@ void PopoverWindow::closeByItself() {
 
 bool PopoverWindow::wasClosedByThisClick() const {
   return isClosedByLastPress_ || now() - closedByItselfAt_ < sameClickTime;
+}
+
+std::shared_ptr<void> PopoverWindow::keepOpen() {
+  pin();
+  return {pins_.get(), [pins = pins_](void*) { --*pins; }};
 }
 
 void PopoverWindow::performClose() {

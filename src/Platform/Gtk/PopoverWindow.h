@@ -45,8 +45,9 @@ class PopoverWindow : public NSPopover {
   /// While at least one is open, going elsewhere closes nothing: a dialogue of ours has the user's attention.
   void pin() { ++*pins_; }
   void unpin() { --*pins_; }
-  /// A pin that ends with what it returns, which may outlive this window.
-  [[nodiscard]] std::shared_ptr<const void> hold();
+  /// As `pin`, until the last copy of what this gives has gone. It may outlive this window.
+  [[nodiscard]] std::shared_ptr<void> keepOpen();
+  bool isKeptOpen() const noexcept { return *pins_ > 0; }
   /// The window; nullptr before its first need.
   GtkWindow* window() const noexcept { return window_; }
   ToastHost& toasts() noexcept { return toasts_; }
