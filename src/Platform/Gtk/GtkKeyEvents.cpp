@@ -5,6 +5,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkEditActions.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
+#include "Platform/Gtk/GtkMouseEvents.h"
 #include "Platform/Gtk/TextComposition.h"
 #include "Platform/Gtk/X11Desktop.h"
 #include "Platform/NSApplication.h"
@@ -258,6 +259,7 @@ void watchKeys(GtkWindow* window) {
   gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
   g_signal_connect(controller, "event", G_CALLBACK(onEvent), window);
   gtk_widget_add_controller(GTK_WIDGET(window), controller);
+  watchButtons(window);
   g_signal_connect(window, "notify::is-active",
                    G_CALLBACK(+[](GtkWindow* w, GParamSpec*, gpointer) { tellModifiers(w); }), nullptr);
   // A window that is taken off the screen stays an active one for the toolkit.

@@ -7,6 +7,7 @@
 #include "Platform/Gtk/GtkHostingView.h"
 #include "Platform/Gtk/GtkInputSource.h"
 #include "Platform/Gtk/GtkPanel.h"
+#include "Platform/Gtk/GtkTextEditor.h"
 #include "Platform/Gtk/GtkWebView.h"
 #include "Platform/Gtk/PageDownloads.h"
 #include "Platform/Gtk/PopoverWindow.h"
@@ -54,6 +55,9 @@ std::filesystem::path fatalErrorFile() { return ProgramFolders::userState() / "f
 
 GtkPlatform::GtkPlatform()
     : workspace_([this] { return application_.connection(); }),
+      dialogs_({[this] { return popover_ != nullptr ? popover_->keepOpen() : nullptr; },
+                [] { return (ProgramFolders::userState() / "folders").string(); },
+                [this] { startToolkit(); }}),
       notifications_([this] { return application_.connection(); }) {
   bundle_ = {bundle::identifier, bundle::shortVersion, bundle::buildNumber, bundle::creationDate};
   g_set_prgname("velkin");
@@ -216,6 +220,11 @@ std::unique_ptr<WKWebView> GtkPlatform::makeWebView(NSRect frame, WKWebViewConfi
 std::unique_ptr<NSHostingView> GtkPlatform::makeHostingView(View root) {
   startToolkit();
   return std::make_unique<GtkHostingView>(std::move(root));
+}
+
+std::unique_ptr<NSTextView> GtkPlatform::makeTextView() {
+  startToolkit();
+  return std::make_unique<GtkTextEditor>();
 }
 
 EventTarget& GtkPlatform::eventDispatcherTarget() {

@@ -265,7 +265,7 @@ void PopoverWindow::onActiveWindowNamed(bool isOurs) {
 
 bool PopoverWindow::closesByItself() const {
   // An ordinary window that vanished would be hard to find again.
-  return behavior == Behavior::transient && !isOrdinaryWindow_ && pins_ == 0;
+  return behavior == Behavior::transient && !isOrdinaryWindow_ && *pins_ == 0;
 }
 
 void PopoverWindow::onActiveChanged() {
@@ -303,13 +303,11 @@ bool PopoverWindow::wasClosedByThisClick() const {
 
 std::shared_ptr<void> PopoverWindow::keepOpen() {
   pin();
-  return {nullptr, [this, alive = isAlive_](void*) {
-            if (*alive) unpin();
-          }};
+  return {pins_.get(), [pins = pins_](void*) { --*pins; }};
 }
 
 void PopoverWindow::performClose() {
-  if (isShown_ && pins_ == 0) hide();
+  if (isShown_ && *pins_ == 0) hide();
 }
 
 void PopoverWindow::hide() {
