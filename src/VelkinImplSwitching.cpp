@@ -121,7 +121,10 @@ void VelkinImpl::showPage(WebViewSwitchType type, bool isToggle) {
     // chat itself takes the main place.
     flagOf(type)->set(false);
     state.isChatting.set(isToggle && state.isChatting.get());
-    if (type == markdown) popover->setContentViewController(nullptr);
+    if (type == markdown) {
+      popover->setContentViewController(nullptr);
+      defaults.set(rawValue(markdown), UserDefault::lastVisibleWebView);
+    }
     if (type != markdown || !isToggle) currentWebView = isToggle ? webViewOf(type) : chatWebView;
   }
   chatWebView.webView->setPageZoom(zoomAbove(defaults.webViewZoom()));

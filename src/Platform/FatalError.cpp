@@ -1,6 +1,7 @@
 #include "Platform/FatalError.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/NSUserDefaults.h"
 #include "Platform/Platform.h"
 
 #include <cstdlib>
@@ -10,7 +11,10 @@ namespace platform {
 
 void fatalError(std::string_view message) {
   debugLog(std::string("Fatal error: ").append(message));
-  if (auto* platform = Platform::installed()) platform->noteFatalError(message);
+  if (auto* platform = Platform::installed()) {
+    platform->standardUserDefaults().storeWhatIsHeldBack();
+    platform->noteFatalError(message);
+  }
   // No core file and no unwinding: the process holds the user's key and pages in memory.
   std::_Exit(fatalErrorExitCode);
 }

@@ -15,10 +15,10 @@ namespace platform {
 
 namespace {
 
-constexpr int deepestNesting = 512;
+constexpr int deepestNesting = deepestPropertyList;
 // The library frees a list by recursion, so the depth must be bounded before it reads. A list can't be deeper
 // than the number of its containers.
-constexpr std::size_t mostContainers = 10'000;
+constexpr std::size_t mostContainers = mostPropertyListContainers;
 
 struct NodeDeleter {
   void operator()(void* node) const noexcept { plist_free(node); }
@@ -232,7 +232,54 @@ Node nodeOfXML(std::string_view xml) {
   return Node(node);
 }
 
+/// Text between tags.
+std::size_t escapedSize(std::string_view text) {
+  std::size_t size = text.size();
+  for (const char c : text) {
+    if (c == '&' || c == '\r') size += 4;
+    if (c == '<' || c == '>') size += 3;
+  }
+  return size;
+}
+
+// The tags, the line's end, and the indentation of a value that isn't nested very deep.
+constexpr std::size_t lineSize = 64;
+
+template <class Container, class Extent>
+PropertyListExtent extentOfItems(const Container& items, Extent extent) {
+  PropertyListExtent sum{2 * lineSize, 1, 0};
+  for (const auto& item : items) {
+    const auto part = extent(item);
+    sum.bytes += part.bytes;
+    sum.containers += part.containers;
+    sum.depth = std::max(sum.depth, part.depth);
+  }
+  ++sum.depth;
+  // One tab more before each line.
+  sum.bytes += sum.bytes / lineSize * static_cast<std::size_t>(sum.depth > 3 ? sum.depth : 0);
+  return sum;
+}
+
 }  // namespace
+
+PropertyListExtent extentOf(const PropertyListValue& value) {
+  if (const auto* text = value.as<std::string>()) return {lineSize + escapedSize(*text), 0, 0};
+  // In lines of base64, each with its indentation.
+  if (const auto* data = value.as<PropertyListValue::Data>()) return {lineSize + data->size() * 2, 0, 0};
+  if (const auto* array = value.as<PropertyListValue::Array>()) {
+    return extentOfItems(*array, [](const auto& item) { return extentOf(item); });
+  }
+  if (const auto* dictionary = value.as<PropertyListValue::Dictionary>()) {
+    return extentOfItems(*dictionary, [](const auto& entry) { return extentOf(entry.first, entry.second); });
+  }
+  return {lineSize, 0, 0};
+}
+
+PropertyListExtent extentOf(std::string_view key, const PropertyListValue& value) {
+  auto extent = extentOf(value);
+  extent.bytes += lineSize + escapedSize(key);
+  return extent;
+}
 
 bool PropertyListValue::operator==(const PropertyListValue& other) const {
   return content_ == other.content_;

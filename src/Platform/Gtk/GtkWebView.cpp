@@ -4,6 +4,7 @@
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/IsolatedPage.h"
 #include "Platform/Gtk/WebViewManners.h"
+#include "Platform/LogText.h"
 #include "Platform/UTF8.h"
 
 #include <cmath>
@@ -208,18 +209,19 @@ void GtkWebView::connectSignals() {
                      }
                    }),
                    this);
-  g_signal_connect(view_, "load-failed",
-                   G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, const char* uri, GError* error,
-                                  gpointer data) -> gboolean {
-                     auto* self = static_cast<GtkWebView*>(data);
-                     debugLog("GtkWebView", "load-failed", std::string(uri) + ": " + error->message);
-                     if (self->navigationDelegate != nullptr) {
-                       self->navigationDelegate->didFail(*self, errorFrom(*error));
-                     }
-                     // The engine goes on to show its own page that says so.
-                     return FALSE;
-                   }),
-                   this);
+  g_signal_connect(
+      view_, "load-failed",
+      G_CALLBACK(
+          +[](WebKitWebView*, WebKitLoadEvent, const char* uri, GError* error, gpointer data) -> gboolean {
+            auto* self = static_cast<GtkWebView*>(data);
+            debugLog("GtkWebView", "load-failed", addressForLog(uri) + ": " + forLog(error->message));
+            if (self->navigationDelegate != nullptr) {
+              self->navigationDelegate->didFail(*self, errorFrom(*error));
+            }
+            // The engine goes on to show its own page that says so.
+            return FALSE;
+          }),
+      this);
   g_signal_connect(view_, "web-process-terminated",
                    G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason reason, gpointer self) {
                      static_cast<GtkWebView*>(self)->processTerminated(reason);
@@ -246,7 +248,8 @@ void GtkWebView::processTerminated(WebKitWebProcessTerminationReason reason) {
   const auto address = url_ ? url_->absoluteString() : std::string("about:blank");
   const bool reloads = crashPolicy_.shouldReload(now());
   debugLog("GtkWebView", "processTerminated(reason:)",
-           "The process of " + address + " died; " + (reloads ? "loading it again" : "it died too often"));
+           "The process of " + addressForLog(address) + " died; " +
+               (reloads ? "loading it again" : "it died too often"));
   if (configuration_.isIsolated) {
     const auto page = reloads ? ownPage_ : crashPage({});
     webkit_web_view_load_html(view_, page.c_str(), nullptr);

@@ -102,6 +102,8 @@ struct TextFieldContent {
   Action onCommit;
   bool isSecure = false;
   bool isPlain = false;
+  /// See TextFieldOptions.
+  Action onCut = {};
 };
 struct TextEditorContent {
   Binding<std::string> text;
@@ -206,6 +208,8 @@ struct TextFieldOptions {
   bool isSecure = false;
   /// Without a frame and a background of its own.
   bool isPlain = false;
+  /// Something was typed or pasted that the field can't hold as a whole: its text is the part that it can.
+  Action onCut = {};
 };
 
 View EmptyView();

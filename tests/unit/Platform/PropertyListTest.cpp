@@ -267,5 +267,31 @@ TEST(PropertyListTest, numbersDoNotDependOnTheLocale) {
   EXPECT_EQ(back, Value(1.2));
 }
 
+TEST(PropertyListExtentTest, IsNeverLessThanTheListTakesAndLittleMore) {
+  PropertyListValue::Dictionary everything = {
+      {"flag", true},
+      {"integer", std::numeric_limits<std::int64_t>::min()},
+      {"real", -1.2345678901234567e-300},
+      {"text & <tags>", "a & b < c > d \r\n"},
+      {"amps", std::string(10'000, '&')},
+      {"plain", std::string(10'000, 'x')},
+      {"data", PropertyListValue::Data(10'000, 7)},
+      {"date", PropertyListValue::Date{1}},
+      {"array", PropertyListValue::Array{1, "two", PropertyListValue::Array{}}}};
+  for (const auto& [key, value] : everything) {
+    const PropertyListValue::Dictionary alone = {{key, value}};
+    const auto taken =
+        writeXMLPropertyList(alone)->size() - writeXMLPropertyList(PropertyListValue::Dictionary{})->size();
+    const auto told = extentOf(key, value).bytes;
+    EXPECT_GE(told, taken) << key;
+    EXPECT_LE(told, 2 * taken + 300) << key;
+  }
+  PropertyListValue nested = PropertyListValue::Data(2000, 1);
+  for (int i = 0; i < 300; ++i) nested = PropertyListValue::Array{nested, "text"};
+  EXPECT_GE(extentOf(nested).bytes + 300, writeXMLPropertyList(nested)->size());
+  EXPECT_EQ(extentOf(nested).depth, 300);
+  EXPECT_EQ(extentOf(nested).containers, 300U);
+}
+
 }  // namespace
 }  // namespace platform
