@@ -15,11 +15,6 @@ constexpr std::size_t longestLine = StandardError::longestLine / 4 - 1;
 
 std::mutex mutex;
 
-StandardError& standardError() {
-  static StandardError lines;
-  return lines;
-}
-
 std::function<void(std::string_view)>& currentSink() {
   static std::function<void(std::string_view)> sink;
   return sink;
@@ -33,7 +28,7 @@ void debugLog(std::string_view line) {
   if (currentSink()) {
     currentSink()(text);
   } else {
-    standardError().writeLine(text);
+    StandardError::shared().writeLine(text);
   }
 }
 

@@ -16,6 +16,11 @@ namespace platform {
 
 static_assert(StandardError::longestLine + 96 <= PIPE_BUF, "with the note of dropped lines before it");
 
+StandardError& StandardError::shared() {
+  static StandardError lines;
+  return lines;
+}
+
 void StandardError::writeLine(std::string_view line) {
   if (!rest_.empty()) rest_.erase(0, write(rest_));
   if (!rest_.empty()) {
@@ -37,7 +42,7 @@ void StandardError::writeLine(std::string_view line) {
 
 std::size_t StandardError::write(std::string_view text) {
   struct stat status {};
-  if (fstat(STDERR_FILENO, &status) != 0) return 0;
+  if (fstat(file_, &status) != 0) return 0;
   if (status.st_dev != device_ || status.st_ino != number_) {
     device_ = status.st_dev;
     number_ = status.st_ino;
@@ -46,22 +51,24 @@ std::size_t StandardError::write(std::string_view text) {
   const SignalBlock block(SIGPIPE);
   ssize_t count = -1;
   if (S_ISSOCK(status.st_mode)) {
-    count = send(STDERR_FILENO, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    count = send(file_, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
   } else if (S_ISREG(status.st_mode)) {
     // At the end of what others wrote, which a way of our own would not know.
-    count = ::write(STDERR_FILENO, text.data(), text.size());
+    count = ::write(file_, text.data(), text.size());
   } else if (const int file = withoutWaiting(); file >= 0) {
     count = ::write(file, text.data(), text.size());
-  } else if (pollfd room{STDERR_FILENO, POLLOUT, 0}; poll(&room, 1, 0) == 1) {
-    count = ::write(STDERR_FILENO, text.data(), text.size());
+  } else if (pollfd room{file_, POLLOUT, 0}; poll(&room, 1, 0) == 1) {
+    count = ::write(file_, text.data(), text.size());
   }
   return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
 int StandardError::withoutWaiting() {
   // Not by a flag on the standard one: that would change it for all who share it.
-  if (!own_.isOpen())
-    own_ = FileDescriptor(open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+  if (!own_.isOpen()) {
+    const auto path = "/proc/self/fd/" + std::to_string(file_);
+    own_ = FileDescriptor(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+  }
   return own_.number();
 }
 

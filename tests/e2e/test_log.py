@@ -46,17 +46,13 @@ class Log(VelkinTestCase):
             self.desktop.key("ctrl+a")
             self.desktop.type(text)
             self.desktop.key("Return")
+        # Three texts, of which two would end the script's literal.
         waitFor("the searches", lambda: self.log().count("Error searching for a text of") == 2, 10, self.log)
         self.assertEqual(page.ask(f"typeof window.{SECRET}"), "undefined", "the text ran as a script")
         self.desktop.key("Escape")
 
         page.ask(f"console.log('{SECRET} console'); console.error('{SECRET}\\n{SECRET}')")
         page.ask(f"setTimeout(() => {{ throw new Error('{SECRET} thrown') }})")
-        # A script of the program's own meets a page that throws what it likes.
-        page.ask(f"document.querySelectorAll = () => {{ throw new TypeError('{SECRET} '.repeat(1e6)) }}")
-        self.clickInPage(page, window, "text")
-        self.desktop.key("Return")
-        waitFor("the script's error", lambda: "JavaScript error: " in self.log(), 10, self.log)
         page.ask(f"outside = document.getElementById('outside'), outside.href += '?{SECRET}', 1")
         self.clickInPage(page, window, "outside")
         waitFor("the browser", self.home.openedInBrowser, 10)
@@ -68,6 +64,15 @@ class Log(VelkinTestCase):
         waitFor("the failed load", lambda: "load-failed" in self.log(), 15, self.log)
         velkin.clickIcon(self.desktop)
         self.waitForClosed()
+
+    def withAPageThatThrows(self, velkin):
+        """A script of the program's own meets a page that throws what it likes."""
+        window = self.openPopover(velkin)
+        page = self.chat.page()
+        page.ask(f"document.querySelectorAll = () => {{ throw new TypeError('{SECRET} '.repeat(1e6)) }}, 1")
+        self.clickInPage(page, window, "text")
+        self.desktop.key("Return")
+        waitFor("the script's error", lambda: "JavaScript error: " in self.log(), 10, self.log)
 
     def inThePanel(self):
         """A key, prompts, an answer and an error."""
@@ -87,8 +92,8 @@ class Log(VelkinTestCase):
             waitFor("the panel to close", lambda: not self.searchPanel(), 10)
 
     def testNothingThatIsTypedPastedStoredOrVisitedIsInIt(self):
-        velkin = self.startOnChat(searchBarKey=f"{SECRET}-key", experimentalEnabled=True,
-                                  chatUrl=self.chat.urlOf(f"/chat?{SECRET}=1#{SECRET}"))
+        stored = {"searchBarKey": f"{SECRET}-key", "chatUrl": self.chat.urlOf(f"/chat?{SECRET}=1#{SECRET}")}
+        velkin = self.startOnChat(**stored)
         self.onThePage(velkin)
         self.inThePanel()
         velkin.killWebProcesses()
@@ -96,6 +101,9 @@ class Log(VelkinTestCase):
         self.session.output("gapplication", "action", "com.tarnvale.Velkin", "show-view", f"'no{SECRET[:3]}'")
         self.clickMenuItem(velkin, "Quit")
         self.assertEqual(velkin.waitForEnd(), 0)
+        waitFor("the icon to go", lambda: not self.session.trayItems(), 10)
+        self.services.clear()
+        self.withAPageThatThrows(self.startOnChat(experimentalEnabled=True, **stored))
         log = self.log()
         for expected in ("Left click!", "url=http://127.83.0.1:8471", "handleSearchBarDelegate"):
             self.assertIn(expected, log, "this is not the log")

@@ -183,7 +183,7 @@ class LockedSettings(VelkinTestCase):
         page = self.chat.page()
         self.clickMenuItem(velkin, "Make Menu Sticky")
         self.desktop.key("ctrl+equal")
-        waitFor("the page to be larger", lambda: page.ask("devicePixelRatio") > 1.1, 10)
+        waitFor("the page to be larger", lambda: page.ask("innerWidth") < 550, 10)
         self.assertEqual(self.home.settingsFile.read_bytes(), before)
         self.assertIn("kept in memory only", velkin.errorText())
         fcntl.flock(self.lock, fcntl.LOCK_UN)

@@ -3,6 +3,7 @@
 #include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
 #include "Platform/FileUserDefaults.h"
+#include "Platform/Gtk/FreeMemory.h"
 #include "Platform/Gtk/GtkEventTarget.h"
 #include "Platform/Gtk/GtkHostingView.h"
 #include "Platform/Gtk/GtkInputSource.h"
@@ -58,6 +59,7 @@ std::filesystem::path fatalErrorFile() { return ProgramFolders::userState() / "f
 GtkPlatform::GtkPlatform()
     : workspace_([this] { return application_.connection(); }),
       notifications_([this] { return application_.connection(); }) {
+  keepLittleFreeMemory();
   sendLibraryMessagesToDebugLog();
   bundle_ = {bundle::identifier, bundle::shortVersion, bundle::buildNumber, bundle::creationDate};
   g_set_prgname("velkin");

@@ -111,6 +111,9 @@ TEST_F(DebugLogTest, AReaderThatIsGoneEndsNothing) {
   reader = -1;
   for (int i = 0; i < 3; ++i) debugLog("to nobody");
   giveBack();
+  takePipe();
+  debugLog("to somebody again");
+  EXPECT_EQ(read(), "Lines of the log that nobody read and that were dropped: 3\nto somebody again\n");
 }
 
 TEST_F(DebugLogTest, ALineIsOneLineWhateverItsMakerLetIn) {
