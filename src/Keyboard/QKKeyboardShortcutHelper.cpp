@@ -3,7 +3,7 @@
 #include "Keyboard/VirtualKeyCode.h"
 #include "Platform/FatalError.h"
 #include "Platform/NSApplication.h"
-#include "WebView/WebViewSwitchType.h"
+#include "Values/WebViewSwitchType.h"
 #include "extenstions/LetterCase.h"
 
 #include <algorithm>

@@ -1,7 +1,6 @@
 #include "Platform/FatalError.h"
 
 #include "Platform/DebugLog.h"
-#include "Platform/NSUserDefaults.h"
 #include "Platform/Platform.h"
 
 #include <cstdlib>
@@ -11,10 +10,7 @@ namespace platform {
 
 void fatalError(std::string_view message) {
   debugLog(std::string("Fatal error: ").append(message));
-  if (auto* platform = Platform::installed()) {
-    platform->standardUserDefaults().storeWhatIsHeldBack();
-    platform->noteFatalError(message);
-  }
+  if (auto* platform = Platform::installed()) platform->noteFatalError(message);
   // No core file and no unwinding: the process holds the user's key and pages in memory.
   std::_Exit(fatalErrorExitCode);
 }

@@ -283,6 +283,7 @@ WebEngine& GtkPlatform::webEngine() {
 }
 
 void GtkPlatform::noteFatalError(std::string_view message) noexcept {
+  if (defaults_) defaults_->storeWhatIsHeldBack();
   makePrivateFolder(ProgramFolders::userState());
   replaceFile(fatalErrorFile(), std::string(message) + '\n');
 }

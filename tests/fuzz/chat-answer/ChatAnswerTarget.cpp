@@ -1,5 +1,5 @@
 #include "Helpers/SearchRequestHelper.h"
-#include "Markdown/MarkdownHtmlHelper.h"
+#include "Components/MarkdownHtmlHelper.h"
 #include "MarkdownEngine/ValidUtf8.h"
 #include "Platform/NSURLSession.h"
 #include "fuzz/support/Require.h"

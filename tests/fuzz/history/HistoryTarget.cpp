@@ -1,5 +1,5 @@
 #include "Platform/Headless/HeadlessPlatform.h"
-#include "SearchBar/SearchBarSearches.h"
+#include "Values/SearchBarSearches.h"
 #include "fuzz/support/Require.h"
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+#include "Markdown/MarkdownUIView.h"
 #include "Platform/NSHostingController.h"
 #include "WebView/FindableWebView.h"
 #include "WebView/WebViewHelper.h"
@@ -28,13 +29,9 @@ class FindableWebViewTest : public AppFixture {
   FindableWebView containerAround(const WebView& main) const {
     return {.scripting = ScriptingHelper::make(),
             .webView = main,
-            .bardWebView = pages.at(bard),
-            .bitBucketWebView = pages.at(bitbucket),
-            .chatWebView = pages.at(chatgpt),
-            .gitLabWebView = pages.at(gitlab),
-            .hemingwayWebView = pages.at(hemingway),
-            .jiraWebView = pages.at(jira),
-            .markdownView = {},
+            .pages = ServicePages({pages.at(chatgpt), pages.at(bard), pages.at(bitbucket), pages.at(gitlab),
+                                   pages.at(hemingway), pages.at(jira)}),
+            .markdownView = MarkdownUIView{},
             .sharedState = state};
   }
   void setSize(double width, double height) {
