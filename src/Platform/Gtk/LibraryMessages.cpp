@@ -4,16 +4,14 @@
 #include "Platform/LogText.h"
 #include "Platform/StandardError.h"
 
-#include <cerrno>
 #include <cstdint>
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <system_error>
-#include <thread>
 
 #include <fcntl.h>
 #include <glib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 /// There in a build with a sanitizer only.
@@ -49,39 +47,17 @@ GLogWriterOutput write(GLogLevelFlags level, const GLogField* fields, gsize coun
   return G_LOG_WRITER_HANDLED;
 }
 
-/// Line by line, however long they are. A thread's whole life.
-void readOn(int file) {
-  constexpr std::size_t longest = 4096;
-  std::string line;
-  char some[4096];
-  for (;;) {
-    const auto count = ::read(file, some, sizeof some);
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return;
-    for (const char c : std::string_view(some, static_cast<std::size_t>(count))) {
-      if (c != '\n') {
-        if (line.size() < longest) line += c;
-        continue;
-      }
-      if (!line.empty()) debugLog("Web engine: " + forLog(line));
-      line.clear();
-    }
-  }
-}
-
-void takeStandardErrorOfOthers() {
-  const int own = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
-  int ends[2] = {-1, -1};
-  if (own < 0 || ::pipe2(ends, O_CLOEXEC) != 0) return;
-  try {
-    std::thread(readOn, ends[0]).detach();
-  } catch (const std::system_error&) {
+/// Web processes write to standard error themselves, and wait for who reads it.
+void takeStandardErrorFromOthers() {
+  struct stat status {};
+  if (::fstat(STDERR_FILENO, &status) != 0 || (!S_ISFIFO(status.st_mode) && !S_ISSOCK(status.st_mode)))
     return;
-  }
+  const int own = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
+  const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+  if (own < 0 || nowhere < 0) return;
   StandardError::shared().moveTo(own);
-  ::dup2(ends[1], STDERR_FILENO);
-  ::close(ends[1]);
-  // A sanitizer's report is the last that a process writes: nobody would read it out of the pipe any more.
+  ::dup2(nowhere, STDERR_FILENO);
+  ::close(nowhere);
   if (__sanitizer_set_report_fd != nullptr)
     __sanitizer_set_report_fd(reinterpret_cast<void*>(static_cast<std::intptr_t>(own)));
 }
@@ -91,7 +67,7 @@ void takeStandardErrorOfOthers() {
 void sendLibraryMessagesToDebugLog() {
   static std::once_flag once;
   std::call_once(once, [] {
-    takeStandardErrorOfOthers();
+    takeStandardErrorFromOthers();
     g_log_set_writer_func(write, nullptr, nullptr);
   });
 }
