@@ -1,7 +1,5 @@
 #include "AppDelegate.h"
 
-#include "Appearance/AppearanceHeight.h"
-#include "Appearance/AppearanceWidth.h"
 #include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
 #include "Platform/NSAppearance.h"
@@ -10,6 +8,8 @@
 #include "Platform/NSWorkspace.h"
 #include "Platform/Platform.h"
 #include "UserData/FatalErrorRecovery.h"
+#include "Values/AppearanceHeight.h"
+#include "Values/AppearanceWidth.h"
 
 #include <algorithm>
 

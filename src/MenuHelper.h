@@ -1,7 +1,7 @@
 #pragma once
 
-#include "MenuHelperDelegate.h"
 #include "Platform/NSMenu.h"
+#include "Values/MenuHelperDelegate.h"
 
 #include <memory>
 #include <string>

@@ -1,239 +1,206 @@
 #include "VelkinImpl.h"
 
-#include "Appearance/AppearanceHeight.h"
-#include "Appearance/AppearanceWidth.h"
+#include "Controller/AuxiliaryPanels.h"
+#include "Controller/Finding.h"
+#include "Controller/PageCommands.h"
+#include "Controller/PageExport.h"
+#include "Controller/SearchPanel.h"
+#include "Controller/Sidebars.h"
+#include "Controller/StatusItem.h"
+#include "Controller/ViewSwitcher.h"
+#include "Controller/WindowGeometry.h"
 #include "Keyboard/KeyboardShortcuts.h"
+#include "Keyboard/QKKeyboardShortcutHelper.h"
 #include "Platform/DebugLog.h"
-#include "Platform/DispatchQueue.h"
-#include "Platform/FatalError.h"
 #include "Platform/NSApplication.h"
-#include "Platform/NSBundle.h"
-#include "Platform/NSWorkspace.h"
+#include "Values/AppearanceFontSize.h"
 
-#include <charconv>
-#include <string>
 #include <utility>
 
 namespace velkin {
 
-using platform::debugLog;
-using platform::NSEvent;
-using platform::NSMenuItem;
-using platform::NSPopover;
+using enum WebViewSwitchType;
+using Panel = AuxiliaryPanels::Kind;
 
-namespace {
+struct VelkinImpl::Rooms {
+  Rooms(VelkinImpl& owner, std::shared_ptr<platform::NSPopover> popover, ServicePages pages)
+      : content(std::move(popover), std::move(pages)),
+        views({.menu = &owner, .releaseNotes = &owner}, content),
+        statusItem(content, owner, owner),
+        panels(views, &owner) {}
 
-constexpr double statusItemLength = 28;
-constexpr platform::NSSize statusImageSize{22, 22};
+  PopoverContent content;
+  ViewFactory views;
+  Sidebars sidebars{content};
+  WindowGeometry geometry{content, sidebars};
+  StatusItem statusItem;
+  SearchPanel searchPanel{views};
+  AuxiliaryPanels panels;
+  ViewSwitcher switcher{{content, views, sidebars, geometry, statusItem, searchPanel}};
+  Finding finding{content};
+  PageCommands page{content};
+  PageExport pageExport;
+  std::unique_ptr<QKKeyboardShortcutHelper> keyboard;
+};
 
-}  // namespace
-
-VelkinImpl::VelkinImpl(std::shared_ptr<NSPopover> mainPopover, WebView bard, WebView bitbucket, WebView chat,
-                       WebView gitlab, WebView hemingway, WebView jira)
-    : menuBarItem(menuBar.statusItem(statusItemLength)),
-      popover(std::move(mainPopover)),
-      bardWebView(std::move(bard)),
-      bitbucketWebView(std::move(bitbucket)),
-      chatWebView(std::move(chat)),
-      gitlabWebView(std::move(gitlab)),
-      hemingwayWebView(std::move(hemingway)),
-      jiraWebView(std::move(jira)),
-      currentWebView(chatWebView),
-      menu(menuBarItem->menu ? menuBarItem->menu : std::make_shared<platform::NSMenu>()),
-      appearancePanel(platform::NSPanel::make()),
-      aboutPanel(platform::NSPanel::make()),
-      shortcutsPanel(platform::NSPanel::make()) {
-  currentWebView.webView->uiDelegate = this;
+VelkinImpl::VelkinImpl(std::shared_ptr<platform::NSPopover> popover, WebView bard, WebView bitbucket,
+                       WebView chat, WebView gitlab, WebView hemingway, WebView jira)
+    : rooms_(
+          std::make_unique<Rooms>(*this, std::move(popover),
+                                  ServicePages({std::move(chat), std::move(bard), std::move(bitbucket),
+                                                std::move(gitlab), std::move(hemingway), std::move(jira)}))) {
+  currentWebView().webView->uiDelegate = this;
   updatePopoverBehavior(false);
-  setUpStatusItem();
-  setUpGlobalShortcuts();
-  isInitialLaunch = true;
-  showFirstView();
-  isFindingWebState->showToolbar.set(defaults.showToolBar());
-  keyboardHelper_ = std::make_unique<QKKeyboardShortcutHelper>(*this, *popover, *menuBarItem, *this);
-  keyboardHelper_->resetKeyPressBools();
-  keyboardHelper_->modifierKeyBools();
+  rooms_->statusItem.setUp();
+  using KeyboardShortcuts::Name;
+  KeyboardShortcuts::onKeyDown(Name::searchBarShortcut(), [this] { handleSearchBarDelegate(); });
+  KeyboardShortcuts::onKeyDown(Name::popUpShortcut(), [this] { didUseGlobalHotKeys(); });
+  rooms_->content.isInitialLaunch = true;
+  rooms_->switcher.showFirst();
+  isFindingWebState()->showToolbar.set(UserDefaultsHelper().showToolBar());
+  rooms_->keyboard =
+      std::make_unique<QKKeyboardShortcutHelper>(*this, *rooms_->content.popover, menuBarItem(), *this);
+  keyboardHelper().resetKeyPressBools();
+  keyboardHelper().modifierKeyBools();
 }
 
 VelkinImpl::~VelkinImpl() { KeyboardShortcuts::shutDown(); }
 
-void VelkinImpl::setUpGlobalShortcuts() {
-  using KeyboardShortcuts::Name;
-  KeyboardShortcuts::onKeyDown(Name::searchBarShortcut(), [this] { handleSearchBarDelegate(); });
-  KeyboardShortcuts::onKeyDown(Name::popUpShortcut(), [this] { didUseGlobalHotKeys(); });
+bool VelkinImpl::isInitialLaunch() const { return rooms_->content.isInitialLaunch; }
+bool VelkinImpl::isShowingPopUpMenu() const { return rooms_->statusItem.isShowingPopUpMenu; }
+bool VelkinImpl::isDismissingPopUpMenu() const { return rooms_->statusItem.isDismissingPopUpMenu; }
+const std::shared_ptr<ScriptingHelper>& VelkinImpl::scriptingHelper() const {
+  return rooms_->content.scripting;
+}
+platform::NSStatusItem& VelkinImpl::menuBarItem() const { return *rooms_->statusItem.menuBarItem; }
+platform::NSPopover& VelkinImpl::popover() const { return *rooms_->content.popover; }
+const std::shared_ptr<platform::NSMenu>& VelkinImpl::menu() const { return rooms_->statusItem.menu; }
+MenuHelper& VelkinImpl::menuBarHelper() { return rooms_->statusItem.menuBarHelper(); }
+QKKeyboardShortcutHelper& VelkinImpl::keyboardHelper() { return *rooms_->keyboard; }
+const std::shared_ptr<SharedState>& VelkinImpl::isFindingWebState() const {
+  return rooms_->content.sharedState;
+}
+const WebView& VelkinImpl::bardWebView() const { return rooms_->content.pages[bard]; }
+const WebView& VelkinImpl::bitbucketWebView() const { return rooms_->content.pages[bitbucket]; }
+const WebView& VelkinImpl::chatWebView() const { return rooms_->content.pages[chatgpt]; }
+const WebView& VelkinImpl::gitlabWebView() const { return rooms_->content.pages[gitlab]; }
+const WebView& VelkinImpl::hemingwayWebView() const { return rooms_->content.pages[hemingway]; }
+const WebView& VelkinImpl::jiraWebView() const { return rooms_->content.pages[jira]; }
+const WebView& VelkinImpl::currentWebView() const { return rooms_->content.currentWebView; }
+const VelkinImpl::Host<FindableWebView>& VelkinImpl::hostedWebView() const {
+  return rooms_->content.hostedWebView;
+}
+const VelkinImpl::Host<ReleaseNotesUIView>& VelkinImpl::hostedNotesView() const {
+  return rooms_->content.hostedNotesView;
+}
+const VelkinImpl::Controller& VelkinImpl::aboutHostingController() const {
+  return rooms_->panels.content(Panel::about);
+}
+const VelkinImpl::Controller& VelkinImpl::appearanceHostingController() const {
+  return rooms_->panels.content(Panel::appearance);
+}
+const VelkinImpl::Controller& VelkinImpl::shortcutsHostingController() const {
+  return rooms_->panels.content(Panel::shortcuts);
+}
+platform::NSPanel& VelkinImpl::aboutPanel() const { return rooms_->panels.panel(Panel::about); }
+platform::NSPanel& VelkinImpl::appearancePanel() const { return rooms_->panels.panel(Panel::appearance); }
+platform::NSPanel& VelkinImpl::shortcutsPanel() const { return rooms_->panels.panel(Panel::shortcuts); }
+platform::NSPanel* VelkinImpl::searchBarHostingController() const {
+  return rooms_->searchPanel.panel().get();
 }
 
-void VelkinImpl::setUpStatusItem() {
-  auto* button = menuBarItem->button();
-  if (button == nullptr) return;
-  button->setImage({"velkin.diamondgear.black", statusImageSize, true});
-  button->action = [this] { menuButtonClicked(); };
-  button->sendActionOn =
-      NSEvent::mask(NSEvent::EventType::leftMouseUp) | NSEvent::mask(NSEvent::EventType::rightMouseUp);
-  for (const auto& item : menuBarHelper().menuItems) menu->addItem(item);
-  menu->delegate = this;
-  menu->autoenablesItems = false;
-  menuBarItem->prepareMenu(menu);
-}
-
-MenuHelper& VelkinImpl::menuBarHelper() {
-  if (!menuBarHelper_) menuBarHelper_ = std::make_unique<MenuHelper>(this);
-  return *menuBarHelper_;
-}
-
-int VelkinImpl::buildNumber() const {
-  const auto& text = platform::unwrap(platform::NSBundle::main().version);
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size() ? number : 0;
-}
-
-void VelkinImpl::showFirstView() {
-  const int build = buildNumber();
-  if (defaults.releaseNoteBuildVersion() == build) {
-    switchWebViews(WebViewSwitchType::chatgpt);
-    return;
-  }
-  switchWebViews(WebViewSwitchType::releaseNotes);
-  defaults.set(std::int64_t{build}, UserDefault::releaseNoteBuildVersion);
-}
-
-void VelkinImpl::menuButtonClicked() {
-  const auto& event = platform::NSApp().currentEvent;
-  if (platform::unwrap(event).type == NSEvent::EventType::rightMouseUp) {
-    debugLog("Right click!");
-    updatePopoverBehavior(true);
-    toggleMenu();
-    return;
-  }
-  debugLog("Left click!");
-  updatePopoverBehavior(false);
-  togglePopover();
-}
-
-void VelkinImpl::updatePopoverBehavior(bool force) {
-  const bool isSticky = menuBarHelper().stickyMenuItem->state() != NSMenuItem::State::off;
-  const bool staysOpen = isSticky || (popover->isShown() && force);
-  popover->behavior = staysOpen ? NSPopover::Behavior::applicationDefined : NSPopover::Behavior::transient;
-}
-
-void VelkinImpl::handlePopOverBehaviorUpdate(std::optional<bool> value) {
-  updatePopoverBehavior(value.value_or(false));
-}
-
-void VelkinImpl::toggleMenu() {
-  isDismissingPopUpMenu = true;
-  if (isShowingPopUpMenu) {
-    debugLog("Clear menu");
-    isShowingPopUpMenu = false;
-    menuBarItem->menu = nullptr;
-    return;
-  }
-  debugLog(std::string("Set menu menuBar is showing ") + (menuBarItem->menu ? "true" : "false"));
-  isShowingPopUpMenu = true;
-  menuBarItem->popUpStatusItemMenu(menu);
-}
-
-void VelkinImpl::menuDidClose(platform::NSMenu&) {
-  isShowingPopUpMenu = false;
-  isDismissingPopUpMenu = false;
-}
-
-void VelkinImpl::togglePopover() {
-  const auto last = defaults.lastVisibleWebView();
-  const bool useLargeSize = last == WebViewSwitchType::onboarding ||
-                            last == WebViewSwitchType::releaseNotes || !defaults.onboardingCompleted();
-  isInitialLaunch = false;
-  if (popover->isShown()) {
-    popover->performClose();
-  } else {
-    showPopover(useLargeSize);
-  }
-}
-
+void VelkinImpl::menuButtonClicked() { rooms_->statusItem.clicked(); }
+void VelkinImpl::togglePopover() { rooms_->statusItem.togglePopover(); }
+void VelkinImpl::showPopover(bool useLargeSize) { rooms_->statusItem.showPopover(useLargeSize); }
+void VelkinImpl::toggleMenu() { rooms_->statusItem.toggleMenu(); }
+void VelkinImpl::updatePopoverBehavior(bool force) { rooms_->statusItem.updatePopoverBehavior(force); }
+void VelkinImpl::didScroll() { platform::debugLog("VelkinImpl", "didScroll()", ""); }
+void VelkinImpl::menuDidClose(platform::NSMenu&) { rooms_->statusItem.menuDidClose(); }
 void VelkinImpl::didUseGlobalHotKeys() {
-  debugLog("Q$: didUseGlobalHotKeys");
+  platform::debugLog("Q$: didUseGlobalHotKeys");
   togglePopover();
 }
-
 void VelkinImpl::handleSearchBarDelegate() {
-  debugLog("Q$: handleSearchBarDelegate");
-  if (searchBarHostingController) {
-    handleEsc();
-    isSearchBarOpen_ = false;
-  } else {
-    switchWebViews(WebViewSwitchType::search);
-    isSearchBarOpen_ = true;
-  }
+  rooms_->switcher.toggleSearchBar([this] { handleEsc(); });
 }
 
 void VelkinImpl::showView(WebViewSwitchType type) {
-  if (type == WebViewSwitchType::search) {
-    if (!searchBarHostingController) handleSearchBarDelegate();
-    return;
-  }
-  // A switch to the view that is on show would fall back on chat.
-  if (type != defaults.lastVisibleWebView()) switchWebViews(type);
-  if (!popover->isShown()) togglePopover();
+  if (type != search) return rooms_->switcher.bringUp(type);
+  if (searchBarHostingController() == nullptr) handleSearchBarDelegate();
+}
+void VelkinImpl::switchWebViews(WebViewSwitchType type) { rooms_->switcher.switchTo(type); }
+void VelkinImpl::updateCurrentWebView() { rooms_->switcher.updateCurrentWebView(); }
+bool VelkinImpl::isFindableView() const { return rooms_->content.isFindableView(); }
+bool VelkinImpl::isFindableOrMarkdownView() const { return rooms_->content.isFindableOrMarkdownView(); }
+void VelkinImpl::closeSideBarViews() { rooms_->sidebars.close(); }
+void VelkinImpl::resetSideBarViews() { rooms_->sidebars.reset(); }
+void VelkinImpl::setSidebarsForGroup(std::optional<WebViewSwitchType> type) { rooms_->sidebars.open(type); }
+void VelkinImpl::didClickReleaseNotesDone() { rooms_->switcher.releaseNotesAreRead(); }
+
+void VelkinImpl::updateWebViewWindowSize(double width, double height) {
+  rooms_->geometry.updateWindowSize(width, height);
+}
+bool VelkinImpl::getIsInFullScreenMode() const { return rooms_->geometry.isFullScreen(); }
+void VelkinImpl::updateCurrentWebViewZoomLevel(double zoom) { rooms_->geometry.updateCurrentZoom(zoom); }
+void VelkinImpl::updateSideBarZoomLevel(double zoom) { rooms_->sidebars.setZoom(zoom); }
+
+void VelkinImpl::windowWillClose(platform::NSPanel&) { rooms_->panels.releaseContents(); }
+void VelkinImpl::showViewAsPanel(platform::NSPanel& panel, platform::NSPoint origin) {
+  rooms_->panels.show(panel, origin);
 }
 
-void VelkinImpl::showPopover(bool useLargeSize) {
-  auto* button = menuBarItem->button();
-  if (button == nullptr) return;
-  if (useLargeSize) {
-    popover->setContentSize({rawValue(AppearanceWidth::medium), rawValue(AppearanceHeight::medium)});
-  } else {
-    popover->setContentSize({windowSize(fromRawValue<AppearanceWidth>(defaults.webViewWidth())),
-                             windowSize(fromRawValue<AppearanceHeight>(defaults.webViewHeight()))});
-  }
-  popover->show(button->bounds(), *button, platform::NSRectEdge::maxY);
-  // Whoever opens the popover wants to write.
-  if (!isFindingWebState->isSearching.get()) giveKeyboardToMainView();
+bool VelkinImpl::isSearchBarOpen() const { return rooms_->searchPanel.isSearchBarOpen; }
+void VelkinImpl::setIsSearchBarOpen(bool isOpen) { rooms_->searchPanel.isSearchBarOpen = isOpen; }
+void VelkinImpl::switchWebViewsClicked(int rawValue) { rooms_->switcher.switchToNumber(rawValue); }
+void VelkinImpl::handlePopOverBehaviorUpdate(std::optional<bool> value) {
+  updatePopoverBehavior(value.value_or(false));
 }
-
-void VelkinImpl::giveKeyboardToMainView() {
-  // A page that isn't on show would take the keyboard when it comes to a sidebar.
-  if (!isFindableView() || defaults.lastVisibleWebView() == WebViewSwitchType::markdown) return;
-  currentWebView.webView->makeFirstResponder();
+void VelkinImpl::handlePrintAction() { rooms_->pageExport.saveAsPdf(); }
+void VelkinImpl::handleScreenCaptureAction() { rooms_->pageExport.saveAsWebArchive(); }
+void VelkinImpl::handleWindowFindOnPage() { rooms_->finding.toggle(); }
+void VelkinImpl::handleWindowBardOnPage() { rooms_->sidebars.toggle(bard); }
+void VelkinImpl::handleWindowBitBucketOnPage() { rooms_->sidebars.toggle(bitbucket); }
+void VelkinImpl::handleWindowChatOnPage() { rooms_->sidebars.toggle(chatgpt); }
+void VelkinImpl::handleWindowGitLabOnPage() { rooms_->sidebars.toggle(gitlab); }
+void VelkinImpl::handleWindowHemingwayOnPage() { rooms_->sidebars.toggle(hemingway); }
+void VelkinImpl::handleWindowJiraOnPage() { rooms_->sidebars.toggle(jira); }
+void VelkinImpl::handleWindowMarkdownOnPage() { rooms_->sidebars.toggle(markdown); }
+void VelkinImpl::handleZoomActual() {
+  platform::debugLog("handleZoomActual!");
+  rooms_->geometry.setZoom(rawValue(AppearanceFontSize::normal));
 }
-
+void VelkinImpl::handleZoomIn() { rooms_->geometry.stepZoom(-1, "handleZoomIn!"); }
+void VelkinImpl::handleZoomOut() { rooms_->geometry.stepZoom(+1, "handleZoomOut!"); }
+void VelkinImpl::handleSideGroupClick(int number) { rooms_->switcher.showGroup(number); }
+void VelkinImpl::handleForward() { rooms_->page.goForward(); }
+void VelkinImpl::handleBack() { rooms_->page.goBack(); }
+void VelkinImpl::handleReloadFromOrigin() { rooms_->page.reloadFromOrigin(); }
+void VelkinImpl::handleWindowFullScreen() { rooms_->geometry.toggleFullScreen(); }
+void VelkinImpl::handleWindowTaller() { rooms_->geometry.stepHeight(-1, "handleWindowShorter!"); }
+void VelkinImpl::handleWindowShorter() { rooms_->geometry.stepHeight(+1, "handleWindowTaller!"); }
+void VelkinImpl::handleWindowWider() { rooms_->geometry.stepWidth(-1, "handleWindowWider!"); }
+void VelkinImpl::handleWindowSlimmer() { rooms_->geometry.stepWidth(+1, "handleWindowSlimmer!"); }
+void VelkinImpl::handlePageUp() { rooms_->page.scrollPageUp(); }
+void VelkinImpl::handlePageDown() { rooms_->page.scrollPageDown(); }
+void VelkinImpl::handleEnter() { rooms_->page.submitForm(); }
 void VelkinImpl::handleEsc() {
-  auto& isSearching = isFindingWebState->isSearching;
-  if (isSearching.get()) {
-    if (isFindableView() || hostedNotesView) {
-      scriptingHelper->stopFinding("", *currentWebView.webView);
-      handleWindowFindOnPage();
-      giveKeyboardToMainView();
-      return;
-    }
-    // A find bar that isn't on show holds nothing back.
-    isSearching.set(false);
-  }
-  if (searchBarHostingController) {
-    searchBarHostingController->close();
-    searchBarHostingController.reset();
-    return;
-  }
-  if (popover->isShown()) popover->performClose();
+  rooms_->finding.end() || rooms_->searchPanel.close() || rooms_->statusItem.closePopover();
 }
 
-void VelkinImpl::handleEnter() { scriptingHelper->submitForm(currentWebView.webView); }
-
-// Saving the page and taking its picture come with the export of pages.
-void VelkinImpl::handlePrintAction() { debugLog("VelkinImpl", "handlePrintAction()", ""); }
-void VelkinImpl::handleScreenCaptureAction() { debugLog("VelkinImpl", "handleScreenCaptureAction()", ""); }
-
-void VelkinImpl::didScroll() { debugLog("VelkinImpl", "didScroll()", ""); }
-
-void VelkinImpl::didClickReleaseNotesDone() {
-  if (hostedNotesView && hostedNotesView->presentingViewController != nullptr) {
-    hostedNotesView->presentingViewController->dismiss(*hostedNotesView);
-  }
-  // The content stays on show until the next one takes its place, and with it the button that was clicked.
-  hostedNotesView.reset();
-  // There is no onboarding page yet: whoever has read the notes is on board.
-  defaults.set(true, UserDefault::onboardingCompleted);
-  switchWebViews(WebViewSwitchType::chatgpt);
+void VelkinImpl::aboutClicked() { rooms_->panels.open(Panel::about); }
+void VelkinImpl::homeClicked() { handleReloadFromOrigin(); }
+void VelkinImpl::shortcutsClicked() { rooms_->panels.open(Panel::shortcuts); }
+void VelkinImpl::appearanceClicked() { rooms_->panels.open(Panel::appearance); }
+void VelkinImpl::preferencesClicked() { rooms_->statusItem.clearMenu(); }
+void VelkinImpl::previewClicked() { platform::debugLog("Preview click!"); }
+void VelkinImpl::toolbarClicked() { rooms_->statusItem.toggleToolbar(); }
+void VelkinImpl::stickyClicked() { rooms_->statusItem.toggleSticky(); }
+void VelkinImpl::experimentalClicked() { rooms_->statusItem.toggleExperimental(); }
+void VelkinImpl::reloadClicked() { rooms_->page.reload(); }
+void VelkinImpl::openClicked() { rooms_->page.openInBrowser(); }
+void VelkinImpl::quitClicked() {
+  platform::debugLog("Quit click!");
+  platform::NSApp().exit(0);
 }
 
 }  // namespace velkin

@@ -2,9 +2,9 @@
 // with the keyboard, beside a bare window with one entry; what many openings leave behind; and a long
 // answer's way to the page. Runs on a desktop with a tray; ./dev bench search makes one.
 #include "ChatService.h"
+#include "Components/MarkdownHtmlHelper.h"
 #include "Desktop.h"
 #include "Focus.h"
-#include "Markdown/MarkdownHtmlHelper.h"
 #include "Observer.h"
 #include "Programs.h"
 #include "Timing.h"

@@ -3,8 +3,9 @@
 #include "Platform/FatalError.h"
 #include "Platform/NSURLSession.h"
 #include "Platform/UTF8.h"
-#include "WebView/ServiceAddresses.h"
+#include "Values/ServiceAddresses.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -75,8 +76,10 @@ SearchRequestHelper::Result SearchRequestHelper::read(
                                   "The data couldn’t be read because it isn’t in the correct format."});
   }
   const auto* choices = member(&document, "choices");
-  const auto* first =
-      choices != nullptr && choices->is_array() && !choices->empty() ? &choices->front() : nullptr;
+  const bool isArrayOfObjects =
+      choices != nullptr && choices->is_array() && !choices->empty() &&
+      std::ranges::all_of(*choices, [](const auto& one) { return one.is_object(); });
+  const auto* first = isArrayOfObjects ? &choices->front() : nullptr;
   const auto* content = member(member(first, "message"), "content");
   if (content == nullptr || !content->is_string()) return failure("Invalid JSON");
   return trimmed(content->get_ref<const std::string&>());

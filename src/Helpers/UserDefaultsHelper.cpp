@@ -1,12 +1,9 @@
 #include "Helpers/UserDefaultsHelper.h"
 
-#include "Appearance/AppearanceFontSize.h"
-#include "Appearance/AppearanceHeight.h"
-#include "Appearance/AppearanceWidth.h"
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/UTF8.h"
-#include "SearchBar/SearchBarSearches.h"
+#include "Values/SearchBarSearches.h"
 
 #include <cmath>
 
@@ -27,6 +24,11 @@ WebViewSwitchType viewOf(std::int64_t number) {
   return fromRawValue<WebViewSwitchType>(number).value_or(WebViewSwitchType::chatgpt);
 }
 
+template <class T>
+T absent(UserDefault key) {
+  return std::get<T>(settingRow(key).absent);
+}
+
 std::string textOf(const std::optional<WebViewSwitchType>& view) {
   return view ? std::to_string(rawValue(*view)) : "-";
 }
@@ -38,16 +40,14 @@ UserDefaultsHelper::UserDefaultsHelper()
 
 UserDefaultsHelper::UserDefaultsHelper(platform::NSUserDefaults& defaults) : defaults_(&defaults) {}
 
-bool UserDefaultsHelper::experimentalEnabled() const { return getBool(UserDefault::experimentalEnabled); }
-bool UserDefaultsHelper::showToolBar() const { return getBool(UserDefault::showToolBar, true); }
-bool UserDefaultsHelper::startAtLogin() const { return getBool(UserDefault::startAtLogin); }
-bool UserDefaultsHelper::hemingwayEnabled() const { return getBool(UserDefault::hemingwayEnabled); }
-bool UserDefaultsHelper::isAlternateViewVisible() const {
-  return getBool(UserDefault::isAlternateViewVisible);
-}
-bool UserDefaultsHelper::isDarkMode() const { return getBool(UserDefault::isDarkMode); }
-bool UserDefaultsHelper::stickyMenu() const { return getBool(UserDefault::stickyMenu); }
-bool UserDefaultsHelper::onboardingCompleted() const { return getBool(UserDefault::onboardingCompleted); }
+bool UserDefaultsHelper::experimentalEnabled() const { return flag(UserDefault::experimentalEnabled); }
+bool UserDefaultsHelper::showToolBar() const { return flag(UserDefault::showToolBar); }
+bool UserDefaultsHelper::startAtLogin() const { return flag(UserDefault::startAtLogin); }
+bool UserDefaultsHelper::hemingwayEnabled() const { return flag(UserDefault::hemingwayEnabled); }
+bool UserDefaultsHelper::isAlternateViewVisible() const { return flag(UserDefault::isAlternateViewVisible); }
+bool UserDefaultsHelper::isDarkMode() const { return flag(UserDefault::isDarkMode); }
+bool UserDefaultsHelper::stickyMenu() const { return flag(UserDefault::stickyMenu); }
+bool UserDefaultsHelper::onboardingCompleted() const { return flag(UserDefault::onboardingCompleted); }
 
 std::string UserDefaultsHelper::onboardingChatURL() const {
   return getString(UserDefault::onboardingChatURL);
@@ -91,21 +91,18 @@ SidebarGroup UserDefaultsHelper::defaultSidebarGroup() {
 }
 
 double UserDefaultsHelper::webViewFSToggleHeight() const {
-  return getCGFloat(UserDefault::webViewFSToggleHeight, rawValue(AppearanceHeight::medium));
+  return number(UserDefault::webViewFSToggleHeight);
 }
-double UserDefaultsHelper::webViewFSToggleWidth() const {
-  return getCGFloat(UserDefault::webViewFSToggleWidth, rawValue(AppearanceWidth::medium));
-}
-double UserDefaultsHelper::webViewHeight() const {
-  return getCGFloat(UserDefault::webViewHeight, rawValue(AppearanceHeight::medium));
-}
-double UserDefaultsHelper::webViewWidth() const {
-  return getCGFloat(UserDefault::webViewWidth, rawValue(AppearanceWidth::medium));
-}
+double UserDefaultsHelper::webViewFSToggleWidth() const { return number(UserDefault::webViewFSToggleWidth); }
+double UserDefaultsHelper::webViewHeight() const { return number(UserDefault::webViewHeight); }
+double UserDefaultsHelper::webViewWidth() const { return number(UserDefault::webViewWidth); }
 double UserDefaultsHelper::webViewZoom() const {
-  return std::round(getCGFloat(UserDefault::webViewZoom, rawValue(AppearanceFontSize::normal)) * 100.0) /
-         100.0;
+  return std::round(number(UserDefault::webViewZoom) * 100.0) / 100.0;
 }
+
+bool UserDefaultsHelper::flag(UserDefault key) const { return getBool(key, absent<bool>(key)); }
+
+double UserDefaultsHelper::number(UserDefault key) const { return getCGFloat(key, absent<double>(key)); }
 
 std::optional<SidebarGroup> UserDefaultsHelper::getSidebarGroup(UserDefault key) const {
   const auto text = getString(key);

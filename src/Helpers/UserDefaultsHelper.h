@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Helpers/UserDefault.h"
 #include "Platform/NSUserDefaults.h"
-#include "SearchBar/SearchBarSearch.h"
-#include "SideBar/SidebarGroup.h"
-#include "WebView/EasterEggItem.h"
-#include "WebView/WebViewSwitchType.h"
+#include "Values/EasterEggItem.h"
+#include "Values/SearchBarSearch.h"
+#include "Values/SidebarGroup.h"
+#include "Values/UserDefault.h"
+#include "Values/WebViewSwitchType.h"
 
 #include <cstdint>
 #include <optional>
@@ -83,6 +83,9 @@ class UserDefaultsHelper {
   bool hasBeenThreeHoursSinceLGPTVisible() const;
 
  private:
+  /// With the table's value where nothing is stored.
+  bool flag(UserDefault key) const;
+  double number(UserDefault key) const;
   void setViewHeight(platform::PropertyListValue value) const;
   void setViewWidth(platform::PropertyListValue value) const;
   void setViewZoom(platform::PropertyListValue value) const;

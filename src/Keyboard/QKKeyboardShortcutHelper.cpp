@@ -4,7 +4,7 @@
 #include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
 #include "Platform/NSApplication.h"
-#include "WebView/WebViewSwitchType.h"
+#include "Values/WebViewSwitchType.h"
 #include "extenstions/LetterCase.h"
 
 #include <algorithm>

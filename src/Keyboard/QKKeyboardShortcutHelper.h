@@ -2,10 +2,10 @@
 
 #include "Helpers/UserDefaultsHelper.h"
 #include "Keyboard/QKKeyboardShortcutHelperDelegate.h"
-#include "MenuHelperDelegate.h"
 #include "Platform/NSEvent.h"
 #include "Platform/NSPopover.h"
 #include "Platform/NSStatusItem.h"
+#include "Values/MenuHelperDelegate.h"
 
 #include <string>
 #include <vector>

@@ -26,10 +26,11 @@ class Markdown {
   /// The plain text of the first heading of level 1, unless another title was set. Safe to be called on
   /// copies in several threads.
   [[nodiscard]] std::optional<std::string> title() const;
-  /// Gives this copy a title of its own; the others keep theirs.
+  /// Gives this copy a title of its own; the others keep theirs. Without one it falls back on the heading.
   void setTitle(std::optional<std::string> title);
 
  private:
+  std::optional<std::string> ownTitle_;
   std::shared_ptr<TitleStorage> titleStorage_;
 };
 

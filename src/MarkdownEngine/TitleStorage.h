@@ -14,7 +14,6 @@ namespace markdown {
 /// views.
 class TitleStorage {
  public:
-  explicit TitleStorage(std::optional<std::string> title) : title_(std::move(title)) {}
   /// Copies the heading, which was read from the stretch `rawString` of the content's text.
   TitleStorage(const Heading& heading, std::string_view rawString, const Content& content);
 

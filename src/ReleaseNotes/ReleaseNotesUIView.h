@@ -4,17 +4,11 @@
 #include "Platform/View/View.h"
 #include "ReleaseNotes/ReleaseNotesWebView.h"
 #include "UserData/SharedState.h"
+#include "Values/PageDelegates.h"
 
 #include <memory>
 
 namespace velkin {
-
-/// Told of the end of the reading. Main thread.
-class ReleaseNotesUIViewDelegate {
- public:
-  virtual ~ReleaseNotesUIViewDelegate() = default;
-  virtual void didClickReleaseNotesDone() = 0;
-};
 
 /// What is new in this build, with a button to go on.
 struct ReleaseNotesUIView {

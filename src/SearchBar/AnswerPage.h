@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Markdown/MarkdownWebViewController.h"
+#include "Components/MarkdownWebViewController.h"
 
 #include <memory>
 

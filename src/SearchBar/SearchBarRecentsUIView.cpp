@@ -1,7 +1,7 @@
 #include "SearchBar/SearchBarRecentsUIView.h"
 
-#include "Markdown/MarkdownUIMenuButton.h"
-#include "Markdown/MarkdownUIPopOver.h"
+#include "Components/MarkdownUIMenuButton.h"
+#include "Components/MarkdownUIPopOver.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 #include "Helpers/UserDefaultsHelper.h"
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
-#include "SearchBar/SearchBarSearch.h"
+#include "Values/SearchBarSearch.h"
 
 #include <functional>
 #include <string>

@@ -1,15 +1,15 @@
 #include "SearchBar/SearchBarView.h"
 
-#include "Appearance/AppIconUIView.h"
-#include "Markdown/MarkdownHtmlHelper.h"
+#include "Components/AppIconUIView.h"
+#include "Components/MarkdownHtmlHelper.h"
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
 #include "SearchBar/SearchBarRecentsUIView.h"
-#include "SearchBar/SearchBarSearches.h"
 #include "SearchBar/SearchButtonRowUIView.h"
 #include "SearchBar/SearchResultTextUIView.h"
 #include "SearchBar/SearchTextFieldUIView.h"
-#include "WebView/WebViewSwitchType.h"
+#include "Values/SearchBarSearches.h"
+#include "Values/WebViewSwitchType.h"
 
 #include <utility>
 

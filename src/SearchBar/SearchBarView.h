@@ -1,14 +1,14 @@
 #pragma once
 
-#include "Appearance/AppearanceWidth.h"
-#include "Appearance/IconSize.h"
+#include "Components/IconSize.h"
 #include "Helpers/SearchRequestHelper.h"
 #include "Helpers/UserDefaultsHelper.h"
 #include "MarkdownEngine/MarkdownParser.h"
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
 #include "SearchBar/AnswerPage.h"
-#include "SearchBar/SearchBarSearch.h"
+#include "Values/AppearanceWidth.h"
+#include "Values/SearchBarSearch.h"
 
 #include <memory>
 #include <string>

@@ -4,7 +4,7 @@
 #include "Platform/NSPasteboard.h"
 #include "Platform/NSWorkspace.h"
 #include "SearchBar/SearchButtonUIView.h"
-#include "WebView/ServiceAddresses.h"
+#include "Values/ServiceAddresses.h"
 
 namespace velkin {
 

@@ -1,6 +1,6 @@
 #include "SearchBar/SearchResultTextUIView.h"
 
-#include "Markdown/MarkdownWebUIView.h"
+#include "Components/MarkdownWebUIView.h"
 
 namespace velkin {
 

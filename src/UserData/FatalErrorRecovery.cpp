@@ -1,10 +1,10 @@
 #include "UserData/FatalErrorRecovery.h"
 
-#include "Appearance/AppearanceFontSize.h"
 #include "Helpers/UserDefaultsHelper.h"
 #include "Platform/DebugLog.h"
 #include "Platform/URL.h"
-#include "WebView/WebViewSwitchType.h"
+#include "Values/AppearanceFontSize.h"
+#include "Values/WebViewSwitchType.h"
 
 #include <string>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/View/ObservableObject.h"
+#include "Values/WebViewSwitchType.h"
 
 namespace velkin {
 
@@ -17,6 +18,12 @@ class SharedState : public platform::ObservableObject {
   platform::Published<bool> isHemingwaying{*this, false};
   platform::Published<bool> isJiring{*this, false};
   platform::Published<bool> isMarking{*this, false};
+
+  /// Whether the view stands in a sidebar; nullptr for a view that can't.
+  platform::Published<bool>* sidebarFlag(WebViewSwitchType view) noexcept;
+  const platform::Published<bool>* sidebarFlag(WebViewSwitchType view) const noexcept;
+  /// Any view does.
+  bool hasSidebars() const;
 };
 
 }  // namespace velkin

@@ -1,9 +1,13 @@
 #include "WebView/FindableWebView.h"
 
-#include "Appearance/AppearanceHeight.h"
-#include "Appearance/AppearanceWidth.h"
 #include "Helpers/UserDefaultsHelper.h"
+#include "Platform/NSScreen.h"
+#include "Values/AppearanceHeight.h"
+#include "Values/AppearanceWidth.h"
 #include "WebView/FindTextBarUIView.h"
+
+#include <algorithm>
+#include <array>
 
 namespace velkin {
 
@@ -13,10 +17,45 @@ using platform::infinity;
 using platform::View;
 using platform::Views;
 using platform::when;
+using enum WebViewSwitchType;
 
 namespace {
 
+struct SidebarPlace {
+  WebViewSwitchType view;
+  /// A sidebar's divider shows with it and stands on the same side of it whatever else is open.
+  bool isDividerFirst;
+};
+
+constexpr std::array<SidebarPlace, webViewCount + 1> columns = {{{bard, false},
+                                                                 {markdown, true},
+                                                                 {chatgpt, false},
+                                                                 {hemingway, true},
+                                                                 {bitbucket, false},
+                                                                 {gitlab, true},
+                                                                 {jira, true}}};
+constexpr std::array<SidebarPlace, webViewCount + 1> rows = {{{chatgpt, false},
+                                                              {bard, false},
+                                                              {hemingway, true},
+                                                              {bitbucket, false},
+                                                              {gitlab, true},
+                                                              {jira, true},
+                                                              {markdown, false}}};
+
 constexpr platform::StackOptions tight = {.spacing = 0, .alignment = platform::Alignment::fill};
+
+/// Of the window: what is stored, but never more than there is on the screen.
+double windowWidth() {
+  const auto stored = UserDefaultsHelper().webViewWidth();
+  const auto screen = platform::NSScreen::main();
+  return screen ? std::min(stored, screen->visibleFrame.size.width) : stored;
+}
+
+double windowHeight() {
+  const auto stored = UserDefaultsHelper().webViewHeight();
+  const auto screen = platform::NSScreen::main();
+  return screen ? std::min(stored, screen->visibleFrame.size.height) : stored;
+}
 
 double sideBarSize(double length, double share) {
   return length <= 2 * FindableWebView::minChatSize ? FindableWebView::minChatSize : length * share;
@@ -25,12 +64,6 @@ double sideBarSize(double length, double share) {
 View filling(const View& view) { return view.frame({.maxWidth = infinity, .maxHeight = infinity}); }
 
 }  // namespace
-
-bool FindableWebView::isSideBarViewing() const {
-  return sharedState->isBarding.get() || sharedState->isBitBucketing.get() || sharedState->isChatting.get() ||
-         sharedState->isGitLabing.get() || sharedState->isHemingwaying.get() || sharedState->isJiring.get() ||
-         sharedState->isMarking.get();
-}
 
 bool FindableWebView::isWideEnoughToShowChat() const {
   return UserDefaultsHelper().webViewWidth() > rawValue(AppearanceWidth::medium);
@@ -41,7 +74,7 @@ bool FindableWebView::isTallEnoughToShowChat() const {
 }
 
 bool FindableWebView::isMarkdownMainView() const {
-  return UserDefaultsHelper().lastVisibleWebView() == WebViewSwitchType::markdown;
+  return UserDefaultsHelper().lastVisibleWebView() == markdown;
 }
 
 View FindableWebView::findBar() const {
@@ -102,50 +135,29 @@ Views FindableWebView::mainPlace() const {
           isMarkdownMainView() ? filling(markdownView) : findableWebView()};
 }
 
-View FindableWebView::sidebar(bool isOpen, const View& view, const Frame& frame, DividerPlace divider) {
-  return when(isOpen, [&] {
-    const auto framed = view.frame(frame);
-    return divider == DividerPlace::before ? platform::Group({Divider(), framed})
-                                           : platform::Group({framed, Divider()});
+View FindableWebView::sidebar(WebViewSwitchType view, const Frame& frame, bool isDividerFirst) const {
+  const bool isScratchpad = view == WebViewSwitchType::markdown;
+  const bool isMain = isScratchpad
+                          ? isMarkdownMainView()
+                          : !isMarkdownMainView() && webView && webView->webView == pages[view].webView;
+  return when(sharedState->sidebarFlag(view)->get() && !isMain, [&] {
+    const auto framed = (isScratchpad ? markdownView : View(pages[view])).frame(frame);
+    return isDividerFirst ? platform::Group({Divider(), framed}) : platform::Group({framed, Divider()});
   });
 }
 
-View FindableWebView::sidebar(const platform::Published<bool>& flag, const WebView& page, const Frame& frame,
-                              DividerPlace divider) const {
-  const bool isMain = !isMarkdownMainView() && webView && webView->webView == page.webView;
-  return sidebar(flag.get() && !isMain, View(page), frame, divider);
-}
-
-View FindableWebView::markdownSidebar(const Frame& frame, DividerPlace divider) const {
-  return sidebar(sharedState->isMarking.get() && !isMarkdownMainView(), markdownView, frame, divider);
-}
-
 View FindableWebView::sideBySide() const {
-  const Frame frame{.width = sideBarSize(UserDefaultsHelper().webViewWidth(), maxSideBarWidth),
-                    .maxHeight = infinity};
-  const auto& state = *sharedState;
-  return HStack(tight, {sidebar(state.isBarding, bardWebView, frame, DividerPlace::after),
-                        markdownSidebar(frame, DividerPlace::before),
-                        sidebar(state.isChatting, chatWebView, frame, DividerPlace::after),
-                        sidebar(state.isHemingwaying, hemingwayWebView, frame, DividerPlace::before),
-                        sidebar(state.isBitBucketing, bitBucketWebView, frame, DividerPlace::after),
-                        sidebar(state.isGitLabing, gitLabWebView, frame, DividerPlace::before),
-                        sidebar(state.isJiring, jiraWebView, frame, DividerPlace::before),
-                        filling(VStack(tight, mainPlace()))});
+  const Frame frame{.width = sideBarSize(windowWidth(), maxSideBarWidth), .maxHeight = infinity};
+  Views all;
+  for (const auto& [view, isDividerFirst] : columns) all.push_back(sidebar(view, frame, isDividerFirst));
+  all.push_back(filling(VStack(tight, mainPlace())));
+  return HStack(tight, std::move(all));
 }
 
 View FindableWebView::oneAboveTheOther() const {
-  const Frame frame{.height = sideBarSize(UserDefaultsHelper().webViewHeight(), maxSideBarHeight),
-                    .maxWidth = infinity};
-  const auto& state = *sharedState;
+  const Frame frame{.height = sideBarSize(windowHeight(), maxSideBarHeight), .maxWidth = infinity};
   auto all = mainPlace();
-  all.push_back(sidebar(state.isChatting, chatWebView, frame, DividerPlace::after));
-  all.push_back(sidebar(state.isBarding, bardWebView, frame, DividerPlace::after));
-  all.push_back(sidebar(state.isHemingwaying, hemingwayWebView, frame, DividerPlace::before));
-  all.push_back(sidebar(state.isBitBucketing, bitBucketWebView, frame, DividerPlace::after));
-  all.push_back(sidebar(state.isGitLabing, gitLabWebView, frame, DividerPlace::before));
-  all.push_back(sidebar(state.isJiring, jiraWebView, frame, DividerPlace::before));
-  all.push_back(markdownSidebar(frame, DividerPlace::after));
+  for (const auto& [view, isDividerFirst] : rows) all.push_back(sidebar(view, frame, isDividerFirst));
   return VStack(tight, std::move(all));
 }
 

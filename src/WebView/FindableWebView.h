@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Helpers/ScriptingHelper.h"
-#include "Markdown/MarkdownUIView.h"
-#include "MenuHelperDelegate.h"
 #include "Platform/View/ObservableObject.h"
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
 #include "UserData/SharedState.h"
+#include "Values/MenuHelperDelegate.h"
+#include "WebView/ServicePages.h"
 #include "WebView/ToolbarUIView.h"
 #include "WebView/WebView.h"
 
@@ -29,20 +29,24 @@ struct FindableWebView {
   MenuHelperDelegate* menuDelegate = nullptr;
   std::shared_ptr<ScriptingHelper> scripting;
   std::optional<WebView> webView;
-  WebView bardWebView;
-  WebView bitBucketWebView;
-  WebView chatWebView;
-  WebView gitLabWebView;
-  WebView hemingwayWebView;
-  WebView jiraWebView;
-  MarkdownUIView markdownView;
+  /// For the sidebars.
+  ServicePages pages;
+  /// The scratchpad, as main view or in a sidebar.
+  platform::View markdownView = platform::EmptyView();
   platform::ObservedObject<SharedState> sharedState;
   platform::State<bool> isFind{true};
   platform::State<bool> isPrevNextButtonDisabled{true};
   platform::State<bool> isNotFoundTextHidden{true};
   platform::State<std::string> text{};
 
-  bool isSideBarViewing() const;
+  const WebView& bardWebView() const { return pages[WebViewSwitchType::bard]; }
+  const WebView& bitBucketWebView() const { return pages[WebViewSwitchType::bitbucket]; }
+  const WebView& chatWebView() const { return pages[WebViewSwitchType::chatgpt]; }
+  const WebView& gitLabWebView() const { return pages[WebViewSwitchType::gitlab]; }
+  const WebView& hemingwayWebView() const { return pages[WebViewSwitchType::hemingway]; }
+  const WebView& jiraWebView() const { return pages[WebViewSwitchType::jira]; }
+
+  bool isSideBarViewing() const { return sharedState->hasSidebars(); }
   bool isWideEnoughToShowChat() const;
   bool isTallEnoughToShowChat() const;
   bool isMarkdownMainView() const;
@@ -57,19 +61,12 @@ struct FindableWebView {
   void doneClicked() const;
 
  private:
-  /// A sidebar's divider shows with it and stands on the same side of it whatever else is open.
-  enum class DividerPlace { before, after };
-
   platform::View findBar() const;
   /// The toolbar, if it shows, and what is in the main place.
   platform::Views mainPlace() const;
-  static platform::View sidebar(bool isOpen, const platform::View& view, const platform::Frame& frame,
-                                DividerPlace divider);
-  /// A page has one place at a time: what has the main place has no sidebar, whatever its flag says, as it
-  /// may after a group that names a view twice.
-  platform::View sidebar(const platform::Published<bool>& flag, const WebView& page,
-                         const platform::Frame& frame, DividerPlace divider) const;
-  platform::View markdownSidebar(const platform::Frame& frame, DividerPlace divider) const;
+  /// Nothing if the view isn't open. A view has one place at a time: what has the main place has no sidebar,
+  /// whatever its flag says, as it may after a group that names a view twice.
+  platform::View sidebar(WebViewSwitchType view, const platform::Frame& frame, bool isDividerFirst) const;
   platform::View sideBySide() const;
   platform::View oneAboveTheOther() const;
 };

@@ -1,7 +1,7 @@
 #include "WebView/ToolbarUIView.h"
 
+#include "Components/MarkdownUIButton.h"
 #include "Keyboard/ShortcutLegend.h"
-#include "Markdown/MarkdownUIButton.h"
 
 #include <array>
 

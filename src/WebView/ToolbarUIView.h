@@ -1,7 +1,7 @@
 #pragma once
 
-#include "MenuHelperDelegate.h"
 #include "Platform/View/View.h"
+#include "Values/MenuHelperDelegate.h"
 
 namespace velkin {
 

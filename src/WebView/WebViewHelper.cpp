@@ -1,7 +1,8 @@
 #include "WebView/WebViewHelper.h"
 
-#include "Appearance/AppearanceHeight.h"
-#include "Appearance/AppearanceWidth.h"
+#include "Helpers/ViewAddresses.h"
+#include "Values/AppearanceHeight.h"
+#include "Values/AppearanceWidth.h"
 
 namespace velkin {
 

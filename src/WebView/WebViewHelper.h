@@ -2,9 +2,9 @@
 
 #include "Helpers/UserDefaultsHelper.h"
 #include "Platform/WKWebView.h"
+#include "Values/WebViewSwitchType.h"
+#include "WebView/Alternatives/WrappedWebView.h"
 #include "WebView/WebView.h"
-#include "WebView/WebViewSwitchType.h"
-#include "WebView/WrappedWebView.h"
 
 #include <memory>
 #include <optional>

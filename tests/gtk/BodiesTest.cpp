@@ -1,4 +1,5 @@
 #include "Helpers/UserDefaultsHelper.h"
+#include "Markdown/MarkdownUIView.h"
 #include "Platform/Gtk/GtkPlatform.h"
 #include "Platform/NSPopover.h"
 #include "SearchBar/SearchBarView.h"
@@ -31,13 +32,8 @@ class BodiesTest : public GtkFixture {
   FindableWebView container() const {
     return {.scripting = ScriptingHelper::make(),
             .webView = chat,
-            .bardWebView = bard,
-            .bitBucketWebView = bitbucket,
-            .chatWebView = chat,
-            .gitLabWebView = gitlab,
-            .hemingwayWebView = hemingway,
-            .jiraWebView = jira,
-            .markdownView = {},
+            .pages = ServicePages({chat, bard, bitbucket, gitlab, hemingway, jira}),
+            .markdownView = MarkdownUIView{},
             .sharedState = state};
   }
   template <class V>

@@ -116,9 +116,9 @@ TEST_F(AppDelegateTest, TheDesktopMayToggleThePopoverAndTheSearchBar) {
   app->applicationPerformAction("toggle-popover", "");
   EXPECT_FALSE(popover().isShown());
   app->applicationPerformAction("toggle-search", "");
-  EXPECT_NE(controller.searchBarHostingController, nullptr);
+  EXPECT_NE(controller.searchBarHostingController(), nullptr);
   app->applicationPerformAction("toggle-search", "");
-  EXPECT_EQ(controller.searchBarHostingController, nullptr);
+  EXPECT_EQ(controller.searchBarHostingController(), nullptr);
 }
 
 TEST_F(AppDelegateTest, TheDesktopMayAskForAViewByItsName) {

@@ -1,8 +1,16 @@
 #pragma once
 
 #include "AppDelegate.h"
+#include "Helpers/UserDefaultsHelper.h"
+#include "Keyboard/QKKeyboardShortcutHelper.h"
+#include "MenuHelper.h"
 #include "Platform/DebugLog.h"
 #include "Platform/Headless/HeadlessPlatform.h"
+#include "Platform/NSHostingController.h"
+#include "ReleaseNotes/ReleaseNotesUIView.h"
+#include "UserData/SharedState.h"
+#include "VelkinImpl.h"
+#include "WebView/FindableWebView.h"
 
 #include <memory>
 #include <string>

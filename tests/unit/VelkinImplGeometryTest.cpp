@@ -1,3 +1,4 @@
+#include "Helpers/ViewAddresses.h"
 #include "Platform/Headless/HeadlessViewTree.h"
 #include "unit/AppFixture.h"
 
@@ -131,22 +132,22 @@ TEST_F(GeometryTest, WithoutContentThereIsNoWayToFullSize) {
 
 TEST_F(GeometryTest, ASizeChangeHasTheOpenSidebarsBuiltAgain) {
   store(980, 600);
-  controller->isFindingWebState->isJiring.set(true);
+  controller->isFindingWebState()->isJiring.set(true);
   desktop.queue.drain();
-  auto& tree = platform::headlessTree(*controller->hostedWebView);
+  auto& tree = platform::headlessTree(*controller->hostedWebView());
   EXPECT_EQ(tree.all<platform::HostedContent>().size(), 2U);
   controller->handleWindowWider();
   desktop.queue.drain();
   EXPECT_EQ(tree.all<platform::HostedContent>().size(), 1U);
-  EXPECT_TRUE(controller->isFindingWebState->isJiring.get());
+  EXPECT_TRUE(controller->isFindingWebState()->isJiring.get());
 }
 
 TEST_F(GeometryTest, ZoomWalksItsScaleOnTheMainViewAndTheOpenSidebars) {
-  controller->isFindingWebState->isJiring.set(true);
+  controller->isFindingWebState()->isJiring.set(true);
   const auto zooms = [&] {
-    return std::vector<double>{defaults.webViewZoom(), controller->chatWebView.webView->pageZoom(),
-                               controller->jiraWebView.webView->pageZoom(),
-                               controller->bardWebView.webView->pageZoom()};
+    return std::vector<double>{defaults.webViewZoom(), controller->chatWebView().webView->pageZoom(),
+                               controller->jiraWebView().webView->pageZoom(),
+                               controller->bardWebView().webView->pageZoom()};
   };
   controller->handleZoomIn();
   EXPECT_EQ(zooms(), (std::vector<double>{1.2, 1.2, 1.2, 1.0}));
@@ -169,7 +170,7 @@ TEST_F(GeometryTest, AZoomThatIsOnNoScaleDoesntStep) {
 }
 
 TEST_F(GeometryTest, PagesScrollAndGoBackAndForward) {
-  auto& chat = engineOf(controller->chatWebView);
+  auto& chat = engineOf(controller->chatWebView());
   controller->handlePageUp();
   controller->handlePageDown();
   controller->handlePageDown();
@@ -183,20 +184,20 @@ TEST_F(GeometryTest, PagesScrollAndGoBackAndForward) {
 }
 
 TEST_F(GeometryTest, ReloadFromOriginGoesToTheConfiguredAddress) {
-  auto& chat = engineOf(controller->chatWebView);
+  auto& chat = engineOf(controller->chatWebView());
   chat.load(platform::URLRequest{*platform::URL::parse("https://a.test/deep")});
   defaults.set("https://mine.test/chat", UserDefault::chatUrl);
-  controller->scriptingHelper->chatSubmitClicked = true;
+  controller->scriptingHelper()->chatSubmitClicked = true;
   controller->handleReloadFromOrigin();
   EXPECT_EQ(chat.url()->absoluteString(), "https://mine.test/chat");
-  EXPECT_FALSE(controller->scriptingHelper->chatSubmitClicked);
+  EXPECT_FALSE(controller->scriptingHelper()->chatSubmitClicked);
 }
 
 TEST_F(GeometryTest, ReloadFromOriginDoesNothingInTheOnboarding) {
   controller->switchWebViews(WebViewSwitchType::onboarding);
-  const auto loads = engineOf(controller->chatWebView).loads.size();
+  const auto loads = engineOf(controller->chatWebView()).loads.size();
   controller->handleReloadFromOrigin();
-  EXPECT_EQ(engineOf(controller->chatWebView).loads.size(), loads);
+  EXPECT_EQ(engineOf(controller->chatWebView()).loads.size(), loads);
 }
 
 TEST_F(GeometryTest, AStepStoresItsOwnDimensionAndTakesTheOtherAsItIsStored) {
@@ -238,11 +239,11 @@ TEST_F(GeometryTest, AnEarlierWidthMovesToTheNeighboursOfItsStep) {
 }
 
 TEST_F(GeometryTest, AtTheEndsOfTheScalesNothingIsStoredAndNothingMoves) {
-  controller->isFindingWebState->isJiring.set(true);
+  controller->isFindingWebState()->isJiring.set(true);
   const auto nothingHappens = [&](Operation operation) {
     popover().setContentSize({1, 1});
     int changes = 0;
-    const auto subscription = controller->isFindingWebState->isJiring.subscribe([&] { ++changes; });
+    const auto subscription = controller->isFindingWebState()->isJiring.subscribe([&] { ++changes; });
     const auto keys = desktop.userDefaults.changedKeys();
     (controller->*operation)();
     EXPECT_EQ(popover().contentSize(), (NSSize{1, 1}));
@@ -265,10 +266,10 @@ TEST_F(GeometryTest, AtTheEndsOfTheScalesNothingIsStoredAndNothingMoves) {
 }
 
 TEST_F(GeometryTest, ANewSizeIsStoredBeforeTheSidebarsAreBuiltForIt) {
-  controller->isFindingWebState->isJiring.set(true);
+  controller->isFindingWebState()->isJiring.set(true);
   double stored = 0;
   const auto subscription =
-      controller->isFindingWebState->isJiring.subscribe([&] { stored = defaults.webViewWidth(); });
+      controller->isFindingWebState()->isJiring.subscribe([&] { stored = defaults.webViewWidth(); });
   controller->handleWindowSlimmer();
   EXPECT_EQ(stored, 980);
   controller->handleWindowFullScreen();
@@ -349,14 +350,14 @@ TEST_F(GeometryTest, AnUpdateOfTheSizeTakesAnySizeAndStoresNone) {
 }
 
 TEST_F(GeometryTest, EachOpenSidebarAndNoOtherTakesTheNewZoom) {
-  auto& state = *controller->isFindingWebState;
+  auto& state = *controller->isFindingWebState();
   const std::vector<std::pair<platform::Published<bool>*, const WebView*>> sidebars = {
-      {&state.isChatting, &controller->chatWebView},
-      {&state.isGitLabing, &controller->gitlabWebView},
-      {&state.isJiring, &controller->jiraWebView},
-      {&state.isBarding, &controller->bardWebView},
-      {&state.isBitBucketing, &controller->bitbucketWebView},
-      {&state.isHemingwaying, &controller->hemingwayWebView}};
+      {&state.isChatting, &controller->chatWebView()},
+      {&state.isGitLabing, &controller->gitlabWebView()},
+      {&state.isJiring, &controller->jiraWebView()},
+      {&state.isBarding, &controller->bardWebView()},
+      {&state.isBitBucketing, &controller->bitbucketWebView()},
+      {&state.isHemingwaying, &controller->hemingwayWebView()}};
   defaults.set(true, UserDefault::hemingwayEnabled);
   for (const auto& [flag, view] : sidebars) {
     for (const auto& [other, page] : sidebars) {
@@ -369,7 +370,7 @@ TEST_F(GeometryTest, EachOpenSidebarAndNoOtherTakesTheNewZoom) {
     }
   }
   controller->updateCurrentWebViewZoomLevel(1.2);
-  EXPECT_EQ(controller->chatWebView.webView->pageZoom(), 1.2);
+  EXPECT_EQ(controller->chatWebView().webView->pageZoom(), 1.2);
 }
 
 TEST_F(GeometryTest, ZoomsAreLogged) {
@@ -389,19 +390,19 @@ TEST_F(GeometryTest, TheCurrentPageIsTheOneThatScrollsAndReloadsFromItsOwnAddres
   defaults.set(true, UserDefault::hemingwayEnabled);
   controller->switchWebViews(WebViewSwitchType::jira);
   desktop.queue.drain();
-  auto& jira = engineOf(controller->jiraWebView);
-  const auto chatLoads = engineOf(controller->chatWebView).loads.size();
+  auto& jira = engineOf(controller->jiraWebView());
+  const auto chatLoads = engineOf(controller->chatWebView()).loads.size();
   controller->handlePageUp();
   controller->handlePageDown();
   EXPECT_EQ(jira.pagesUp, 1);
   EXPECT_EQ(jira.pagesDown, 1);
   defaults.set("https://mine.test/jira", UserDefault::jiraUrl);
-  controller->scriptingHelper->chatSubmitClicked = true;
+  controller->scriptingHelper()->chatSubmitClicked = true;
   controller->handleReloadFromOrigin();
   EXPECT_EQ(jira.loads.back().url.absoluteString(), "https://mine.test/jira");
   EXPECT_EQ(jira.loads.back().timeoutInterval, 60);
-  EXPECT_TRUE(controller->scriptingHelper->chatSubmitClicked) << "it was another page than chat's";
-  EXPECT_EQ(engineOf(controller->chatWebView).loads.size(), chatLoads);
+  EXPECT_TRUE(controller->scriptingHelper()->chatSubmitClicked) << "it was another page than chat's";
+  EXPECT_EQ(engineOf(controller->chatWebView()).loads.size(), chatLoads);
   EXPECT_TRUE(hasLogged("Reload From Origin click!"));
   controller->handleBack();
   EXPECT_EQ(*jira.url(), jira.loads.front().url);

@@ -65,24 +65,24 @@ TEST_F(VelkinImplHotKeysTest, ThePopUpShortcutOpensAndClosesThePopover) {
 
 TEST_F(VelkinImplHotKeysTest, ThePopUpShortcutEndsTheInitialLaunchAsAClickDoes) {
   auto& controller = launch();
-  EXPECT_TRUE(controller.isInitialLaunch);
+  EXPECT_TRUE(controller.isInitialLaunch());
   press(popUp);
-  EXPECT_FALSE(controller.isInitialLaunch);
+  EXPECT_FALSE(controller.isInitialLaunch());
 }
 
 TEST_F(VelkinImplHotKeysTest, TheSearchBarShortcutOpensAndClosesThePanel) {
   auto& controller = launch();
   EXPECT_FALSE(controller.isSearchBarOpen());
   press(searchBar);
-  ASSERT_NE(controller.searchBarHostingController, nullptr);
+  ASSERT_NE(controller.searchBarHostingController(), nullptr);
   EXPECT_TRUE(controller.isSearchBarOpen());
-  const auto* first = controller.searchBarHostingController.get();
+  const auto* first = controller.searchBarHostingController();
   EXPECT_TRUE(first->isVisible());
   press(searchBar);
-  EXPECT_EQ(controller.searchBarHostingController, nullptr);
+  EXPECT_EQ(controller.searchBarHostingController(), nullptr);
   EXPECT_FALSE(controller.isSearchBarOpen());
   press(searchBar);
-  EXPECT_NE(controller.searchBarHostingController, nullptr);
+  EXPECT_NE(controller.searchBarHostingController(), nullptr);
   EXPECT_EQ(timesLogged("Q$: handleSearchBarDelegate"), 3);
 }
 
@@ -90,10 +90,10 @@ TEST_F(VelkinImplHotKeysTest, EscapeLeavesTheFlagAndTheShortcutWorksOn) {
   auto& controller = launch();
   press(searchBar);
   controller.handleEsc();
-  EXPECT_EQ(controller.searchBarHostingController, nullptr);
+  EXPECT_EQ(controller.searchBarHostingController(), nullptr);
   EXPECT_TRUE(controller.isSearchBarOpen());
   press(searchBar);
-  EXPECT_NE(controller.searchBarHostingController, nullptr);
+  EXPECT_NE(controller.searchBarHostingController(), nullptr);
   EXPECT_TRUE(controller.isSearchBarOpen());
 }
 
@@ -101,7 +101,7 @@ TEST_F(VelkinImplHotKeysTest, WithNoScreenNothingOpensAndTheFlagTurnsAllTheSame)
   auto& controller = launch();
   desktop.attachedScreens.clear();
   press(searchBar);
-  EXPECT_EQ(controller.searchBarHostingController, nullptr);
+  EXPECT_EQ(controller.searchBarHostingController(), nullptr);
   EXPECT_TRUE(controller.isSearchBarOpen());
 }
 
@@ -142,7 +142,7 @@ TEST_F(VelkinImplHotKeysTest, OneShortcutForBothDoesBoth) {
   EXPECT_EQ(press(searchBar), 1);
   EXPECT_EQ(timesLogged("Q$: didUseGlobalHotKeys"), 1);
   EXPECT_EQ(timesLogged("Q$: handleSearchBarDelegate"), 1);
-  EXPECT_NE(controller.searchBarHostingController, nullptr);
+  EXPECT_NE(controller.searchBarHostingController(), nullptr);
 }
 
 TEST_F(VelkinImplHotKeysTest, TheControllerIsTheHotKeysDelegate) {
@@ -178,7 +178,7 @@ TEST_F(VelkinImplHotKeysTest, TheSearchBarIsShownByRequestAndStays) {
   auto& controller = launch();
   controller.showView(WebViewSwitchType::search);
   controller.showView(WebViewSwitchType::search);
-  EXPECT_NE(controller.searchBarHostingController, nullptr);
+  EXPECT_NE(controller.searchBarHostingController(), nullptr);
 }
 
 }  // namespace

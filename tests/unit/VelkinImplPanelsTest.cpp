@@ -1,3 +1,4 @@
+#include "Helpers/ViewAddresses.h"
 #include "Platform/Headless/HeadlessViewTree.h"
 #include "unit/AppFixture.h"
 
@@ -63,10 +64,10 @@ TEST_F(PanelsTest, TheToolbarItemSetsTheSettingAndTheStateAtOnce) {
   auto& controller = launch();
   EXPECT_EQ(menuItem("Show Toolbar")->state(), NSMenuItem::State::off);
   menuItem("Show Toolbar")->action();
-  EXPECT_TRUE(controller.isFindingWebState->showToolbar.get());
+  EXPECT_TRUE(controller.isFindingWebState()->showToolbar.get());
   EXPECT_TRUE(defaults.showToolBar());
   menuItem("Show Toolbar")->action();
-  EXPECT_FALSE(controller.isFindingWebState->showToolbar.get());
+  EXPECT_FALSE(controller.isFindingWebState()->showToolbar.get());
 }
 
 TEST_F(PanelsTest, ScriptingIsStoredAsTheItemsState) {
@@ -81,10 +82,10 @@ TEST_F(PanelsTest, ScriptingIsStoredAsTheItemsState) {
 TEST_F(PanelsTest, ToggleMenuClearsTheMenuThatIsUp) {
   auto& controller = launch();
   rightClick();
-  ASSERT_TRUE(controller.isShowingPopUpMenu);
+  ASSERT_TRUE(controller.isShowingPopUpMenu());
   menuItem("Toggle Menu")->action();
-  EXPECT_FALSE(controller.isShowingPopUpMenu);
-  EXPECT_EQ(controller.menuBarItem->menu, nullptr);
+  EXPECT_FALSE(controller.isShowingPopUpMenu());
+  EXPECT_EQ(controller.menuBarItem().menu, nullptr);
 }
 
 TEST_F(PanelsTest, PreviewOnlyLogs) {
@@ -94,9 +95,9 @@ TEST_F(PanelsTest, PreviewOnlyLogs) {
 
 TEST_F(PanelsTest, HomeReloadsTheConfiguredAddress) {
   auto& controller = launch();
-  const auto loads = engineOf(controller.chatWebView).loads.size();
+  const auto loads = engineOf(controller.chatWebView()).loads.size();
   controller.homeClicked();
-  EXPECT_EQ(engineOf(controller.chatWebView).loads.size(), loads + 1);
+  EXPECT_EQ(engineOf(controller.chatWebView()).loads.size(), loads + 1);
 }
 
 struct PanelRow {
@@ -164,10 +165,10 @@ TEST_F(PanelsTest, ClosingAPanelLetsGoOfItsContent) {
   auto& controller = launch();
   controller.aboutClicked();
   controller.shortcutsClicked();
-  ASSERT_NE(controller.aboutHostingController, nullptr);
-  EXPECT_EQ(controller.aboutHostingController->title, "Velkin");
-  controller.aboutPanel->close();
-  EXPECT_EQ(controller.aboutHostingController, nullptr);
+  ASSERT_NE(controller.aboutHostingController(), nullptr);
+  EXPECT_EQ(controller.aboutHostingController()->title, "Velkin");
+  controller.aboutPanel().close();
+  EXPECT_EQ(controller.aboutHostingController(), nullptr);
 }
 
 TEST_F(PanelsTest, TheAppearancePanelLogsTheZoomsCase) {
@@ -181,7 +182,7 @@ TEST_F(PanelsTest, TheShortcutsPanelSaysWhereThereAreNoGlobalShortcutsAndWhatToD
       platform::HotKeyNotice{"No shortcuts here.", {{"Open it", "command one"}, {"Search", "command two"}}};
   auto& controller = launch();
   controller.shortcutsClicked();
-  const auto& tree = platform::headlessTree(*controller.shortcutsHostingController);
+  const auto& tree = platform::headlessTree(*controller.shortcutsHostingController());
   for (const auto* text :
        {"Shortcuts", "No shortcuts here.", "Open it", "command one", "Search", "command two"})
     EXPECT_TRUE(tree.showsText(text)) << text;
@@ -190,7 +191,7 @@ TEST_F(PanelsTest, TheShortcutsPanelSaysWhereThereAreNoGlobalShortcutsAndWhatToD
 TEST_F(PanelsTest, TheShortcutsPanelSaysNothingOfThatWhereThereAreGlobalShortcuts) {
   auto& controller = launch();
   controller.shortcutsClicked();
-  const auto& tree = platform::headlessTree(*controller.shortcutsHostingController);
+  const auto& tree = platform::headlessTree(*controller.shortcutsHostingController());
   EXPECT_EQ(tree.all<platform::TextContent>().size(), 1U);
 }
 
@@ -199,12 +200,12 @@ TEST_F(PanelsTest, ClosingOnePanelLetsGoOfTheContentOfEachThatIsVisible) {
   controller.aboutClicked();
   controller.shortcutsClicked();
   controller.appearanceClicked();
-  controller.appearancePanel->close();
-  EXPECT_EQ(controller.aboutHostingController, nullptr);
-  EXPECT_EQ(controller.shortcutsHostingController, nullptr);
-  EXPECT_EQ(controller.appearanceHostingController, nullptr);
-  EXPECT_TRUE(controller.aboutPanel->isVisible());
-  EXPECT_NE(controller.aboutPanel->contentViewController(), nullptr) << "what is on show stays";
+  controller.appearancePanel().close();
+  EXPECT_EQ(controller.aboutHostingController(), nullptr);
+  EXPECT_EQ(controller.shortcutsHostingController(), nullptr);
+  EXPECT_EQ(controller.appearanceHostingController(), nullptr);
+  EXPECT_TRUE(controller.aboutPanel().isVisible());
+  EXPECT_NE(controller.aboutPanel().contentViewController(), nullptr) << "what is on show stays";
 }
 
 TEST_F(PanelsTest, ContentOfAPanelThatIsntVisibleStaysWhenAnotherCloses) {
@@ -214,10 +215,10 @@ TEST_F(PanelsTest, ContentOfAPanelThatIsntVisibleStaysWhenAnotherCloses) {
   controller.shortcutsClicked();
   desktop.attachedScreens = screens;
   controller.appearanceClicked();
-  controller.appearancePanel->close();
-  EXPECT_NE(controller.aboutHostingController, nullptr);
-  EXPECT_NE(controller.shortcutsHostingController, nullptr);
-  EXPECT_EQ(controller.appearanceHostingController, nullptr);
+  controller.appearancePanel().close();
+  EXPECT_NE(controller.aboutHostingController(), nullptr);
+  EXPECT_NE(controller.shortcutsHostingController(), nullptr);
+  EXPECT_EQ(controller.appearanceHostingController(), nullptr);
 }
 
 TEST_F(PanelsTest, AskingForAVisiblePanelLeavesItsOldContentOnShow) {
@@ -225,23 +226,23 @@ TEST_F(PanelsTest, AskingForAVisiblePanelLeavesItsOldContentOnShow) {
   controller.aboutClicked();
   controller.shortcutsClicked();
   controller.appearanceClicked();
-  const auto about = controller.aboutPanel->contentViewController();
-  const auto shortcuts = controller.shortcutsPanel->contentViewController();
-  const auto appearance = controller.appearancePanel->contentViewController();
+  const auto about = controller.aboutPanel().contentViewController();
+  const auto shortcuts = controller.shortcutsPanel().contentViewController();
+  const auto appearance = controller.appearancePanel().contentViewController();
   log.clear();
   controller.aboutClicked();
   EXPECT_FALSE(hasLogged("About click!"));
-  EXPECT_EQ(controller.aboutHostingController, nullptr);
-  EXPECT_EQ(controller.aboutPanel->contentViewController(), about);
+  EXPECT_EQ(controller.aboutHostingController(), nullptr);
+  EXPECT_EQ(controller.aboutPanel().contentViewController(), about);
   controller.appearanceClicked();
   EXPECT_FALSE(hasLogged("Appearance... click!"));
-  EXPECT_EQ(controller.appearanceHostingController, nullptr);
-  EXPECT_EQ(controller.appearancePanel->contentViewController(), appearance);
+  EXPECT_EQ(controller.appearanceHostingController(), nullptr);
+  EXPECT_EQ(controller.appearancePanel().contentViewController(), appearance);
   controller.shortcutsClicked();
   EXPECT_TRUE(hasLogged("Shortcuts click!"));
-  EXPECT_NE(controller.shortcutsHostingController, shortcuts);
-  EXPECT_NE(controller.shortcutsHostingController, nullptr);
-  EXPECT_EQ(controller.shortcutsPanel->contentViewController(), shortcuts);
+  EXPECT_NE(controller.shortcutsHostingController(), shortcuts);
+  EXPECT_NE(controller.shortcutsHostingController(), nullptr);
+  EXPECT_EQ(controller.shortcutsPanel().contentViewController(), shortcuts);
 }
 
 TEST_F(PanelsTest, EachPanelStandsAtItsContentAndWithIt) {
@@ -249,9 +250,9 @@ TEST_F(PanelsTest, EachPanelStandsAtItsContentAndWithIt) {
   controller.aboutClicked();
   controller.shortcutsClicked();
   controller.appearanceClicked();
-  EXPECT_EQ(controller.aboutPanel->contentViewController(), controller.aboutHostingController);
-  EXPECT_EQ(controller.shortcutsPanel->contentViewController(), controller.shortcutsHostingController);
-  EXPECT_EQ(controller.appearancePanel->contentViewController(), controller.appearanceHostingController);
+  EXPECT_EQ(controller.aboutPanel().contentViewController(), controller.aboutHostingController());
+  EXPECT_EQ(controller.shortcutsPanel().contentViewController(), controller.shortcutsHostingController());
+  EXPECT_EQ(controller.appearancePanel().contentViewController(), controller.appearanceHostingController());
 }
 
 TEST_F(PanelsTest, EachZoomHasItsNameInTheLog) {
@@ -263,7 +264,7 @@ TEST_F(PanelsTest, EachZoomHasItsNameInTheLog) {
     defaults.set(zoom, UserDefault::webViewZoom);
     controller.appearanceClicked();
     EXPECT_TRUE(hasLogged("Appearance... click! " + name));
-    controller.appearancePanel->close();
+    controller.appearancePanel().close();
     log.clear();
   }
 }
@@ -290,7 +291,7 @@ TEST_F(PanelsTest, AToggleGoesByTheItemsStateAndNotByTheSetting) {
   defaults.set(false, UserDefault::showToolBar);
   controller.toolbarClicked();
   EXPECT_FALSE(defaults.showToolBar());
-  EXPECT_FALSE(controller.isFindingWebState->showToolbar.get());
+  EXPECT_FALSE(controller.isFindingWebState()->showToolbar.get());
 }
 
 TEST_F(PanelsTest, TogglesAreLogged) {
@@ -306,7 +307,7 @@ TEST_F(PanelsTest, TogglesAreLogged) {
 TEST_F(PanelsTest, TheToolbarGoesFromThePopoverAtOnce) {
   auto& controller = launch();
   desktop.queue.drain();
-  auto& tree = platform::headlessTree(*controller.hostedWebView);
+  auto& tree = platform::headlessTree(*controller.hostedWebView());
   EXPECT_EQ(tree.all<platform::ButtonContent>().size(), 5U);
   controller.toolbarClicked();
   desktop.queue.drain();
@@ -316,10 +317,10 @@ TEST_F(PanelsTest, TheToolbarGoesFromThePopoverAtOnce) {
 TEST_F(PanelsTest, ToggleMenuWithNoMenuUpPutsItUp) {
   auto& controller = launch();
   controller.preferencesClicked();
-  EXPECT_TRUE(controller.isDismissingPopUpMenu);
-  EXPECT_TRUE(controller.isShowingPopUpMenu);
+  EXPECT_TRUE(controller.isDismissingPopUpMenu());
+  EXPECT_TRUE(controller.isShowingPopUpMenu());
   ASSERT_EQ(statusItem().poppedUp.size(), 1U);
-  EXPECT_EQ(statusItem().poppedUp[0], controller.menu);
+  EXPECT_EQ(statusItem().poppedUp[0], controller.menu());
 }
 
 TEST_F(PanelsTest, TheCurrentPageIsTheOneThatReloadsAndOpensInTheBrowser) {
@@ -330,9 +331,9 @@ TEST_F(PanelsTest, TheCurrentPageIsTheOneThatReloadsAndOpensInTheBrowser) {
   controller.reloadClicked();
   controller.openClicked();
   desktop.queue.drain();
-  EXPECT_EQ(engineOf(controller.jiraWebView).reloads, 1);
-  EXPECT_EQ(engineOf(controller.jiraWebView).reloadsFromOrigin, 0);
-  EXPECT_EQ(engineOf(controller.chatWebView).reloads, 0);
+  EXPECT_EQ(engineOf(controller.jiraWebView()).reloads, 1);
+  EXPECT_EQ(engineOf(controller.jiraWebView()).reloadsFromOrigin, 0);
+  EXPECT_EQ(engineOf(controller.chatWebView()).reloads, 0);
   ASSERT_EQ(desktop.workspace.opened.size(), 1U);
   EXPECT_EQ(desktop.workspace.opened[0], getUrl(WebViewSwitchType::jira));
   EXPECT_TRUE(hasLogged("Reload click!"));
@@ -344,7 +345,7 @@ TEST_F(PanelsTest, TheFlagsOfTheViewsDontOutliveTheController) {
   controller.setSidebarsForGroup(WebViewSwitchType::jira);
   controller.handleWindowFindOnPage();
   app.reset();
-  const auto& state = *launch().isFindingWebState;
+  const auto& state = *launch().isFindingWebState();
   EXPECT_FALSE(state.isJiring.get());
   EXPECT_FALSE(state.isSearching.get());
 }

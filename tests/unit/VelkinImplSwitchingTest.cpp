@@ -16,7 +16,7 @@ class SwitchingTest : public AppFixture {
     defaults.set(true, UserDefault::hemingwayEnabled);
     controller = &launch();
   }
-  SharedState& state() { return *controller->isFindingWebState; }
+  SharedState& state() { return *controller->isFindingWebState(); }
   void switchTo(WebViewSwitchType type) {
     controller->switchWebViews(type);
     desktop.queue.drain();
@@ -46,25 +46,25 @@ class EachWebViewTest : public SwitchingTest, public testing::WithParamInterface
   const WebView& view() {
     switch (GetParam().type) {
       case bard:
-        return controller->bardWebView;
+        return controller->bardWebView();
       case bitbucket:
-        return controller->bitbucketWebView;
+        return controller->bitbucketWebView();
       case gitlab:
-        return controller->gitlabWebView;
+        return controller->gitlabWebView();
       case hemingway:
-        return controller->hemingwayWebView;
+        return controller->hemingwayWebView();
       default:
-        return controller->jiraWebView;
+        return controller->jiraWebView();
     }
   }
 };
 
 TEST_P(EachWebViewTest, TakesTheMainPlaceAndAskedForAgainFallsBackOnChat) {
   switchTo(GetParam().type);
-  EXPECT_EQ(controller->currentWebView.webView, view().webView);
+  EXPECT_EQ(controller->currentWebView().webView, view().webView);
   EXPECT_EQ(defaults.lastVisibleWebView(), GetParam().type);
   switchTo(GetParam().type);
-  EXPECT_EQ(controller->currentWebView.webView, controller->chatWebView.webView);
+  EXPECT_EQ(controller->currentWebView().webView, controller->chatWebView().webView);
   EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
 }
 
@@ -111,7 +111,7 @@ TEST_F(SwitchingTest, TheScratchpadTakesTheMainPlaceAndFallsBackOnChat) {
   switchTo(markdown);
   switchTo(markdown);
   EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
-  EXPECT_EQ(controller->currentWebView.webView, controller->chatWebView.webView);
+  EXPECT_EQ(controller->currentWebView().webView, controller->chatWebView().webView);
 }
 
 TEST_F(SwitchingTest, SidebarsDontOpenOnPagesThatHaveNone) {
@@ -152,7 +152,7 @@ TEST_F(SwitchingTest, TheSearchPanelFloatsAtItsPlaceOnTheScreen) {
 TEST_F(SwitchingTest, WithoutAScreenTheSearchChangesNothing) {
   desktop.attachedScreens.clear();
   switchTo(search);
-  EXPECT_EQ(controller->searchBarHostingController, nullptr);
+  EXPECT_EQ(controller->searchBarHostingController(), nullptr);
   EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
 }
 
@@ -164,9 +164,9 @@ TEST_F(SwitchingTest, EscapeClosesFindingThenTheSearchPanelThenThePopover) {
   ASSERT_TRUE(state().isSearching.get());
   controller->handleEsc();
   EXPECT_FALSE(state().isSearching.get());
-  EXPECT_NE(controller->searchBarHostingController, nullptr);
+  EXPECT_NE(controller->searchBarHostingController(), nullptr);
   controller->handleEsc();
-  EXPECT_EQ(controller->searchBarHostingController, nullptr);
+  EXPECT_EQ(controller->searchBarHostingController(), nullptr);
   EXPECT_TRUE(popover().isShown());
   controller->handleEsc();
   EXPECT_FALSE(popover().isShown());
@@ -177,16 +177,41 @@ TEST_F(SwitchingTest, AFindBarThatIsntOnShowHoldsNothingBack) {
   switchTo(search);
   controller->handleEsc();
   EXPECT_FALSE(state().isSearching.get());
-  EXPECT_EQ(controller->searchBarHostingController, nullptr);
+  EXPECT_EQ(controller->searchBarHostingController(), nullptr);
 }
 
-TEST_F(SwitchingTest, FindingNeedsAPageOrTheReleaseNotes) {
-  switchTo(editUrls);
-  controller->handleWindowFindOnPage();
-  EXPECT_FALSE(state().isSearching.get());
-  switchTo(releaseNotes);
+TEST_F(SwitchingTest, FindingNeedsAPageWithAFindBar) {
+  for (const auto view : {editUrls, releaseNotes, markdown}) {
+    switchTo(view);
+    controller->handleWindowFindOnPage();
+    EXPECT_FALSE(state().isSearching.get()) << rawValue(view);
+  }
+  switchTo(jira);
   controller->handleWindowFindOnPage();
   EXPECT_TRUE(state().isSearching.get());
+}
+
+TEST_F(SwitchingTest, TheSearchBarLeavesThePopoversContentAsItIs) {
+  switchTo(jira);
+  const auto content = controller->hostedWebView();
+  switchTo(search);
+  EXPECT_EQ(controller->hostedWebView(), content);
+  EXPECT_TRUE(controller->isFindableView());
+  EXPECT_EQ(defaults.lastVisibleWebView(), search);
+  controller->handleEsc();
+  leftClick();
+  EXPECT_EQ(defaults.lastVisibleWebView(), jira) << "find, sidebars and reload from origin work again";
+  controller->handleWindowBardOnPage();
+  EXPECT_TRUE(state().isBarding.get());
+}
+
+TEST_F(SwitchingTest, ThePagesThatIntroduceKeepTheirSizeBehindASearch) {
+  switchTo(releaseNotes);
+  switchTo(search);
+  controller->handleEsc();
+  defaults.set(980.0, UserDefault::webViewWidth);
+  leftClick();
+  EXPECT_EQ(popover().contentSize(), (platform::NSSize{600, 600}));
 }
 
 TEST_F(SwitchingTest, AnUnknownNumberIsChat) {
@@ -202,10 +227,10 @@ TEST_F(SwitchingTest, AnUnknownNumberIsChat) {
 TEST_F(SwitchingTest, TheCurrentWebViewCanFollowTheLastVisibleOne) {
   defaults.set(rawValue(gitlab), UserDefault::lastVisibleWebView);
   controller->updateCurrentWebView();
-  EXPECT_EQ(controller->currentWebView.webView, controller->gitlabWebView.webView);
+  EXPECT_EQ(controller->currentWebView().webView, controller->gitlabWebView().webView);
   defaults.set(rawValue(search), UserDefault::lastVisibleWebView);
   controller->updateCurrentWebView();
-  EXPECT_EQ(controller->currentWebView.webView, controller->gitlabWebView.webView);
+  EXPECT_EQ(controller->currentWebView().webView, controller->gitlabWebView().webView);
 }
 
 TEST_F(SwitchingTest, AGroupOpensItsMainViewAndItsSidebars) {
@@ -219,9 +244,9 @@ TEST_F(SwitchingTest, AGroupOpensItsMainViewAndItsSidebars) {
 
 TEST_F(SwitchingTest, AGroupOfTheViewOnShowSetsItsSidebarsOnly) {
   defaults.setSidebarGroup({.mainView = chatgpt, .sideBar1 = jira}, UserDefault::sideBarGroup1);
-  const auto host = controller->hostedWebView;
+  const auto host = controller->hostedWebView();
   controller->handleSideGroupClick(1);
-  EXPECT_EQ(controller->hostedWebView, host);
+  EXPECT_EQ(controller->hostedWebView(), host);
   EXPECT_TRUE(state().isJiring.get());
 }
 
@@ -280,16 +305,16 @@ TEST_F(SwitchingTest, ResettingTheSidebarsKeepsThemOpen) {
 }
 
 TEST_F(SwitchingTest, ChatHasTheStepAboveTheStoredZoomUntilItsHostAppliesIt) {
-  const auto host = engineOf(controller->chatWebView).pageZoom();
+  const auto host = engineOf(controller->chatWebView()).pageZoom();
   EXPECT_EQ(host, 1.0);
   defaults.set(0.8, UserDefault::webViewZoom);
   // Jira's host doesn't hold chat: so chat keeps the step above.
   switchTo(jira);
-  EXPECT_EQ(engineOf(controller->chatWebView).pageZoom(), 1.0);
-  EXPECT_EQ(engineOf(controller->jiraWebView).pageZoom(), 0.8);
+  EXPECT_EQ(engineOf(controller->chatWebView()).pageZoom(), 1.0);
+  EXPECT_EQ(engineOf(controller->jiraWebView()).pageZoom(), 0.8);
   defaults.set(0.33, UserDefault::webViewZoom);
   switchTo(bard);
-  EXPECT_EQ(engineOf(controller->chatWebView).pageZoom(), 0.8);
+  EXPECT_EQ(engineOf(controller->chatWebView()).pageZoom(), 0.8);
 }
 
 TEST_F(SwitchingTest, ASwitchAtTheLargestZoomIsFatal) {
@@ -413,7 +438,7 @@ TEST_F(SwitchingTest, WithoutAdditionalViewsTheScratchpadFallsBackOnChatToo) {
   openAll();
   switchTo(markdown);
   EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
-  EXPECT_EQ(controller->currentWebView.webView, controller->chatWebView.webView);
+  EXPECT_EQ(controller->currentWebView().webView, controller->chatWebView().webView);
   EXPECT_EQ(openSideBars(), (std::vector<bool>{true, true, false, true, true, true, false}));
 }
 
@@ -423,13 +448,13 @@ TEST_F(SwitchingTest, WithoutAdditionalViewsChatComesBackFromAnotherView) {
   switchTo(chatgpt);
   EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
   EXPECT_FALSE(defaults.isAlternateViewVisible());
-  EXPECT_EQ(controller->currentWebView.webView, controller->chatWebView.webView);
+  EXPECT_EQ(controller->currentWebView().webView, controller->chatWebView().webView);
 }
 
 TEST_F(SwitchingTest, TheScratchpadLeavesTheCurrentPageAsItIs) {
   switchTo(jira);
   switchTo(markdown);
-  EXPECT_EQ(controller->currentWebView.webView, controller->jiraWebView.webView);
+  EXPECT_EQ(controller->currentWebView().webView, controller->jiraWebView().webView);
   EXPECT_TRUE(defaults.isAlternateViewVisible());
   EXPECT_TRUE(controller->isFindableOrMarkdownView());
 }
@@ -439,51 +464,50 @@ TEST_F(SwitchingTest, TheScratchpadHasItsPlaceAndThePagesKeepTheirs) {
   switchTo(markdown);
   controller->handleWindowJiraOnPage();
   desktop.queue.drain();
-  const auto& tree = platform::headlessTree(*controller->hostedWebView);
+  const auto& tree = platform::headlessTree(*controller->hostedWebView());
   EXPECT_TRUE(tree.showsText("Markdown"));
   const auto hosted = tree.all<platform::HostedContent>();
   ASSERT_EQ(hosted.size(), 1U);
-  EXPECT_EQ(hosted[0]->hosted, controller->jiraWebView.webView.get());
+  EXPECT_EQ(hosted[0]->hosted, controller->jiraWebView().webView.get());
 }
 
 TEST_F(SwitchingTest, TheKeyboardGoesToThePageInTheMainPlace) {
   switchTo(jira);
-  EXPECT_TRUE(engineOf(controller->jiraWebView).isFirstResponder);
+  EXPECT_TRUE(engineOf(controller->jiraWebView()).isFirstResponder);
   leftClick();
-  engineOf(controller->jiraWebView).isFirstResponder = false;
+  engineOf(controller->jiraWebView()).isFirstResponder = false;
   leftClick();
   leftClick();
-  EXPECT_TRUE(engineOf(controller->jiraWebView).isFirstResponder);
+  EXPECT_TRUE(engineOf(controller->jiraWebView()).isFirstResponder);
 }
 
 TEST_F(SwitchingTest, APageBehindTheScratchpadOrTheNotesDoesntTakeTheKeyboard) {
   leftClick();
   switchTo(jira);
-  engineOf(controller->jiraWebView).isFirstResponder = false;
+  engineOf(controller->jiraWebView()).isFirstResponder = false;
   switchTo(markdown);
-  EXPECT_FALSE(engineOf(controller->jiraWebView).isFirstResponder);
+  EXPECT_FALSE(engineOf(controller->jiraWebView()).isFirstResponder);
   leftClick();
   leftClick();
-  EXPECT_FALSE(engineOf(controller->jiraWebView).isFirstResponder);
+  EXPECT_FALSE(engineOf(controller->jiraWebView()).isFirstResponder);
   controller->handleWindowFindOnPage();
   controller->handleEsc();
-  EXPECT_FALSE(engineOf(controller->jiraWebView).isFirstResponder);
+  EXPECT_FALSE(engineOf(controller->jiraWebView()).isFirstResponder);
   switchTo(releaseNotes);
   controller->handleWindowFindOnPage();
   controller->handleEsc();
   EXPECT_FALSE(state().isSearching.get());
-  EXPECT_FALSE(engineOf(controller->jiraWebView).isFirstResponder);
+  EXPECT_FALSE(engineOf(controller->jiraWebView()).isFirstResponder);
 }
 
-TEST_F(SwitchingTest, EscapeOnTheReleaseNotesEndsFindingFirst) {
-  switchTo(releaseNotes);
-  leftClick();
-  controller->handleWindowFindOnPage();
-  controller->handleEsc();
-  EXPECT_FALSE(state().isSearching.get());
-  EXPECT_TRUE(popover().isShown());
-  controller->handleEsc();
-  EXPECT_FALSE(popover().isShown());
+TEST_F(SwitchingTest, WhereThereIsNoFindBarEscapeIsNotSwallowed) {
+  for (const auto view : {releaseNotes, markdown}) {
+    switchTo(view);
+    if (!popover().isShown()) leftClick();
+    controller->handleWindowFindOnPage();
+    controller->handleEsc();
+    EXPECT_FALSE(popover().isShown()) << rawValue(view);
+  }
 }
 
 TEST_F(SwitchingTest, AFindBarThatIsntOnShowHoldsNoPopoverOpen) {
@@ -496,26 +520,26 @@ TEST_F(SwitchingTest, AFindBarThatIsntOnShowHoldsNoPopoverOpen) {
 }
 
 TEST_F(SwitchingTest, EscapeWithNothingOpenDoesNothing) {
-  const auto scripts = engineOf(controller->chatWebView).scripts.size();
+  const auto scripts = engineOf(controller->chatWebView()).scripts.size();
   controller->handleEsc();
   EXPECT_FALSE(state().isSearching.get());
-  EXPECT_EQ(engineOf(controller->chatWebView).scripts.size(), scripts);
+  EXPECT_EQ(engineOf(controller->chatWebView()).scripts.size(), scripts);
   EXPECT_EQ(popover().closeCount, 0);
 }
 
 TEST_F(SwitchingTest, ReturnSubmitsChatsFormAndNoOthers) {
-  auto& chat = engineOf(controller->chatWebView);
+  auto& chat = engineOf(controller->chatWebView());
   controller->handleEnter();
   ASSERT_EQ(chat.scripts.size(), 1U);
   EXPECT_TRUE(chat.scripts[0].ends_with("submitButton.click()"));
   switchTo(jira);
   controller->handleEnter();
   EXPECT_EQ(chat.scripts.size(), 1U);
-  EXPECT_TRUE(engineOf(controller->jiraWebView).scripts.empty());
+  EXPECT_TRUE(engineOf(controller->jiraWebView()).scripts.empty());
 }
 
 TEST_F(SwitchingTest, ChatThatComesBackLateLoadsItsConfiguredAddressAnew) {
-  auto& chat = engineOf(controller->chatWebView);
+  auto& chat = engineOf(controller->chatWebView());
   switchTo(jira);
   defaults.set("https://mine.test/chat", UserDefault::chatUrl);
   desktop.queue.advance(10'800);
@@ -541,28 +565,28 @@ TEST_F(SwitchingTest, AFallOnChatReloadsNothing) {
   switchTo(jira);
   desktop.queue.advance(4 * 3600);
   switchTo(jira);
-  EXPECT_EQ(engineOf(controller->chatWebView).loads.size(), 1U);
+  EXPECT_EQ(engineOf(controller->chatWebView()).loads.size(), 1U);
 }
 
 TEST_F(SwitchingTest, EachSwitchMakesANewContainerAroundTheSamePages) {
-  const auto first = controller->hostedWebView;
+  const auto first = controller->hostedWebView();
   switchTo(jira);
-  const auto second = controller->hostedWebView;
+  const auto second = controller->hostedWebView();
   EXPECT_NE(first, second);
   EXPECT_EQ(popover().contentViewController(), second);
-  EXPECT_EQ(second->rootView.webView->webView, controller->jiraWebView.webView);
+  EXPECT_EQ(second->rootView.webView->webView, controller->jiraWebView().webView);
   EXPECT_EQ(second->rootView.menuDelegate, static_cast<MenuHelperDelegate*>(controller));
-  EXPECT_EQ(second->rootView.sharedState.shared(), controller->isFindingWebState);
-  EXPECT_EQ(second->rootView.bardWebView.webView, controller->bardWebView.webView);
-  EXPECT_EQ(second->rootView.bitBucketWebView.webView, controller->bitbucketWebView.webView);
-  EXPECT_EQ(second->rootView.chatWebView.webView, controller->chatWebView.webView);
-  EXPECT_EQ(second->rootView.gitLabWebView.webView, controller->gitlabWebView.webView);
-  EXPECT_EQ(second->rootView.hemingwayWebView.webView, controller->hemingwayWebView.webView);
-  EXPECT_EQ(second->rootView.jiraWebView.webView, controller->jiraWebView.webView);
+  EXPECT_EQ(second->rootView.sharedState.shared(), controller->isFindingWebState());
+  EXPECT_EQ(second->rootView.bardWebView().webView, controller->bardWebView().webView);
+  EXPECT_EQ(second->rootView.bitBucketWebView().webView, controller->bitbucketWebView().webView);
+  EXPECT_EQ(second->rootView.chatWebView().webView, controller->chatWebView().webView);
+  EXPECT_EQ(second->rootView.gitLabWebView().webView, controller->gitlabWebView().webView);
+  EXPECT_EQ(second->rootView.hemingwayWebView().webView, controller->hemingwayWebView().webView);
+  EXPECT_EQ(second->rootView.jiraWebView().webView, controller->jiraWebView().webView);
   switchTo(releaseNotes);
-  EXPECT_EQ(controller->hostedWebView, nullptr);
+  EXPECT_EQ(controller->hostedWebView(), nullptr);
   switchTo(bard);
-  EXPECT_EQ(controller->hostedNotesView, nullptr);
+  EXPECT_EQ(controller->hostedNotesView(), nullptr);
 }
 
 TEST_F(SwitchingTest, PagesThatAreNoneLeaveTheAlternateFlagAndTheSidebarsAlone) {
@@ -572,7 +596,7 @@ TEST_F(SwitchingTest, PagesThatAreNoneLeaveTheAlternateFlagAndTheSidebarsAlone) 
     switchTo(type);
     EXPECT_TRUE(defaults.isAlternateViewVisible()) << rawValue(type);
     EXPECT_TRUE(state().isBarding.get()) << rawValue(type);
-    EXPECT_EQ(controller->currentWebView.webView, controller->jiraWebView.webView) << rawValue(type);
+    EXPECT_EQ(controller->currentWebView().webView, controller->jiraWebView().webView) << rawValue(type);
     EXPECT_EQ(defaults.lastVisibleWebView(), type);
   }
 }
@@ -608,8 +632,8 @@ TEST_F(SwitchingTest, EachZoomGivesChatTheStepBeforeIt) {
       {1.2, 1.45}, {1.0, 1.2}, {0.8, 1.0}, {0.55, 0.8}, {0.7, 0.8}};
   for (const auto& [stored, given] : steps) {
     defaults.set(stored, UserDefault::webViewZoom);
-    switchTo(controller->defaults.lastVisibleWebView() == jira ? bard : jira);
-    EXPECT_EQ(controller->chatWebView.webView->pageZoom(), given) << stored;
+    switchTo(defaults.lastVisibleWebView() == jira ? bard : jira);
+    EXPECT_EQ(controller->chatWebView().webView->pageZoom(), given) << stored;
   }
 }
 
@@ -619,7 +643,7 @@ TEST_F(SwitchingTest, ASidebarTakesTheStoredZoomFromItsHost) {
   switchTo(jira);
   controller->handleWindowChatOnPage();
   desktop.queue.drain();
-  EXPECT_EQ(controller->chatWebView.webView->pageZoom(), 0.8);
+  EXPECT_EQ(controller->chatWebView().webView->pageZoom(), 0.8);
 }
 
 TEST_F(SwitchingTest, ResettingTheSidebarsTakesThemInOrderAndNotTheScratchpad) {
@@ -650,10 +674,10 @@ TEST_F(SwitchingTest, AGroupWhoseMainViewIsNotAllowedShowsChatAndItsSidebars) {
   desktop.queue.drain();
   EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
   EXPECT_EQ(openSideBars(), (std::vector<bool>{false, false, true, true, false, false, false}));
-  const auto hosted = platform::headlessTree(*controller->hostedWebView).all<platform::HostedContent>();
+  const auto hosted = platform::headlessTree(*controller->hostedWebView()).all<platform::HostedContent>();
   ASSERT_EQ(hosted.size(), 2U) << "chat stands in the main place alone";
-  EXPECT_EQ(hosted[0]->hosted, controller->gitlabWebView.webView.get());
-  EXPECT_EQ(hosted[1]->hosted, controller->chatWebView.webView.get());
+  EXPECT_EQ(hosted[0]->hosted, controller->gitlabWebView().webView.get());
+  EXPECT_EQ(hosted[1]->hosted, controller->chatWebView().webView.get());
 }
 
 TEST_F(SwitchingTest, AGroupClosesSidebarsThatItDoesntName) {
@@ -695,17 +719,17 @@ TEST_F(SwitchingTest, AGroupAtFullSizeAlreadyStaysThereAndKeepsTheSizeToGoBackTo
 
 TEST_F(SwitchingTest, EachKindOfViewCanBeTheCurrentOneAgain) {
   const std::vector<std::pair<WebViewSwitchType, const WebView*>> views = {
-      {chatgpt, &controller->chatWebView},        {bard, &controller->bardWebView},
-      {bitbucket, &controller->bitbucketWebView}, {gitlab, &controller->gitlabWebView},
-      {hemingway, &controller->hemingwayWebView}, {jira, &controller->jiraWebView}};
+      {chatgpt, &controller->chatWebView()},        {bard, &controller->bardWebView()},
+      {bitbucket, &controller->bitbucketWebView()}, {gitlab, &controller->gitlabWebView()},
+      {hemingway, &controller->hemingwayWebView()}, {jira, &controller->jiraWebView()}};
   for (const auto& [type, view] : views) {
     defaults.set(rawValue(type), UserDefault::lastVisibleWebView);
     controller->updateCurrentWebView();
-    EXPECT_EQ(controller->currentWebView.webView, view->webView) << rawValue(type);
+    EXPECT_EQ(controller->currentWebView().webView, view->webView) << rawValue(type);
     for (const auto other : {markdown, onboarding, releaseNotes, editUrls, search}) {
       defaults.set(rawValue(other), UserDefault::lastVisibleWebView);
       controller->updateCurrentWebView();
-      EXPECT_EQ(controller->currentWebView.webView, view->webView);
+      EXPECT_EQ(controller->currentWebView().webView, view->webView);
     }
   }
 }
@@ -728,9 +752,9 @@ TEST_F(SwitchingTest, TheOnboardingIsLargeWhateverIsSet) {
 
 TEST_F(SwitchingTest, APopoverThatOpensWithItsFindBarLeavesTheKeyboardToIt) {
   controller->handleWindowFindOnPage();
-  engineOf(controller->chatWebView).isFirstResponder = false;
+  engineOf(controller->chatWebView()).isFirstResponder = false;
   leftClick();
-  EXPECT_FALSE(engineOf(controller->chatWebView).isFirstResponder);
+  EXPECT_FALSE(engineOf(controller->chatWebView()).isFirstResponder);
 }
 
 }  // namespace

@@ -30,8 +30,8 @@ TEST_F(VelkinImplTest, TheMenuStartsWithTheVersionAndEndsWithQuitAndEnablesNothi
 
 TEST_F(VelkinImplTest, OnlyTheCurrentWebViewHasTheControllerAsItsUIDelegate) {
   auto& controller = launch();
-  EXPECT_EQ(controller.chatWebView.webView->uiDelegate, &controller);
-  EXPECT_EQ(controller.jiraWebView.webView->uiDelegate, nullptr);
+  EXPECT_EQ(controller.chatWebView().webView->uiDelegate, &controller);
+  EXPECT_EQ(controller.jiraWebView().webView->uiDelegate, nullptr);
 }
 
 TEST_F(VelkinImplTest, ThePopoverDoesntOpenAtLaunch) {
@@ -41,8 +41,8 @@ TEST_F(VelkinImplTest, ThePopoverDoesntOpenAtLaunch) {
 
 TEST_F(VelkinImplTest, AFreshInstallShowsTheReleaseNotesAndNotesTheBuild) {
   auto& controller = launch();
-  EXPECT_NE(controller.hostedNotesView, nullptr);
-  EXPECT_EQ(popover().contentViewController(), controller.hostedNotesView);
+  EXPECT_NE(controller.hostedNotesView(), nullptr);
+  EXPECT_EQ(popover().contentViewController(), controller.hostedNotesView());
   EXPECT_EQ(defaults.lastVisibleWebView(), releaseNotes);
   EXPECT_EQ(defaults.releaseNoteBuildVersion(), 23);
 }
@@ -52,22 +52,22 @@ TEST_F(VelkinImplTest, ARelaunchOfTheSameBuildShowsChatWhateverWasOnShow) {
   defaults.set(rawValue(bard), UserDefault::lastVisibleWebView);
   auto& controller = launch();
   EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
-  EXPECT_NE(controller.hostedWebView, nullptr);
-  EXPECT_EQ(engineOf(controller.chatWebView).loads.size(), 1U);
+  EXPECT_NE(controller.hostedWebView(), nullptr);
+  EXPECT_EQ(engineOf(controller.chatWebView()).loads.size(), 1U);
 }
 
 TEST_F(VelkinImplTest, ARelaunchOnChatShowsChatAlthoughTheSwitchIsOtherwiseNone) {
   settleIn();
   auto& controller = launch();
-  EXPECT_NE(controller.hostedWebView, nullptr);
+  EXPECT_NE(controller.hostedWebView(), nullptr);
 }
 
 TEST_F(VelkinImplTest, AnUpdateShowsTheReleaseNotesOnce) {
   settleIn();
   defaults.set(22, UserDefault::releaseNoteBuildVersion);
-  EXPECT_NE(launch().hostedNotesView, nullptr);
+  EXPECT_NE(launch().hostedNotesView(), nullptr);
   app.reset();
-  EXPECT_EQ(launch().hostedNotesView, nullptr);
+  EXPECT_EQ(launch().hostedNotesView(), nullptr);
 }
 
 TEST_F(VelkinImplTest, ABundleVersionThatIsNoNumberCountsAsBuildZero) {
@@ -79,7 +79,7 @@ TEST_F(VelkinImplTest, ABundleVersionThatIsNoNumberCountsAsBuildZero) {
 
 TEST_F(VelkinImplTest, TheToolbarFlagComesFromTheSettings) {
   defaults.set(false, UserDefault::showToolBar);
-  EXPECT_FALSE(launch().isFindingWebState->showToolbar.get());
+  EXPECT_FALSE(launch().isFindingWebState()->showToolbar.get());
 }
 
 TEST_F(VelkinImplTest, ALeftClickOpensAndAnotherOneCloses) {
@@ -157,7 +157,7 @@ TEST_F(VelkinImplTest, ARightClickPutsTheMenuUpAndHoldsAnOpenPopover) {
   rightClick();
   EXPECT_TRUE(hasLogged("Right click!"));
   EXPECT_EQ(statusItem().poppedUp.size(), 1U);
-  EXPECT_TRUE(controller.isShowingPopUpMenu);
+  EXPECT_TRUE(controller.isShowingPopUpMenu());
   popover().clickOutside();
   EXPECT_TRUE(popover().isShown());
 }
@@ -172,11 +172,11 @@ TEST_F(VelkinImplTest, ARightClickWithAClosedPopoverLeavesItTransient) {
 TEST_F(VelkinImplTest, ARightClickWhileTheMenuIsUpClearsTheItemsMenu) {
   auto& controller = launch();
   rightClick();
-  controller.menuBarItem->menu = controller.menu;
+  controller.menuBarItem().menu = controller.menu();
   rightClick();
-  EXPECT_EQ(controller.menuBarItem->menu, nullptr);
-  EXPECT_FALSE(controller.isShowingPopUpMenu);
-  EXPECT_TRUE(controller.isDismissingPopUpMenu);
+  EXPECT_EQ(controller.menuBarItem().menu, nullptr);
+  EXPECT_FALSE(controller.isShowingPopUpMenu());
+  EXPECT_TRUE(controller.isDismissingPopUpMenu());
   EXPECT_EQ(statusItem().poppedUp.size(), 1U);
 }
 
@@ -184,8 +184,8 @@ TEST_F(VelkinImplTest, TheMenusClosingResetsBothFlags) {
   auto& controller = launch();
   rightClick();
   statusItem().closeMenu(nullptr);
-  EXPECT_FALSE(controller.isShowingPopUpMenu);
-  EXPECT_FALSE(controller.isDismissingPopUpMenu);
+  EXPECT_FALSE(controller.isShowingPopUpMenu());
+  EXPECT_FALSE(controller.isDismissingPopUpMenu());
 }
 
 TEST_F(VelkinImplTest, TheRoutersValueForTheBehaviourCountsAsFalseIfAbsent) {
@@ -224,16 +224,16 @@ TEST_F(VelkinImplTest, ReloadGoesThroughTheMainQueueToTheCurrentPage) {
   settleIn();
   auto& controller = launch();
   menuItem("Reload")->action();
-  EXPECT_EQ(engineOf(controller.chatWebView).reloads, 0);
+  EXPECT_EQ(engineOf(controller.chatWebView()).reloads, 0);
   desktop.queue.drain();
-  EXPECT_EQ(engineOf(controller.chatWebView).reloads, 1);
+  EXPECT_EQ(engineOf(controller.chatWebView()).reloads, 1);
 }
 
 TEST_F(VelkinImplTest, OpenInBrowserOpensThePagesAddressAndNothingWithoutOne) {
   auto& controller = launch();
   menuItem("Open In Browser")->action();
   EXPECT_TRUE(desktop.workspace.opened.empty());
-  controller.currentWebView.webView->load(platform::URLRequest{*platform::URL::parse("https://a.test/x")});
+  controller.currentWebView().webView->load(platform::URLRequest{*platform::URL::parse("https://a.test/x")});
   menuItem("Open In Browser")->action();
   ASSERT_EQ(desktop.workspace.opened.size(), 1U);
   EXPECT_EQ(desktop.workspace.opened[0].absoluteString(), "https://a.test/x");
@@ -241,12 +241,12 @@ TEST_F(VelkinImplTest, OpenInBrowserOpensThePagesAddressAndNothingWithoutOne) {
 
 TEST_F(VelkinImplTest, TheDoneOfTheReleaseNotesGoesToChat) {
   auto& controller = launch();
-  auto& tree = platform::headlessTree(*controller.hostedNotesView);
+  auto& tree = platform::headlessTree(*controller.hostedNotesView());
   tree.control("Done")->press();
   desktop.queue.drain();
-  EXPECT_EQ(controller.hostedNotesView, nullptr);
+  EXPECT_EQ(controller.hostedNotesView(), nullptr);
   EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
-  EXPECT_EQ(engineOf(controller.chatWebView).loads.size(), 1U);
+  EXPECT_EQ(engineOf(controller.chatWebView()).loads.size(), 1U);
 }
 
 TEST_F(VelkinImplTest, ASwitchReopensAnOpenPopover) {
@@ -262,18 +262,18 @@ TEST_F(VelkinImplTest, ChatOnChatIsNoSwitchEvenAfterThreeHours) {
   settleIn();
   auto& controller = launch();
   leftClick();
-  const auto host = controller.hostedWebView;
+  const auto host = controller.hostedWebView();
   desktop.queue.advance(4 * 3600);
   controller.switchWebViews(chatgpt);
-  EXPECT_EQ(controller.hostedWebView, host);
-  EXPECT_EQ(engineOf(controller.chatWebView).loads.size(), 1U);
+  EXPECT_EQ(controller.hostedWebView(), host);
+  EXPECT_EQ(engineOf(controller.chatWebView()).loads.size(), 1U);
 }
 
 TEST_F(VelkinImplTest, ChatReloadsWhenItComesBackAfterThreeHours) {
   settleIn();
   auto& controller = launch();
   leftClick();
-  auto& chat = engineOf(controller.chatWebView);
+  auto& chat = engineOf(controller.chatWebView());
   controller.switchWebViews(releaseNotes);
   desktop.queue.advance(10799);
   controller.switchWebViews(chatgpt);
@@ -293,8 +293,8 @@ TEST_F(VelkinImplTest, WithoutAdditionalViewsEveryWebViewFallsBackOnChat) {
   desktop.queue.drain();
   EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
   EXPECT_FALSE(defaults.isAlternateViewVisible());
-  EXPECT_EQ(controller.currentWebView.webView, controller.chatWebView.webView);
-  EXPECT_TRUE(engineOf(controller.bardWebView).loads.empty());
+  EXPECT_EQ(controller.currentWebView().webView, controller.chatWebView().webView);
+  EXPECT_TRUE(engineOf(controller.bardWebView()).loads.empty());
 }
 
 TEST_F(VelkinImplTest, WithAdditionalViewsAViewTakesTheMainPlaceAndAskingAgainGoesBackToChat) {
@@ -305,7 +305,7 @@ TEST_F(VelkinImplTest, WithAdditionalViewsAViewTakesTheMainPlaceAndAskingAgainGo
   desktop.queue.drain();
   EXPECT_EQ(defaults.lastVisibleWebView(), bard);
   EXPECT_TRUE(defaults.isAlternateViewVisible());
-  EXPECT_EQ(engineOf(controller.bardWebView).loads.size(), 1U);
+  EXPECT_EQ(engineOf(controller.bardWebView()).loads.size(), 1U);
   controller.switchWebViews(bard);
   EXPECT_EQ(defaults.lastVisibleWebView(), chatgpt);
 }
@@ -322,8 +322,8 @@ TEST_F(VelkinImplTest, APageLoadsOnceThroughManySwitches) {
   }
   // The first switch loads each page; chat also came back "after three hours" at the launch, where it never
   // was.
-  EXPECT_EQ(engineOf(controller.jiraWebView).loads.size(), 1U);
-  EXPECT_EQ(engineOf(controller.chatWebView).loads.size(), 1U);
+  EXPECT_EQ(engineOf(controller.jiraWebView()).loads.size(), 1U);
+  EXPECT_EQ(engineOf(controller.chatWebView()).loads.size(), 1U);
 }
 
 }  // namespace

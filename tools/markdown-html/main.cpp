@@ -1,5 +1,5 @@
 #include "Arguments.h"
-#include "Markdown/MarkdownHtmlHelper.h"
+#include "Components/MarkdownHtmlHelper.h"
 #include "MarkdownEngine/ValidUtf8.h"
 
 #include <cstdio>

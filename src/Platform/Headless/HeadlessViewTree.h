@@ -89,9 +89,8 @@ class HeadlessHostingView : public NSHostingView {
 };
 
 /// The tree of a controller's described view.
-template <class V>
-HeadlessHostingView& headlessTree(NSHostingController<V>& controller) {
-  return dynamic_cast<HeadlessHostingView&>(controller.hostingView());
+inline HeadlessHostingView& headlessTree(NSViewController& controller) {
+  return dynamic_cast<HeadlessHostingView&>(controller.view());
 }
 
 }  // namespace platform

@@ -196,8 +196,8 @@ class FindBarTest : public AppFixture {
     controller->handleWindowFindOnPage();
     desktop.queue.drain();
   }
-  platform::HeadlessHostingView& tree() { return platform::headlessTree(*controller->hostedWebView); }
-  platform::HeadlessWebView& page() { return engineOf(controller->chatWebView); }
+  platform::HeadlessHostingView& tree() { return platform::headlessTree(*controller->hostedWebView()); }
+  platform::HeadlessWebView& page() { return engineOf(controller->chatWebView()); }
   void find(const char* text, const char* result) {
     page().scriptResult = result;
     tree().field("Search")->type(text);
@@ -274,7 +274,7 @@ TEST_F(FindBarTest, ASwitchKeepsTheBarAndForgetsItsText) {
   ASSERT_NE(tree().field("Search"), nullptr);
   EXPECT_FALSE(stepsAreEnabled());
   tree().field("Search")->commit();
-  EXPECT_EQ(engineOf(controller->jiraWebView).scripts.back(),
+  EXPECT_EQ(engineOf(controller->jiraWebView()).scripts.back(),
             "window.find('', false, false, true, true, true);");
 }
 

@@ -1,6 +1,6 @@
 #include "Helpers/SearchRequestHelper.h"
 #include "Platform/Headless/HeadlessPlatform.h"
-#include "WebView/ServiceAddresses.h"
+#include "Values/ServiceAddresses.h"
 
 #include <string>
 #include <thread>
@@ -169,6 +169,8 @@ TEST_F(SearchRequestHelperTest, jsonOfAnotherShapeIsInvalid) {
         R"({"choices": [{}]})", R"({"choices": [{"message": "x"}]})", R"({"choices": [{"message": {}}]})",
         R"({"choices": [{"message": {"content": 7}}]})", R"({"choices": [{"message": {"content": null}}]})",
         R"({"choices": [{"message": {"content": ["x"]}}]})",
+        R"({"choices": [{"message": {"content": "first"}}, "x"]})",
+        R"({"choices": [{"message": {"content": "first"}}, null]})",
         R"({"Choices": [{"message": {"content": "x"}}]})"}) {
     const auto result = SearchRequestHelper::read(std::string(body), std::nullopt, std::nullopt);
     ASSERT_FALSE(result) << body;

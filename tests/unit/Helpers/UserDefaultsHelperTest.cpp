@@ -207,11 +207,11 @@ TEST_F(UserDefaultsHelperTest, theRawValueIsWhatIsStored) {
 }
 
 TEST_F(UserDefaultsHelperTest, everySettingIsStoredUnderItsKey) {
-  for (std::size_t i = 0; i < userDefaultKeys.size(); ++i) {
+  for (std::size_t i = 0; i < settingRows.size(); ++i) {
     helper_.set(static_cast<int>(i), static_cast<UserDefault>(i));
-    EXPECT_EQ(stored().at(std::string(userDefaultKeys[i])), PropertyListValue(i));
+    EXPECT_EQ(stored().at(std::string(settingRows[i].key)), PropertyListValue(i));
   }
-  EXPECT_EQ(stored().size(), userDefaultKeys.size());
+  EXPECT_EQ(stored().size(), settingRows.size());
 }
 
 TEST_F(UserDefaultsHelperTest, anAbsentOptionalLeavesTheStoredValue) {

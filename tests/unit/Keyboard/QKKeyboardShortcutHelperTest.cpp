@@ -3,7 +3,7 @@
 #include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
 #include "Platform/Headless/HeadlessPlatform.h"
-#include "WebView/WebViewSwitchType.h"
+#include "Values/WebViewSwitchType.h"
 #include "unit/Keyboard/RouterModel.h"
 #include "unit/Repetitions.h"
 

@@ -1,10 +1,10 @@
 #include "Platform/DebugLog.h"
 #include "Platform/Headless/HeadlessPlatform.h"
-#include "SearchBar/SearchBarSearches.h"
 #include "SearchBar/SearchBarView.h"
 #include "SearchBar/SearchResultTextUIView.h"
-#include "WebView/ServiceAddresses.h"
-#include "WebView/WebViewSwitchType.h"
+#include "Values/SearchBarSearches.h"
+#include "Values/ServiceAddresses.h"
+#include "Values/WebViewSwitchType.h"
 
 #include <algorithm>
 #include <memory>

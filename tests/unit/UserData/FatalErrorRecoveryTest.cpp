@@ -1,8 +1,9 @@
 #include "Helpers/UserDefaultsHelper.h"
+#include "Helpers/ViewAddresses.h"
 #include "Platform/DebugLog.h"
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "UserData/FatalErrorRecovery.h"
-#include "WebView/WebViewSwitchType.h"
+#include "Values/WebViewSwitchType.h"
 #include "gtest/gtest.h"
 
 #include <limits>

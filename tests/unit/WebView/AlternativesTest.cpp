@@ -1,7 +1,8 @@
-#include "WebView/PresentationAnimators.h"
-#include "WebView/TrimmedWebView.h"
+#include "Helpers/ViewAddresses.h"
+#include "WebView/Alternatives/PresentationAnimators.h"
+#include "WebView/Alternatives/TrimmedWebView.h"
+#include "WebView/Alternatives/WebViewHostingController.h"
 #include "WebView/WebViewHelper.h"
-#include "WebView/WebViewHostingController.h"
 #include "unit/AppFixture.h"
 
 namespace velkin {

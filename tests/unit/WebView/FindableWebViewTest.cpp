@@ -1,3 +1,4 @@
+#include "Markdown/MarkdownUIView.h"
 #include "Platform/NSHostingController.h"
 #include "WebView/FindableWebView.h"
 #include "WebView/WebViewHelper.h"
@@ -19,6 +20,7 @@ class FindableWebViewTest : public AppFixture {
       pages.emplace(type, helper.getWebUIView(type));
     }
     state->showToolbar.set(false);
+    desktop.attachedScreens = {{{{0, 0}, {5120, 2880}}, {{0, 0}, {5120, 2850}}}};
   }
 
   /// The container with the page of `main` in the main place.
@@ -28,13 +30,9 @@ class FindableWebViewTest : public AppFixture {
   FindableWebView containerAround(const WebView& main) const {
     return {.scripting = ScriptingHelper::make(),
             .webView = main,
-            .bardWebView = pages.at(bard),
-            .bitBucketWebView = pages.at(bitbucket),
-            .chatWebView = pages.at(chatgpt),
-            .gitLabWebView = pages.at(gitlab),
-            .hemingwayWebView = pages.at(hemingway),
-            .jiraWebView = pages.at(jira),
-            .markdownView = {},
+            .pages = ServicePages({pages.at(chatgpt), pages.at(bard), pages.at(bitbucket), pages.at(gitlab),
+                                   pages.at(hemingway), pages.at(jira)}),
+            .markdownView = MarkdownUIView{},
             .sharedState = state};
   }
   void setSize(double width, double height) {
@@ -230,6 +228,17 @@ TEST_F(FindableWebViewTest, ASmallOneHidesThemAndTheyComeBackWhenItGrows) {
   state->isJiring.set(true);
   desktop.queue.drain();
   EXPECT_EQ(tree.all<platform::HostedContent>().size(), 2U);
+}
+
+TEST_F(FindableWebViewTest, ASidebarsShareIsOfWhatTheScreenHas) {
+  desktop.attachedScreens = {{{{0, 0}, {1600, 1200}}, {{0, 0}, {1600, 1100}}}};
+  state->isJiring.set(true);
+  setSize(3840, 2160);
+  NSHostingController wide(container());
+  EXPECT_DOUBLE_EQ(*sidebarFrames(platform::headlessTree(wide)).at(0).width, 240);
+  setSize(600, 2160);
+  NSHostingController tall(container());
+  EXPECT_DOUBLE_EQ(*sidebarFrames(platform::headlessTree(tall)).at(0).height, 231);
 }
 
 TEST_F(FindableWebViewTest, ASidebarsWidthFollowsTheWindows) {

@@ -1,3 +1,4 @@
+#include "Helpers/ViewAddresses.h"
 #include "Platform/NSHostingController.h"
 #include "WebView/WebView.h"
 #include "WebView/WebViewHelper.h"

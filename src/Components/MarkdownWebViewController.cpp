@@ -1,0 +1,82 @@
+#include "Components/MarkdownWebViewController.h"
+
+#include "Platform/DebugLog.h"
+#include "Platform/NSAppearance.h"
+#include "Platform/NSWorkspace.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace velkin {
+
+using platform::WKNavigationActionPolicy;
+
+namespace {
+
+/// What a link in a text may open. Others would hand a text's author the user's files and programs.
+constexpr std::array<std::string_view, 3> linkSchemes = {"https", "http", "mailto"};
+
+constexpr std::string_view ownPage = "about:blank";
+
+bool isOwnPage(const platform::URL& url) {
+  const auto address = url.absoluteString();
+  return address == ownPage || address.starts_with(std::string(ownPage) + "#");
+}
+
+}  // namespace
+
+bool isDesktopDark() {
+  const auto appearance = platform::NSAppearance::currentAppearance();
+  return appearance && appearance->isDark();
+}
+
+MarkdownWebViewController::MarkdownWebViewController(std::shared_ptr<platform::WKWebView> shownView)
+    : isDarkMode(isDesktopDark()), webView(std::move(shownView)) {
+  webView->navigationDelegate = this;
+}
+
+MarkdownWebViewController::~MarkdownWebViewController() {
+  if (webView->navigationDelegate == this) webView->navigationDelegate = nullptr;
+}
+
+void MarkdownWebViewController::loadView() {
+  themeObserver_ = platform::NSDistributedNotificationCenter::defaultCenter().addObserver(
+      platform::interfaceThemeChangedNotification, [this](const std::string&) { modeChanged(); });
+}
+
+void MarkdownWebViewController::show(double zoom, const std::string& page) {
+  if (hasShown_ && zoom == shownZoom_ && page == shownPage_) return;
+  hasShown_ = true;
+  shownZoom_ = zoom;
+  shownPage_ = page;
+  webView->setPageZoom(zoom);
+  webView->loadHTMLString(page, std::nullopt);
+}
+
+void MarkdownWebViewController::forgetShown() { hasShown_ = false; }
+
+WKNavigationActionPolicy MarkdownWebViewController::decidePolicyFor(
+    platform::WKWebView&, const platform::WKNavigationAction& action) {
+  // The page itself, and places in it.
+  if (isOwnPage(action.url)) return WKNavigationActionPolicy::allow;
+  if (action.navigationType == platform::WKNavigationType::linkActivated) {
+    const auto scheme = action.url.scheme();
+    for (const auto allowed : linkSchemes) {
+      if (scheme == allowed) platform::NSWorkspace::shared().open(action.url);
+    }
+  }
+  return WKNavigationActionPolicy::cancel;
+}
+
+void MarkdownWebViewController::didFinish(platform::WKWebView& finished) {
+  finished.evaluateJavaScript(
+      "document.body.style.overflow = 'hidden';",
+      [](const std::optional<std::string>&, const std::optional<platform::NSError>& error) {
+        if (error) {
+          platform::debugLog("Error evaluating JavaScript: " + error->localizedDescription);
+        }
+      });
+}
+
+}  // namespace velkin

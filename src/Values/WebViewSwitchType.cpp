@@ -1,0 +1,73 @@
+#include "Values/WebViewSwitchType.h"
+
+#include "Values/ServiceAddresses.h"
+
+#include <algorithm>
+#include <string>
+
+namespace velkin {
+
+namespace {
+
+struct Row {
+  std::string_view viewName;
+  std::string_view ServiceAddresses::*address;
+  UserDefault userDefault;
+  EasterEggItem easterEgg;
+  /// What `setUrl` writes.
+  std::optional<UserDefault> written;
+};
+
+using Addresses = ServiceAddresses;
+using Egg = EasterEggItem;
+using Key = UserDefault;
+
+// The view `onboarding` has no address; its placeholder is put in by `defaultUrlString`.
+constexpr std::array<Row, allWebViewSwitchTypes.size()> rows = {{
+    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::chatUrl},
+    {"Bard", &Addresses::bard, Key::bardUrl, Egg::bard, Key::bardUrl},
+    {"BitBucket", &Addresses::bitbucket, Key::bitUrl, Egg::bitBucket, Key::bitUrl},
+    {"GitLab", &Addresses::gitlab, Key::gitUrl, Egg::gitLab, Key::gitUrl},
+    {"Hemingway", &Addresses::hemingway, Key::hemingwayUrl, Egg::hemingway, Key::hemingwayUrl},
+    {"Jira", &Addresses::jira, Key::jiraUrl, Egg::jira, Key::jiraUrl},
+    {"Markdown", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"ChatGPT", nullptr, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::searchKey},
+}};
+
+constexpr std::array<std::string_view, allWebViewSwitchTypes.size()> caseNames = {
+    "chatgpt",  "bard",       "bitbucket",    "gitlab",   "hemingway", "jira",
+    "markdown", "onboarding", "releaseNotes", "editUrls", "search"};
+
+const Row& rowOf(WebViewSwitchType type) noexcept { return rows[static_cast<std::size_t>(type)]; }
+
+}  // namespace
+
+std::optional<WebViewSwitchType> fromCaseName(std::string_view name) noexcept {
+  const auto found = std::find(caseNames.begin(), caseNames.end(), name);
+  if (found == caseNames.end()) return std::nullopt;
+  return allWebViewSwitchTypes[static_cast<std::size_t>(found - caseNames.begin())];
+}
+
+std::string_view viewName(WebViewSwitchType type) noexcept { return rowOf(type).viewName; }
+
+std::string_view defaultUrlString(WebViewSwitchType type) noexcept {
+  const auto address = rowOf(type).address;
+  return address != nullptr ? serviceAddresses.*address : "Enter Url";
+}
+
+UserDefault getUserDefault(WebViewSwitchType type) noexcept { return rowOf(type).userDefault; }
+
+EasterEggItem getEasterEgg(WebViewSwitchType type) noexcept { return rowOf(type).easterEgg; }
+
+WebViewSwitchType viewOf(EasterEggItem item) noexcept {
+  // The key's entry is the last, behind those of the web views.
+  return item == Egg::search ? WebViewSwitchType::search
+                             : allWebViewSwitchTypes[static_cast<std::size_t>(item)];
+}
+
+std::optional<UserDefault> writtenUserDefault(WebViewSwitchType type) noexcept { return rowOf(type).written; }
+
+}  // namespace velkin

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Controller/PopoverContent.h"
+#include "Controller/ViewFactory.h"
+#include "Platform/DebugLog.h"
+#include "Platform/Headless/HeadlessPlatform.h"
+#include "WebView/WebViewHelper.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace velkin {
+
+/// What a room of the controller stands on, and nothing of the others.
+class RoomFixture : public testing::Test {
+ protected:
+  RoomFixture() {
+    platform::setDebugLogSink([this](std::string_view line) { log.emplace_back(line); });
+  }
+  ~RoomFixture() override { platform::setDebugLogSink({}); }
+
+  platform::HeadlessWebView& page(WebViewSwitchType view) const {
+    return dynamic_cast<platform::HeadlessWebView&>(*content.pages[view].webView);
+  }
+  /// The content as it is after a switch to `view`.
+  void show(WebViewSwitchType view) {
+    content.currentWebView = content.pages[view];
+    content.view = view;
+    defaults.set(rawValue(view), UserDefault::lastVisibleWebView);
+    content.show(views.container());
+  }
+  void showPopover() {
+    if (!item) item = menuBar.statusItem(28);
+    content.popover->show(item->button()->bounds(), *item->button(), platform::NSRectEdge::maxY);
+  }
+  static ServicePages makePages() {
+    using enum WebViewSwitchType;
+    WebViewHelper helper;
+    return ServicePages({helper.getWebUIView(chatgpt), helper.getWebUIView(bard),
+                         helper.getWebUIView(bitbucket), helper.getWebUIView(gitlab),
+                         helper.getWebUIView(hemingway), helper.getWebUIView(jira)});
+  }
+
+  platform::HeadlessPlatform desktop;
+  UserDefaultsHelper defaults;
+  std::vector<std::string> log;
+  PopoverContent content{platform::NSPopover::make(), makePages()};
+  ViewFactory views{{}, content};
+  platform::NSStatusBar menuBar;
+  std::unique_ptr<platform::NSStatusItem> item;
+};
+
+}  // namespace velkin

@@ -1,0 +1,49 @@
+#include "Values/AppearanceHeight.h"
+#include "gtest/gtest.h"
+
+#include <limits>
+
+namespace velkin {
+namespace {
+
+struct Row {
+  AppearanceHeight height;
+  double points;
+  std::string_view label;
+};
+
+constexpr Row rows[] = {{AppearanceHeight::shortHeight, 480, "Short"},
+                        {AppearanceHeight::medium, 600, "Medium"},
+                        {AppearanceHeight::tall, 980, "Tall"},
+                        {AppearanceHeight::giant, 1240, "Giant"},
+                        {AppearanceHeight::full, 2160, "Full"}};
+
+TEST(AppearanceHeightTest, everyStepHasItsNumberAndLabelInOrder) {
+  ASSERT_EQ(std::size(rows), allAppearanceHeights.size());
+  for (std::size_t i = 0; i < std::size(rows); ++i) {
+    EXPECT_EQ(allAppearanceHeights[i], rows[i].height);
+    EXPECT_EQ(rawValue(rows[i].height), rows[i].points);
+    EXPECT_EQ(stringValue(rows[i].height), rows[i].label);
+    EXPECT_EQ(fromRawValue<AppearanceHeight>(rows[i].points), rows[i].height);
+  }
+}
+
+TEST(AppearanceHeightTest, theEarlierStepIsTall) {
+  EXPECT_EQ(fromRawValue<AppearanceHeight>(740.0), AppearanceHeight::tall);
+}
+
+TEST(AppearanceHeightTest, everyOtherNumberIsMedium) {
+  for (const double points : {123.0, 0.0, -480.0, 460.0, 2116.0, std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_EQ(fromRawValue<AppearanceHeight>(points), AppearanceHeight::medium) << points;
+  }
+}
+
+TEST(AppearanceHeightTest, sizesFollowFromTheNumber) {
+  for (const auto& row : rows) {
+    EXPECT_EQ(windowSize(row.height), row.points);
+    EXPECT_DOUBLE_EQ(previewSize(row.height), row.points / 10);
+  }
+}
+
+}  // namespace
+}  // namespace velkin
