@@ -440,31 +440,6 @@ TEST_F(GtkViewRendererTest, AViewKnowsItsPlaceInTheWindowFromTheBottom) {
   EXPECT_NE(place->inWindow()->windowNumber, 0);
 }
 
-struct Bubble {
-  State<bool> isOpen{false};
-  State<std::string> text{std::string("typed")};
-  View body() const {
-    return VStack({TextField("Name", text.binding()),
-                   Button("open", [] {}).popover(isOpen.binding(), [] { return Button("inside", [] {}); })});
-  }
-};
-
-TEST_F(GtkViewRendererTest, ABubbleThatClosesGivesTheKeyboardBack) {
-  const Bubble bubble;
-  host(bubble);
-  GtkWidget* entry = only(GTK_TYPE_ENTRY);
-  gtk_widget_grab_focus(entry);
-  GtkWidget* focus = gtk_root_get_focus(GTK_ROOT(window));
-  bubble.isOpen.set(true);
-  turn();
-  auto* popover = only(GTK_TYPE_POPOVER);
-  ASSERT_TRUE(wait([&] { return gtk_widget_get_mapped(popover) != FALSE; }));
-  gtk_widget_child_focus(popover, GTK_DIR_TAB_FORWARD);
-  bubble.isOpen.set(false);
-  ASSERT_TRUE(wait([&] { return gtk_widget_get_mapped(popover) == FALSE; }));
-  EXPECT_TRUE(wait([&] { return gtk_root_get_focus(GTK_ROOT(window)) == focus; }));
-}
-
 TEST_F(GtkViewRendererTest, AnEditorOfADescriptionKeepsItsUndoWhenItsBindingChanges) {
   const State<std::string> text{std::string("one two")};
   host(TextEditor(text.binding()));
