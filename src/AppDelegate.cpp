@@ -2,6 +2,7 @@
 
 #include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
+#include "Platform/LogText.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSBundle.h"
 #include "Platform/NSDistributedNotificationCenter.h"
@@ -101,8 +102,9 @@ void AppDelegate::applicationPerformAction(std::string_view name, std::string_vi
   } else if (const auto view = fromCaseName(argument); name == "show-view" && view) {
     menuBar->showView(*view);
   } else {
-    platform::debugLog("AppDelegate", "applicationPerformAction(_:_:)",
-                       std::string("There is nothing like this: ").append(name).append(" ").append(argument));
+    platform::debugLog(
+        "AppDelegate", "applicationPerformAction(_:_:)",
+        "There is nothing like this: " + platform::forLog(std::string(name).append(" ").append(argument)));
   }
 }
 

@@ -1,6 +1,7 @@
 #include "Components/MarkdownWebViewController.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/LogText.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSWorkspace.h"
 
@@ -74,7 +75,7 @@ void MarkdownWebViewController::didFinish(platform::WKWebView& finished) {
       "document.body.style.overflow = 'hidden';",
       [](const std::optional<std::string>&, const std::optional<platform::NSError>& error) {
         if (error) {
-          platform::debugLog("Error evaluating JavaScript: " + error->localizedDescription);
+          platform::debugLog("Error evaluating JavaScript: " + platform::scriptErrorForLog(*error));
         }
       });
 }

@@ -101,7 +101,10 @@ void ViewSwitcher::showPage(WebViewSwitchType view, bool isToggle) {
     // chat itself takes the main place.
     state.sidebarFlag(view)->set(false);
     state.isChatting.set(isToggle && state.isChatting.get());
-    if (view == markdown) content.popover->setContentViewController(nullptr);
+    if (view == markdown) {
+      content.popover->setContentViewController(nullptr);
+      defaults_.set(rawValue(markdown), UserDefault::lastVisibleWebView);
+    }
     if (view != markdown || !isToggle) content.currentWebView = isToggle ? content.pages[view] : chat;
   }
   chat.webView->setPageZoom(zoomAbove(defaults_.webViewZoom()));

@@ -1,12 +1,15 @@
 #include "Helpers/ScriptingHelper.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/LogText.h"
 #include "extenstions/PercentEncoding.h"
 
 namespace velkin {
 
 using platform::debugLog;
+using platform::lengthForLog;
 using platform::NSError;
+using platform::scriptErrorForLog;
 using platform::WKWebView;
 
 namespace {
@@ -30,6 +33,16 @@ constexpr const char* scrollAreaScript =
     "var flexElement = document.querySelector('.flex.w-full');\n"
     "flexElement.click();";
 
+/// The script of a search holds the text in single quotes, as it stands. One with such a quote is a script
+/// that fails, or one that does what the text says: it is never run.
+bool endsItsLiteral(std::string_view text) { return text.find('\'') != text.npos; }
+
+NSError endedLiteral() { return {"WKErrorDomain", 4, "SyntaxError"}; }
+
+void tellFailedSearch(std::string_view text, const NSError& error) {
+  debugLog("Error searching for " + lengthForLog(text) + ": " + scriptErrorForLog(error));
+}
+
 }  // namespace
 
 void ScriptingHelper::submitForm(const std::shared_ptr<WKWebView>& webView) {
@@ -44,7 +57,7 @@ void ScriptingHelper::submitForm(const std::shared_ptr<WKWebView>& webView) {
     self->currentWebUrl = url ? url->absoluteString() : "";
     self->chatSubmitClicked = true;
     if (error) {
-      debugLog("Q$: ScriptingHelper::submitForm() JavaScript error: " + error->localizedDescription);
+      debugLog("Q$: ScriptingHelper::submitForm() JavaScript error: " + scriptErrorForLog(*error));
     }
   });
 }
@@ -64,10 +77,12 @@ void ScriptingHelper::selectScrollArea(WKWebView& webView) {
 }
 
 void ScriptingHelper::previousClicked(std::string_view text, WKWebView& webView) {
+  if (endsItsLiteral(text)) return;
   webView.evaluateJavaScript(getFindScript(text, WebViewFindType::previous));
 }
 
 void ScriptingHelper::nextClicked(std::string_view text, WKWebView& webView) {
+  if (endsItsLiteral(text)) return;
   webView.evaluateJavaScript(getFindScript(text, WebViewFindType::next));
 }
 
@@ -77,6 +92,7 @@ void ScriptingHelper::stopFinding(std::string_view, WKWebView& webView) {
 
 void ScriptingHelper::startFinding(std::string_view text, const std::shared_ptr<WKWebView>& webView,
                                    std::function<void(bool)> onResult) {
+  if (endsItsLiteral(text)) return tellFailedSearch(text, endedLiteral());
   webView->evaluateJavaScript(
       getFindScript(text, WebViewFindType::find),
       [self = shared_from_this(), weak = std::weak_ptr(webView), text = std::string(text),
@@ -86,9 +102,9 @@ void ScriptingHelper::startFinding(std::string_view text, const std::shared_ptr<
           const bool isFound = json == "true";
           onResult(isFound);
           if (const auto page = weak.lock(); isFound && page) self->nextClicked(text, *page);
-          if (!isFound) debugLog("No results found for '" + text + "'");
+          if (!isFound) debugLog("No results found for " + lengthForLog(text));
         }
-        if (error) debugLog("Error searching for '" + text + "': " + error->localizedDescription);
+        if (error) tellFailedSearch(text, *error);
       });
 }
 

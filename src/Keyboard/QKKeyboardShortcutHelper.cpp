@@ -1,7 +1,6 @@
 #include "Keyboard/QKKeyboardShortcutHelper.h"
 
 #include "Keyboard/VirtualKeyCode.h"
-#include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
 #include "Platform/NSApplication.h"
 #include "Values/WebViewSwitchType.h"
@@ -15,7 +14,6 @@
 
 namespace velkin {
 
-using platform::debugLog;
 using platform::NSApp;
 using platform::NSEvent;
 using Router = QKKeyboardShortcutHelper;
@@ -28,43 +26,39 @@ namespace {
 struct RecordedKey {
   key::Code code;
   Flag flag;
-  std::string_view logLine;
-  bool logsCode = false;
 };
 
-constexpr std::string_view arrowLine = "Arrow key pressed ";
-
 constexpr std::array recordedKeys = {
-    RecordedKey{key::one, &Router::didPress1, "1 pressed!"},
-    RecordedKey{key::two, &Router::didPress2, "2 pressed!"},
-    RecordedKey{key::three, &Router::didPress3, "3 pressed!"},
-    RecordedKey{key::four, &Router::didPress4, "4 pressed!"},
-    RecordedKey{key::a, &Router::didPressA, "a pressed!"},
-    RecordedKey{key::b, &Router::didPressB, ""},
-    RecordedKey{key::d, &Router::didPressD, ""},
-    RecordedKey{key::f, &Router::didPressF, ""},
-    RecordedKey{key::g, &Router::didPressG, ""},
-    RecordedKey{key::h, &Router::didPressH, ""},
-    RecordedKey{key::j, &Router::didPressJ, ""},
-    RecordedKey{key::m, &Router::didPressM, ""},
-    RecordedKey{key::o, &Router::didPressO, ""},
-    RecordedKey{key::q, &Router::didPressQ, ""},
-    RecordedKey{key::r, &Router::didPressR, ""},
-    RecordedKey{key::s, &Router::didPressS, ""},
-    RecordedKey{key::t, &Router::didPressT, ""},
-    RecordedKey{key::p, &Router::didPressP, ""},
-    RecordedKey{key::comma, &Router::didPressComma, ""},
-    RecordedKey{key::leftBracket, &Router::didPressLeftBracket, ""},
-    RecordedKey{key::rightBracket, &Router::didPressRightBracket, ""},
-    RecordedKey{key::zero, &Router::didPressZero, ""},
-    RecordedKey{key::equal, &Router::didPressPlus, ""},
-    RecordedKey{key::minus, &Router::didPressMinus, ""},
-    RecordedKey{key::up, &Router::didPressUp, arrowLine, true},
-    RecordedKey{key::down, &Router::didPressDown, arrowLine, true},
-    RecordedKey{key::left, &Router::didPressLeft, arrowLine, true},
-    RecordedKey{key::right, &Router::didPressRight, arrowLine, true},
-    RecordedKey{key::pageUp, &Router::didPressPgUp, "PageUp pressed!"},
-    RecordedKey{key::pageDown, &Router::didPressPgDn, "PageDown pressed!"},
+    RecordedKey{key::one, &Router::didPress1},
+    RecordedKey{key::two, &Router::didPress2},
+    RecordedKey{key::three, &Router::didPress3},
+    RecordedKey{key::four, &Router::didPress4},
+    RecordedKey{key::a, &Router::didPressA},
+    RecordedKey{key::b, &Router::didPressB},
+    RecordedKey{key::d, &Router::didPressD},
+    RecordedKey{key::f, &Router::didPressF},
+    RecordedKey{key::g, &Router::didPressG},
+    RecordedKey{key::h, &Router::didPressH},
+    RecordedKey{key::j, &Router::didPressJ},
+    RecordedKey{key::m, &Router::didPressM},
+    RecordedKey{key::o, &Router::didPressO},
+    RecordedKey{key::q, &Router::didPressQ},
+    RecordedKey{key::r, &Router::didPressR},
+    RecordedKey{key::s, &Router::didPressS},
+    RecordedKey{key::t, &Router::didPressT},
+    RecordedKey{key::p, &Router::didPressP},
+    RecordedKey{key::comma, &Router::didPressComma},
+    RecordedKey{key::leftBracket, &Router::didPressLeftBracket},
+    RecordedKey{key::rightBracket, &Router::didPressRightBracket},
+    RecordedKey{key::zero, &Router::didPressZero},
+    RecordedKey{key::equal, &Router::didPressPlus},
+    RecordedKey{key::minus, &Router::didPressMinus},
+    RecordedKey{key::up, &Router::didPressUp},
+    RecordedKey{key::down, &Router::didPressDown},
+    RecordedKey{key::left, &Router::didPressLeft},
+    RecordedKey{key::right, &Router::didPressRight},
+    RecordedKey{key::pageUp, &Router::didPressPgUp},
+    RecordedKey{key::pageDown, &Router::didPressPgDn},
 };
 
 struct ModifierKey {
@@ -72,18 +66,14 @@ struct ModifierKey {
   key::Code right;
   std::uint32_t bit;
   Flag flag;
-  std::string_view logLine;
 };
 
-// Option's line has the words of Command's; readers of old logs know it so.
 constexpr ModifierKey commandKey{key::command, key::rightCommand, NSEvent::commandFlag,
-                                 &Router::didPressCommand, "Command pressed!"};
-constexpr ModifierKey optionKey{key::option, key::rightOption, NSEvent::optionFlag, &Router::didPressOption,
-                                "Command pressed!"};
+                                 &Router::didPressCommand};
+constexpr ModifierKey optionKey{key::option, key::rightOption, NSEvent::optionFlag, &Router::didPressOption};
 constexpr ModifierKey controlKey{key::control, key::rightControl, NSEvent::controlFlag,
-                                 &Router::didPressControl, "Control pressed!"};
-constexpr ModifierKey shiftKey{key::shift, key::rightShift, NSEvent::shiftFlag, &Router::didPressShift,
-                               "Shift pressed!"};
+                                 &Router::didPressControl};
+constexpr ModifierKey shiftKey{key::shift, key::rightShift, NSEvent::shiftFlag, &Router::didPressShift};
 
 /// A key-up clears the keys' flags while one of these is up. The digits, the brackets and M are not among
 /// them: theirs wait for the next key-up that finds one.
@@ -154,10 +144,7 @@ void resize(Router& router) {
   if (router.defaults.lastVisibleWebView() != WebViewSwitchType::onboarding) (router.delegate->*operation)();
 }
 
-void quit(Router& router) {
-  debugLog("Q$: Quit combo pressed!");
-  router.menuDelegate->quitClicked();
-}
+void quit(Router& router) { router.menuDelegate->quitClicked(); }
 
 void preferences(Router& router) {
   if (router.menuBarItem->menu) return;
@@ -311,18 +298,12 @@ bool QKKeyboardShortcutHelper::keyDown(const NSEvent& event) {
 Router::Recorded QKKeyboardShortcutHelper::record(const NSEvent& event) {
   const auto code = event.keyCode;
   if (code == key::escape) {
-    debugLog("Escape key pressed!");
     delegate->handleEsc();
     return Recorded::consumed;
   }
   for (const auto& recorded : recordedKeys) {
     if (recorded.code != code) continue;
     this->*recorded.flag = true;
-    if (recorded.logsCode) {
-      debugLog(std::string(recorded.logLine) + std::to_string(code));
-    } else if (!recorded.logLine.empty()) {
-      debugLog(recorded.logLine);
-    }
     return Recorded::goOn;
   }
   const bool isReturn = code == key::keypadEnter || code == key::returnKey;
@@ -333,18 +314,14 @@ Router::Recorded QKKeyboardShortcutHelper::record(const NSEvent& event) {
   for (const auto& modifier : {commandKey, optionKey, controlKey, shiftKey}) {
     if (code != modifier.left && code != modifier.right) continue;
     this->*modifier.flag = true;
-    debugLog(modifier.logLine);
     return Recorded::goOn;
   }
-  const auto sendsDelete = [&](std::string_view selector, std::string_view logLine) {
-    if (!NSApp().sendAction(selector)) return Recorded::goOn;
-    debugLog(logLine);
-    return Recorded::consumed;
+  const auto sends = [](std::string_view selector) {
+    return NSApp().sendAction(selector) ? Recorded::consumed : Recorded::goOn;
   };
-  if (code == key::deleteKey) return sendsDelete("deleteBackward:", "Q$: Delete key pressed");
-  if (code == key::forwardDelete) return sendsDelete("deleteForward:", "Q$: deleteForward key pressed");
-  debugLog("Q$: Other key pressed " + std::to_string(code) + ":" +
-           lowercased(platform::unwrap(event.charactersIgnoringModifiers)));
+  if (code == key::deleteKey) return sends("deleteBackward:");
+  if (code == key::forwardDelete) return sends("deleteForward:");
+  platform::unwrap(event.charactersIgnoringModifiers);
   return Recorded::passedOn;
 }
 
@@ -362,14 +339,10 @@ bool QKKeyboardShortcutHelper::isCutCopyPaste(const NSEvent& event) {
   if ((event.modifierFlags & NSEvent::commandFlag) != 0) didPressCommand = true;
   if (!isCommandOnly()) return false;
   const auto characters = lowercased(platform::unwrap(event.charactersIgnoringModifiers));
-  debugLog("Q$: checking cut, copy, paste, undo, selectAll with " + characters +
-           " keyCode=" + std::to_string(event.keyCode));
   for (const auto& command : editCommands) {
     if (command.characters != characters) continue;
-    if (characters == "a") debugLog("Q$: selectAll!!");
     return NSApp().sendAction(command.selector);
   }
-  debugLog("Q$: ccp oops failed with " + characters);
   return false;
 }
 

@@ -1,6 +1,8 @@
 #include "Platform/DebugLog.h"
 
-#include <cstdio>
+#include "Platform/LogText.h"
+#include "Platform/StandardError.h"
+
 #include <mutex>
 #include <string>
 
@@ -8,7 +10,11 @@ namespace platform {
 
 namespace {
 
+/// In characters: four bytes each at the most.
+constexpr std::size_t longestLine = StandardError::longestLine / 4 - 1;
+
 std::mutex mutex;
+
 std::function<void(std::string_view)>& currentSink() {
   static std::function<void(std::string_view)> sink;
   return sink;
@@ -17,16 +23,13 @@ std::function<void(std::string_view)>& currentSink() {
 }  // namespace
 
 void debugLog(std::string_view line) {
+  const auto text = cleanLine(line, longestLine);
   const std::lock_guard lock(mutex);
   if (currentSink()) {
-    currentSink()(line);
-    return;
+    currentSink()(text);
+  } else {
+    StandardError::shared().writeLine(text);
   }
-  // One write for each line, so that lines of several threads or processes never mix.
-  std::string text(line);
-  text += '\n';
-  std::fwrite(text.data(), 1, text.size(), stderr);
-  std::fflush(stderr);
 }
 
 void debugLog(std::string_view sourceFile, std::string_view function, std::string_view message) {

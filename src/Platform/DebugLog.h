@@ -5,7 +5,9 @@
 
 namespace platform {
 
-/// Writes one line to the debug log, which goes to standard error. For diagnostics only. Any thread.
+/// Writes one line to the debug log, which goes to standard error. For diagnostics only. Control characters
+/// in it are left out, and what is beyond 999 characters. What may stand in it at all is told in LogText.h. A
+/// line that can't be written at once is dropped and counted (see StandardError). Any thread.
 void debugLog(std::string_view line);
 
 /// The log's usual form: "Q$: ", the source file's name, ".", the function's signature, a blank and the

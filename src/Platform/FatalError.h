@@ -14,8 +14,8 @@ inline constexpr std::string_view implicitlyUnwrappedNil =
 inline constexpr int fatalErrorExitCode = 70;
 
 /// Ends the process because of something that can't occur. Writes "Fatal error: " and the message to standard
-/// error, and lets the installed platform note it, so that the next start can put back the stored value that
-/// may have been the cause. Any thread.
+/// error, stores the settings that a `Together` keeps back, and lets the installed platform note it, so that
+/// the next start can put back the stored value that may have been the cause. Any thread.
 [[noreturn]] void fatalError(std::string_view message);
 
 /// Notes in the debug log that something is not as it should be; the caller goes on with what it has. Any

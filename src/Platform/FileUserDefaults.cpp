@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <deque>
 #include <system_error>
 #include <utility>
 
@@ -16,7 +17,9 @@ namespace platform {
 namespace {
 
 // The settings of the most diligent user have some hundred kilobytes.
-constexpr std::size_t sizeLimit = std::size_t{64} << 20U;
+constexpr std::size_t sizeLimit = 2 * FileUserDefaults::largestFile;
+/// What a file that an earlier version let grow beyond its size still takes.
+constexpr std::size_t smallGrowth = std::size_t{64} << 10U;
 
 double secondsSince1970() {
   if (const auto* platform = Platform::installed()) return platform->now();
@@ -31,11 +34,38 @@ std::string timeStamp() {
   return std::string(text, std::strftime(text, sizeof text, "%Y%m%dT%H%M%SZ", &parts));
 }
 
+/// The path without its links, the one at its end and such as lead to nothing yet included.
 std::filesystem::path resolved(const std::filesystem::path& path) {
+  constexpr int mostLinks = 40;
   std::error_code error;
-  const auto absolute = std::filesystem::absolute(path, error);
-  auto result = std::filesystem::weakly_canonical(error ? path : absolute, error);
-  return error ? path : result;
+  auto whole = std::filesystem::absolute(path, error);
+  if (error) return path;
+  auto result = whole.root_path();
+  whole = whole.relative_path();
+  std::deque<std::filesystem::path> rest(whole.begin(), whole.end());
+  for (int links = 0; !rest.empty();) {
+    const auto part = rest.front();
+    rest.pop_front();
+    if (part.empty() || part == ".") continue;
+    if (part == "..") {
+      result = result.parent_path();
+      continue;
+    }
+    const auto target = std::filesystem::read_symlink(result / part, error);
+    if (error) {
+      result /= part;
+      continue;
+    }
+    if (++links > mostLinks) return path;
+    if (target.is_absolute()) result = target.root_path();
+    const auto way = target.relative_path();
+    rest.insert(rest.begin(), way.begin(), way.end());
+  }
+  return result;
+}
+
+std::filesystem::path lockBeside(const std::filesystem::path& path) {
+  return path.parent_path() / ("." + path.filename().string() + ".lock");
 }
 
 }  // namespace
@@ -58,11 +88,12 @@ class FileUserDefaults::Session {
 };
 
 FileUserDefaults::FileUserDefaults(const std::filesystem::path& path)
-    : path_(resolved(path)), lockPath_(path_.parent_path() / ("." + path_.filename().string() + ".lock")) {
+    : path_(resolved(path)),
+      lock_(lockBeside(path_), [this](PatientLock::Answer lock) { lockArrived(std::move(lock)); }) {
   const Session session(*this);
   load();
   if (state_ != FileState::corrupt) return;
-  auto lock = FileLock::take(lockPath_);
+  auto lock = lock_.take();
   if (lock) refreshByName();
   if (state_ == FileState::corrupt) setAside();
 }
@@ -89,6 +120,11 @@ void FileUserDefaults::storeHeldBack() {
   if (--holders_ == 0 && !unwritten_.empty()) write();
 }
 
+void FileUserDefaults::storeWhatIsHeldBack() {
+  const Session session(*this);
+  if (!unwritten_.empty()) write();
+}
+
 std::optional<PropertyListValue> FileUserDefaults::storedValue(std::string_view key) const {
   const Session session(*this);
   refresh();
@@ -103,16 +139,62 @@ void FileUserDefaults::change(std::optional<PropertyListValue> value, std::strin
   const bool isOnDisk = entry != onDisk_.end() ? value == entry->second : !value;
   const bool isFileGood = state_ == FileState::good || state_ == FileState::absent;
   if (isOnDisk && isFileGood && unwritten_.empty()) return;
+  if (value && !canHold(*value, key)) return;
   unwritten_.insert_or_assign(std::string(key), std::move(value));
   if (holders_ == 0) write();
 }
 
+bool FileUserDefaults::canHold(const PropertyListValue& value, std::string_view key) const {
+  PropertyListExtent others;
+  const auto add = [](PropertyListExtent& sum, const PropertyListExtent& part) {
+    sum.bytes += part.bytes;
+    sum.containers += part.containers;
+  };
+  PropertyListExtent before;
+  for (const auto& [name, stored] : onDisk_) {
+    if (unwritten_.contains(name)) continue;
+    add(name == key ? before : others, extentOf(name, stored));
+  }
+  for (const auto& [name, set] : unwritten_) {
+    if (set) add(name == key ? before : others, extentOf(name, *set));
+  }
+  const auto part = extentOf(key, value);
+  const auto total = others.bytes + part.bytes;
+  const bool isGrowing = part.bytes > before.bytes;
+  const bool wasTooLarge = others.bytes + before.bytes > largestFile;
+  const bool fits = total <= largestFile || !isGrowing ||
+                    (wasTooLarge && part.bytes - before.bytes <= smallGrowth && total < sizeLimit);
+  // The file's own dictionary is one too.
+  const bool isReadable =
+      part.depth < deepestPropertyList && others.containers + part.containers < mostPropertyListContainers;
+  if (fits && isReadable) return true;
+  note("change()", "A value of " + std::to_string(part.bytes) + " bytes for " + std::string(key) +
+                       (isReadable ? " is not stored: the settings would be too large"
+                                   : " is not stored: it could not be read again"));
+  return false;
+}
+
+void FileUserDefaults::fail(std::string_view why) const {
+  note("write()", std::string("The settings are kept in memory only: ").append(why));
+}
+
 void FileUserDefaults::write() {
-  constexpr std::string_view prefix = "The settings are kept in memory only: ";
-  const auto fail = [&](std::string_view why) { note("write()", std::string(prefix).append(why)); };
   makePrivateFolder(path_.parent_path());
-  const auto lock = FileLock::take(lockPath_);
+  const auto lock = lock_.take();
   if (!lock) return fail(lock.error().why);
+  writeLocked();
+}
+
+void FileUserDefaults::lockArrived(PatientLock::Answer lock) {
+  const Session session(*this);
+  lock_.arrived();
+  if (!lock) return fail(lock.error().why);
+  if (unwritten_.empty() || holders_ > 0) return;
+  note("lockArrived(_:)", "The lock of the settings file is free");
+  writeLocked();
+}
+
+void FileUserDefaults::writeLocked() {
   // Another process may have written while this one waited.
   refreshByName();
   if (state_ == FileState::unreadable) return fail(whyUnreadable_);
@@ -121,6 +203,7 @@ void FileUserDefaults::write() {
   if (content == onDisk_ && state_ == FileState::good) return unwritten_.clear();
   const auto text = writeXMLPropertyList(content);
   if (!text) return fail("they have no form as a property list");
+  if (text->size() > sizeLimit) return fail("they are too large to be read again");
   auto replaced = replaceFile(path_, *text);
   if (!replaced) return fail(replaced.error().why);
   onDisk_ = std::move(content);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/NSUserDefaults.h"
+#include "Platform/PatientLock.h"
 #include "Platform/WholeFile.h"
 
 #include <filesystem>
@@ -19,19 +20,25 @@ namespace platform {
 /// Sets within a `Together` are on disk when that ends.
 /// What another process changes in the file is seen by the next read, and a write changes only the keys that
 /// this process set. Where a folder above the file was renamed, the reads see it from the next set on. A lock
-/// file beside it (".NAME.lock") keeps writers apart.
+/// file beside it (".NAME.lock") keeps writers apart. Another process that holds it is waited for one second
+/// at the most; then the values hold for this process, and are written as soon as it lets go.
 ///
 /// Failures are told to the debug log only. If a write fails, the file stays as it is, the value holds for
-/// this process, and the next set writes it too. A file that can't be read is never overwritten. One that
-/// can't be parsed when the program starts or when it has to write is kept beside as "NAME.corrupt-TIME".
+/// this process, and the next set writes it too. A set by which the file would grow beyond `largestFile` is
+/// refused, and the value stays what it was: what is written can be read again. A file that can't be read is
+/// never overwritten. One that can't be parsed when the program starts or when it has to write is kept beside
+/// as "NAME.corrupt-TIME".
 class FileUserDefaults : public NSUserDefaults {
  public:
+  static constexpr std::size_t largestFile = std::size_t{32} << 20U;
+
   /// `path`: the file; it and its folder (then 0700) are made at the first set. A symbolic link is followed.
   explicit FileUserDefaults(const std::filesystem::path& path);
   ~FileUserDefaults() override;
 
   void setObject(PropertyListValue value, std::string_view key) override;
   void removeObjectForKey(std::string_view key) override;
+  void storeWhatIsHeldBack() override;
 
  protected:
   void holdBack() override;
@@ -43,7 +50,14 @@ class FileUserDefaults : public NSUserDefaults {
   class Session;
 
   void change(std::optional<PropertyListValue> value, std::string_view key);
+  /// True if the file can take the value, and be read again.
+  bool canHold(const PropertyListValue& value, std::string_view key) const;
+  /// Locks the file first, or has that done.
   void write();
+  void lockArrived(PatientLock::Answer lock);
+  /// With the lock.
+  void writeLocked();
+  void fail(std::string_view why) const;
   /// Reads the file again if it is no longer as loaded.
   void refresh() const;
   /// The same, and if its name stands for another file by now.
@@ -54,7 +68,6 @@ class FileUserDefaults : public NSUserDefaults {
   void note(std::string_view function, std::string_view message) const;
 
   std::filesystem::path path_;
-  std::filesystem::path lockPath_;
 
   /// Guards everything below. Never held while the log is written: who listens there may read a setting.
   mutable std::mutex mutex_;
@@ -69,6 +82,8 @@ class FileUserDefaults : public NSUserDefaults {
   std::map<std::string, std::optional<PropertyListValue>, std::less<>> unwritten_;
   int holders_ = 0;
   mutable std::vector<std::string> notes_;
+  /// Its late answers use all of the above.
+  PatientLock lock_;
 };
 
 }  // namespace platform

@@ -32,6 +32,7 @@ inline constexpr int NSURLErrorCannotFindHost = -1003;
 inline constexpr int NSURLErrorCannotConnectToHost = -1004;
 inline constexpr int NSURLErrorNetworkConnectionLost = -1005;
 inline constexpr int NSURLErrorHTTPTooManyRedirects = -1007;
+inline constexpr int NSURLErrorDataLengthExceedsMaximum = -1103;
 inline constexpr int NSURLErrorSecureConnectionFailed = -1200;
 
 }  // namespace platform

@@ -51,6 +51,10 @@ class NSUserDefaults {
   virtual void setObject(PropertyListValue value, std::string_view key) = 0;
   virtual void removeObjectForKey(std::string_view key) = 0;
 
+  /// Stores at once what a `Together` keeps back and what could not be stored when it was set. For the end of
+  /// the process, which ends no `Together`.
+  virtual void storeWhatIsHeldBack() {}
+
   /// Adds to the values that are given where nothing is stored. They are never stored themselves.
   void registerDefaults(const PropertyListValue::Dictionary& defaults);
 

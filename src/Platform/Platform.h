@@ -72,7 +72,8 @@ class Platform {
   virtual EventTarget& eventDispatcherTarget() = 0;
   virtual std::unique_ptr<TISInputSource> copyCurrentASCIICapableKeyboardLayoutInputSource() = 0;
 
-  /// Remembers beyond the end of this process that it ended by a fatal error. Any thread.
+  /// Stores the settings that a `Together` keeps back, and remembers beyond the end of this process that it
+  /// ended by a fatal error. Any thread.
   virtual void noteFatalError(std::string_view message) noexcept = 0;
   /// What `noteFatalError` of the process before this one remembered, and forgets it.
   virtual std::optional<std::string> takeLastFatalError() = 0;

@@ -3,11 +3,13 @@
 #include "Platform/UTF8.h"
 
 #include <algorithm>
+#include <array>
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <vector>
 
 #include <plist/plist.h>
 
@@ -15,10 +17,10 @@ namespace platform {
 
 namespace {
 
-constexpr int deepestNesting = 512;
+constexpr int deepestNesting = deepestPropertyList;
 // The library frees a list by recursion, so the depth must be bounded before it reads. A list can't be deeper
 // than the number of its containers.
-constexpr std::size_t mostContainers = 10'000;
+constexpr std::size_t mostContainers = mostPropertyListContainers;
 
 struct NodeDeleter {
   void operator()(void* node) const noexcept { plist_free(node); }
@@ -71,6 +73,93 @@ double storableSeconds(double seconds) noexcept {
   return std::clamp(std::floor(seconds), static_cast<double>(Limits::min()),
                     static_cast<double>(Limits::max()));
 }
+
+struct Entity {
+  std::string_view form;
+  char character;
+};
+constexpr std::array entities = {Entity{"&amp;", '&'},  Entity{"&lt;", '<'},    Entity{"&gt;", '>'},
+                                 Entity{"&quot;", '"'}, Entity{"&apos;", '\''}, Entity{"&#13;", '\r'}};
+
+/// An XML text with other characters in the place of its entities. For each entity the library moves all of
+/// the text behind it: a megabyte of HTML takes it a minute, and these take it nothing.
+class WithoutEntities {
+ public:
+  explicit WithoutEntities(std::string_view xml) : xml_(xml) {
+    // In there an entity is none.
+    if (xml.find('&') == xml.npos || xml.find("<![CDATA[") != xml.npos || !findStandIns(xml)) return;
+    changed_.reserve(xml.size());
+    for (std::size_t at = 0; at < xml.size();) {
+      const auto next = std::min(xml.find('&', at), xml.size());
+      changed_.append(xml, at, next - at);
+      at = next;
+      if (at == xml.size()) break;
+      const auto rest = xml.substr(at);
+      const auto found = std::find_if(entities.begin(), entities.end(),
+                                      [&](const Entity& entity) { return rest.starts_with(entity.form); });
+      if (found == entities.end()) {
+        changed_ += xml[at++];
+      } else {
+        appendUTF8(changed_, first_ + static_cast<char32_t>(found - entities.begin()));
+        at += found->form.size();
+      }
+    }
+    xml_ = changed_;
+  }
+  WithoutEntities(const WithoutEntities&) = delete;
+  WithoutEntities& operator=(const WithoutEntities&) = delete;
+
+  std::string_view xml() const noexcept { return xml_; }
+
+  /// A text of the list with its own characters again.
+  std::string restored(std::string_view text) const {
+    std::string result;
+    if (changed_.empty()) return result = text;
+    result.reserve(text.size());
+    while (!text.empty()) {
+      const auto lead = std::min(text.find(standInLead), text.size());
+      result.append(text, 0, lead);
+      text.remove_prefix(lead);
+      if (text.empty()) break;
+      const auto before = text;
+      const auto character = takeCharacter(text);
+      const auto number = character ? *character - first_ : entities.size();
+      if (number < entities.size()) {
+        result += entities[number].character;
+      } else {
+        result.append(before, 0, before.size() - text.size());
+      }
+    }
+    return result;
+  }
+
+ private:
+  // The first byte of U+E000 to U+EFFF, which no text means anything by.
+  static constexpr char standInLead = '\xEE';
+  static constexpr char32_t firstPrivate = 0xE000;
+  static constexpr std::size_t privateCount = 0x1000;
+
+  /// As many in a row as there are entities, none of which is in the text.
+  bool findStandIns(std::string_view xml) {
+    std::vector<bool> isUsed(privateCount);
+    for (auto at = xml.find(standInLead); at != xml.npos; at = xml.find(standInLead, at + 1)) {
+      auto rest = xml.substr(at);
+      if (const auto character = takeCharacter(rest)) isUsed[*character - firstPrivate] = true;
+    }
+    std::size_t run = 0;
+    for (std::size_t i = 0; i < privateCount; ++i) {
+      run = isUsed[i] ? 0 : run + 1;
+      if (run < entities.size()) continue;
+      first_ = firstPrivate + static_cast<char32_t>(i + 1 - run);
+      return true;
+    }
+    return false;
+  }
+
+  std::string_view xml_;
+  std::string changed_;
+  char32_t first_ = 0;
+};
 
 /// A null node if the value has no form.
 Node nodeOf(const PropertyListValue& value) {
@@ -129,7 +218,7 @@ bool isShallow(plist_t node, int depth = 0) {
   }
 }
 
-std::optional<PropertyListValue> valueOf(plist_t node, int depth = 0) {
+std::optional<PropertyListValue> valueOf(plist_t node, const WithoutEntities& texts, int depth = 0) {
   if (depth > deepestNesting) return std::nullopt;
   switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN: {
@@ -155,7 +244,7 @@ std::optional<PropertyListValue> valueOf(plist_t node, int depth = 0) {
     case PLIST_STRING: {
       std::uint64_t length = 0;
       const char* text = plist_get_string_ptr(node, &length);
-      return std::string(text == nullptr ? "" : text, text == nullptr ? 0 : length);
+      return texts.restored(text == nullptr ? std::string_view() : std::string_view(text, length));
     }
     case PLIST_DATA: {
       std::uint64_t length = 0;
@@ -171,7 +260,7 @@ std::optional<PropertyListValue> valueOf(plist_t node, int depth = 0) {
     case PLIST_ARRAY: {
       PropertyListValue::Array array;
       for (std::uint32_t i = 0; i < plist_array_get_size(node); ++i) {
-        auto item = valueOf(plist_array_get_item(node, i), depth + 1);
+        auto item = valueOf(plist_array_get_item(node, i), texts, depth + 1);
         if (!item) return std::nullopt;
         array.push_back(*std::move(item));
       }
@@ -180,9 +269,9 @@ std::optional<PropertyListValue> valueOf(plist_t node, int depth = 0) {
     case PLIST_DICT: {
       PropertyListValue::Dictionary dictionary;
       const bool isWhole = forEachItem(node, true, [&](const char* key, plist_t child) {
-        auto item = valueOf(child, depth + 1);
+        auto item = valueOf(child, texts, depth + 1);
         if (!item) return false;
-        if (key != nullptr) dictionary.insert_or_assign(key, *std::move(item));
+        if (key != nullptr) dictionary.insert_or_assign(texts.restored(key), *std::move(item));
         return true;
       });
       if (!isWhole) return std::nullopt;
@@ -222,17 +311,65 @@ std::uint64_t objectCount(std::string_view binary) {
   return count;
 }
 
-/// A null node if the text is no XML list. A NUL would end a text early inside the library and trip an
-/// assertion there; XML knows none.
-Node nodeOfXML(std::string_view xml) {
-  plist_t node = nullptr;
-  if (xml.find('\0') == xml.npos && hasFewContainers(xml)) {
-    plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &node);
+/// Nothing if the text is no XML list. A NUL would end a text early inside the library and trip an assertion
+/// there; XML knows none.
+std::optional<PropertyListValue> valueOfXML(std::string_view xml) {
+  if (xml.find('\0') != xml.npos || !hasFewContainers(xml)) return std::nullopt;
+  const WithoutEntities texts(xml);
+  plist_t raw = nullptr;
+  plist_from_xml(texts.xml().data(), static_cast<std::uint32_t>(texts.xml().size()), &raw);
+  const Node node(raw);
+  return node ? valueOf(node.get(), texts) : std::nullopt;
+}
+
+/// Text between tags.
+std::size_t escapedSize(std::string_view text) {
+  std::size_t size = text.size();
+  for (const char c : text) {
+    if (c == '&' || c == '\r') size += 4;
+    if (c == '<' || c == '>') size += 3;
   }
-  return Node(node);
+  return size;
+}
+
+// The tags, the line's end, and the indentation of a value that isn't nested very deep.
+constexpr std::size_t lineSize = 64;
+
+template <class Container, class Extent>
+PropertyListExtent extentOfItems(const Container& items, Extent extent) {
+  PropertyListExtent sum{2 * lineSize, 1, 0};
+  for (const auto& item : items) {
+    const auto part = extent(item);
+    sum.bytes += part.bytes;
+    sum.containers += part.containers;
+    sum.depth = std::max(sum.depth, part.depth);
+  }
+  ++sum.depth;
+  // One tab more before each line.
+  sum.bytes += sum.bytes / lineSize * static_cast<std::size_t>(sum.depth > 3 ? sum.depth : 0);
+  return sum;
 }
 
 }  // namespace
+
+PropertyListExtent extentOf(const PropertyListValue& value) {
+  if (const auto* text = value.as<std::string>()) return {lineSize + escapedSize(*text), 0, 0};
+  // In lines of base64, each with its indentation.
+  if (const auto* data = value.as<PropertyListValue::Data>()) return {lineSize + data->size() * 2, 0, 0};
+  if (const auto* array = value.as<PropertyListValue::Array>()) {
+    return extentOfItems(*array, [](const auto& item) { return extentOf(item); });
+  }
+  if (const auto* dictionary = value.as<PropertyListValue::Dictionary>()) {
+    return extentOfItems(*dictionary, [](const auto& entry) { return extentOf(entry.first, entry.second); });
+  }
+  return {lineSize, 0, 0};
+}
+
+PropertyListExtent extentOf(std::string_view key, const PropertyListValue& value) {
+  auto extent = extentOf(value);
+  extent.bytes += lineSize + escapedSize(key);
+  return extent;
+}
 
 bool PropertyListValue::operator==(const PropertyListValue& other) const {
   return content_ == other.content_;
@@ -259,10 +396,7 @@ PropertyListValue storable(PropertyListValue value) {
 std::optional<PropertyListValue> readPropertyList(std::string_view bytes) {
   if (bytes.empty() || bytes.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
   const NumericLocale locale;
-  if (!bytes.starts_with("bplist")) {
-    const auto node = nodeOfXML(bytes);
-    return node ? valueOf(node.get()) : std::nullopt;
-  }
+  if (!bytes.starts_with("bplist")) return valueOfXML(bytes);
   if (objectCount(bytes) > mostContainers) return std::nullopt;
   plist_t binary = nullptr;
   plist_from_bin(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &binary);
@@ -271,8 +405,7 @@ std::optional<PropertyListValue> readPropertyList(std::string_view bytes) {
   // A binary list's key may hold a NUL, and asking the library for such a key ends the process. The way over
   // XML shows it first.
   const auto xml = xmlOf(node.get());
-  const auto plain = nodeOfXML(xml ? std::string_view(*xml) : std::string_view());
-  return plain ? valueOf(plain.get()) : std::nullopt;
+  return xml ? valueOfXML(*xml) : std::nullopt;
 }
 
 std::optional<std::string> writeXMLPropertyList(const PropertyListValue& value) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -60,6 +61,22 @@ inline PropertyListValue::PropertyListValue(Dictionary value) : content_(std::mo
 /// feed and carriage return, U+FFFE, U+FFFF) becomes U+FFFD: the text stays readable and the file
 /// well-formed. Dates lose their fraction and are held inside the range above.
 PropertyListValue storable(PropertyListValue value);
+
+/// How deep a list may be nested, and how many arrays and dictionaries it may hold, to be read.
+inline constexpr int deepestPropertyList = 512;
+inline constexpr std::size_t mostPropertyListContainers = 10'000;
+
+/// What a value takes as a part of an XML property list.
+struct PropertyListExtent {
+  /// Never less than it takes, and little more.
+  std::size_t bytes = 0;
+  std::size_t containers = 0;
+  /// 0 for what is no container.
+  int depth = 0;
+};
+PropertyListExtent extentOf(const PropertyListValue& value);
+/// The same of a dictionary's entry.
+PropertyListExtent extentOf(std::string_view key, const PropertyListValue& value);
 
 /// Reads an XML or a binary property list. Nothing if the text is neither, is cut off, holds a NUL character
 /// in its XML, is nested more than 512 deep, or has more than 10,000 containers (as binary list: values). The

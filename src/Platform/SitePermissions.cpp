@@ -1,18 +1,25 @@
 #include "Platform/SitePermissions.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/WholeFile.h"
 
-#include <fstream>
-#include <system_error>
+#include <cerrno>
 
 #include <nlohmann/json.hpp>
 
 namespace platform {
 
+namespace {
+
+/// Someone who answers a question of every site they ever see has some kilobytes.
+constexpr std::size_t sizeLimit = std::size_t{1} << 20U;
+
+}  // namespace
+
 SitePermissions::SitePermissions(std::filesystem::path file) : file_(std::move(file)) {
-  std::ifstream input(file_);
-  if (!input) return;
-  const auto document = nlohmann::json::parse(input, nullptr, false);
+  const auto contents = readWholeFile(file_, sizeLimit);
+  if (!contents && contents.error().code == ENOENT) return;
+  const auto document = contents ? nlohmann::json::parse(contents->bytes, nullptr, false) : nlohmann::json();
   if (!document.is_object()) {
     debugLog("SitePermissions", "init(file:)",
              file_.string() + " can't be read; every site will be asked for again");
@@ -44,18 +51,10 @@ void SitePermissions::forget(const std::string& site, const std::string& kind) {
 void SitePermissions::save() const {
   nlohmann::json document = nlohmann::json::object();
   for (const auto& [key, isAllowed] : answers_) document[key.first][key.second] = isAllowed;
-  std::error_code error;
-  std::filesystem::create_directories(file_.parent_path(), error);
-  auto fresh = file_;
-  fresh += ".new";
-  {
-    std::ofstream output(fresh);
-    output << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
-    output.flush();
-    if (!output) error = std::make_error_code(std::errc::io_error);
-  }
-  if (!error) std::filesystem::rename(fresh, file_, error);
-  if (error) debugLog("SitePermissions", "save()", file_.string() + ": " + error.message());
+  makePrivateFolder(file_.parent_path());
+  const auto replaced =
+      replaceFile(file_, document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n');
+  if (!replaced) debugLog("SitePermissions", "save()", file_.string() + ": " + replaced.error().why);
 }
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include "Platform/URL.h"
 
+#include <cstddef>
 #include <map>
 #include <string>
 
@@ -21,6 +22,9 @@ struct URLRequest {
   bool httpShouldHandleCookies = true;
   bool allowsExpensiveNetworkAccess = true;
   NSURLRequestCachePolicy cachePolicy = NSURLRequestCachePolicy::useProtocolCachePolicy;
+  /// How many bytes of an answer, unpacked, the URL session takes; a longer one fails with
+  /// `NSURLErrorDataLengthExceedsMaximum`, and no more of it is read.
+  std::size_t longestAnswer = std::size_t{16} << 20U;
 
   bool operator==(const URLRequest&) const = default;
 };

@@ -1,11 +1,11 @@
 #include "Platform/WholeFile.h"
 
+#include "Platform/SignalBlock.h"
+
 #include <cerrno>
 #include <cstring>
-#include <ctime>
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -39,34 +39,9 @@ auto retried(Call call) {
   return result;
 }
 
-/// While it lives, a write beyond the process's size limit fails with EFBIG and doesn't end the process. For
-/// this thread only: who started the process may want the signal elsewhere.
-class SizeSignalBlock {
- public:
-  SizeSignalBlock() noexcept {
-    sigemptyset(&signal_);
-    sigaddset(&signal_, SIGXFSZ);
-    pthread_sigmask(SIG_BLOCK, &signal_, &before_);
-  }
-  ~SizeSignalBlock() {
-    if (sigismember(&before_, SIGXFSZ) == 1) return;
-    // The write's own error is still to be told.
-    const auto error = errno;
-    const timespec now{};
-    retried([&] { return sigtimedwait(&signal_, nullptr, &now); });
-    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-    errno = error;
-  }
-  SizeSignalBlock(const SizeSignalBlock&) = delete;
-  SizeSignalBlock& operator=(const SizeSignalBlock&) = delete;
-
- private:
-  sigset_t signal_{};
-  sigset_t before_{};
-};
-
 bool writeAll(int file, std::string_view bytes) noexcept {
-  const SizeSignalBlock block;
+  // A write beyond the process's size limit fails with EFBIG and doesn't end the process.
+  const SignalBlock block(SIGXFSZ);
   while (!bytes.empty()) {
     const auto count = retried([&] { return write(file, bytes.data(), bytes.size()); });
     if (count < 0) return false;
@@ -172,9 +147,15 @@ FileLock::~FileLock() {
 }
 
 void makePrivateFolder(const std::filesystem::path& folder) noexcept {
-  if (folder.empty() || mkdir(folder.c_str(), 0700) == 0 || errno != ENOENT) return;
+  const auto make = [&] {
+    if (mkdir(folder.c_str(), 0700) != 0) return false;
+    // The mask may have taken away the owner's rights too.
+    chmod(folder.c_str(), 0700);
+    return true;
+  };
+  if (folder.empty() || make() || errno != ENOENT) return;
   makePrivateFolder(folder.parent_path());
-  mkdir(folder.c_str(), 0700);
+  make();
 }
 
 }  // namespace platform

@@ -77,8 +77,8 @@ tl::expected<ReplacedFile, FileError> replaceFile(const std::filesystem::path& p
 /// Keeps other processes, and other threads with a lock of their own, out until its end or the process's.
 class FileLock {
  public:
-  /// Waits for the lock on the file at `path`, which is made if need be and stays. On a file system that
-  /// knows no locks the result holds none.
+  /// Waits for the lock on the file at `path`, for ever if need be (see PatientLock). The file is made if it
+  /// is missing and stays. On a file system that knows no locks the result holds none.
   static tl::expected<FileLock, FileError> take(const std::filesystem::path& path);
 
   FileLock(FileLock&&) noexcept = default;
@@ -91,7 +91,8 @@ class FileLock {
   FileDescriptor file_;
 };
 
-/// Makes the folder and those above it that are missing, mode 0700. Folders that exist stay as they are.
+/// Makes the folder and those above it that are missing, mode 0700 under any umask. Folders that exist stay
+/// as they are.
 void makePrivateFolder(const std::filesystem::path& folder) noexcept;
 
 }  // namespace platform

@@ -3,6 +3,7 @@
 #include "Helpers/UserDefaultsHelper.h"
 #include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
+#include "Platform/LogText.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSBundle.h"
 #include "ReleaseNotes/ReleaseNotesText.h"
@@ -41,7 +42,7 @@ void ReleaseNotesWebViewController::didFinish(platform::WKWebView& webView) {
       "document.body.style.padding = '0 1.5em 1.5em';",
       [](const auto&, const std::optional<platform::NSError>& error) {
         if (error) {
-          platform::debugLog("Error evaluating JavaScript: " + error->localizedDescription);
+          platform::debugLog("Error evaluating JavaScript: " + platform::scriptErrorForLog(*error));
         }
       });
 }

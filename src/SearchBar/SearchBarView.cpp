@@ -64,7 +64,15 @@ bool SearchBarView::isKeyMissing() {
   return key.empty() || key == defaultUrlString(WebViewSwitchType::search);
 }
 
-void SearchBarView::handleTextChange(const std::string& newText) const { isTextEmpty.set(newText.empty()); }
+void SearchBarView::handleTextChange(const std::string& newText) const {
+  isTextEmpty.set(newText.empty());
+  if (newText.size() < cutLength.get()) cutLength.set(0);
+}
+
+void SearchBarView::handleCut() const {
+  // Afterwards: what the field could hold is on its way.
+  DispatchQueue::main().async([text = text, cutLength = cutLength] { cutLength.set(text.get().size()); });
+}
 
 void SearchBarView::completeChatQuery() const {
   const auto prompt = text.get();
@@ -136,7 +144,8 @@ View SearchBarView::searchRow() const {
                              self.completeChatQuery();
                            }
                          },
-                     .onChange = [self = *this](const std::string& t) { self.handleTextChange(t); }},
+                     .onChange = [self = *this](const std::string& t) { self.handleTextChange(t); },
+                     .onCut = [self = *this] { self.handleCut(); }},
                  AppIconUIView{.iconSize = iconSize,
                                .action = [show = showResetKeyView] { show.set(!show.get()); }}})
       .padding(16)
@@ -162,7 +171,13 @@ View SearchBarView::result() const {
 }
 
 View SearchBarView::body() const {
-  Views rows = {searchRow(), Divider().opacity(0.5)};
+  Views rows = {searchRow()};
+  if (cutLength.get() > 0) {
+    rows.push_back(Text("The prompt is too long for the field: its end was cut off.")
+                       .font(Font::body)
+                       .padding(EdgeInsets{.top = 0, .leading = 16, .bottom = 10, .trailing = 16}));
+  }
+  rows.push_back(Divider().opacity(0.5));
   if (isPrompting.get()) {
     rows.push_back(VStack({Spacer(), ProgressView().frame({.width = 32, .height = 32}), Spacer()})
                        .frame({.height = progressHeight}));

@@ -50,6 +50,8 @@ struct SearchBarView {
   platform::State<bool> isTextFieldDisabled{false};
   platform::State<bool> isTextEmpty{true};
   platform::State<std::vector<SearchBarSearch>> searches;
+  /// How long the prompt is of which the field could not hold the end, in bytes; 0 while all of it is there.
+  platform::State<std::size_t> cutLength{0};
   std::shared_ptr<AnswerPage> page = std::make_shared<AnswerPage>();
 
   platform::View body() const;
@@ -59,6 +61,7 @@ struct SearchBarView {
   void completeChatQuery() const;
   void handleTextChange(const std::string& newText) const;
   void didSetApiKey(bool isApiKeySet) const;
+  void handleCut() const;
 
   /// The key slot is empty, or holds the default of its row among the editable addresses.
   static bool isKeyMissing();

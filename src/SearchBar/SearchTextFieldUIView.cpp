@@ -5,7 +5,7 @@ namespace velkin {
 platform::View SearchTextFieldUIView::body() const {
   using namespace platform;
   const auto field = TextField(isMissingApiKey.get() ? keyMissingString : typePromptString, text,
-                               {.onCommit = onCommit, .isPlain = true})
+                               {.onCommit = onCommit, .isPlain = true, .onCut = onCut})
                          .font(SystemFont{fontSize, FontWeight::medium, FontDesign::monospaced})
                          .foregroundColor(Color::Role::primary)
                          .background(Color::Role::clear)

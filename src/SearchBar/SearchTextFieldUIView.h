@@ -20,6 +20,8 @@ struct SearchTextFieldUIView {
   platform::Binding<bool> isDisabled;
   platform::Action onCommit;
   std::function<void(const std::string&)> onChange;
+  /// More was typed or pasted than the field holds.
+  platform::Action onCut;
   /// The field has the keyboard, or is to get it.
   platform::State<bool> isFocused{true};
 

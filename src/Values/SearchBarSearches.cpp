@@ -59,7 +59,13 @@ bool addSearch(std::vector<SearchBarSearch>& searches, std::string_view text, st
   if (isKnown) return false;
   // Equal, not at least: a longer list, which only an outside hand can have made, is left to its owner.
   if (searches.size() == searchLimit) searches.erase(searches.begin());
-  searches.push_back({.searchPrompt = std::string(text), .resultMarkdown = std::string(resultHtml)});
+  SearchBarSearch search{.searchPrompt = std::string(text)};
+  if (resultHtml.size() <= longestStoredResult) search.resultMarkdown = resultHtml;
+  searches.push_back(std::move(search));
+  // An earlier version kept results of any length.
+  for (auto& kept : searches) {
+    if (kept.resultMarkdown && kept.resultMarkdown->size() > longestStoredResult) kept.resultMarkdown.reset();
+  }
   return true;
 }
 

@@ -3,9 +3,11 @@
 #include "Helpers/UserDefaultsHelper.h"
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
+#include "Platform/LogText.h"
 
 namespace velkin {
 
+using platform::addressForLog;
 using platform::debugLog;
 
 platform::View WebView::body() const {
@@ -22,8 +24,8 @@ platform::WKWebView& WebView::makeNSView() const {
 void WebView::updateNSView(platform::WKWebView& nsView) const {
   const auto present = nsView.url();
   debugLog("WebView", "updateNSView(_:context:)",
-           " nsView.url=" + (present ? present->absoluteString() : std::string("nil")) +
-               ", url=" + url.absoluteString());
+           " nsView.url=" + (present ? addressForLog(present->absoluteString()) : std::string("nil")) +
+               ", url=" + addressForLog(url.absoluteString()));
   if (present) return;
   // Never inside an update of the views; and hosts made in a row must not each load it.
   platform::DispatchQueue::main().async([self = *this] {

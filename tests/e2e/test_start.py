@@ -1,4 +1,6 @@
 """First start, later starts, and starts on a desktop that lacks something."""
+import fcntl
+import os
 import signal
 
 from harness import VelkinTestCase, waitFor
@@ -133,3 +135,57 @@ class PoorDesktop(VelkinTestCase):
         velkin = self.start(environment={"HOME": nowhere, "XDG_CONFIG_HOME": nowhere + "/config",
                                          "XDG_DATA_HOME": nowhere + "/data", "XDG_CACHE_HOME": nowhere + "/cache"})
         self.openPopover(velkin)
+
+    def testAFileInThePlaceOfAFolderIsSaidAndEndsWithOne(self):
+        for parent in (self.home.data, self.home.cache):
+            with self.subTest(folder=parent.name):
+                (parent / "velkin").write_text("mine")
+                velkin = self.start(wait=False)
+                self.assertEqual(velkin.waitForEnd(), 1)
+                self.assertIn(f"velkin: The folder {parent / 'velkin'} can't be used", velkin.errorText())
+                self.assertEqual((parent / "velkin").read_text(), "mine")
+                (parent / "velkin").unlink()
+
+    def testTheFoldersAreTheUsersAlone(self):
+        # As an earlier version left it.
+        (self.home.cache / "velkin").mkdir(mode=0o755)
+        self.openPopover(self.startOnChat())
+        self.chat.page()
+        for parent in (self.home.data, self.home.cache, self.home.config):
+            self.assertEqual((parent / "velkin").stat().st_mode & 0o777, 0o700, parent)
+
+    def testPipesInThePlaceOfFilesAreNotWaitedFor(self):
+        state = self.home.folder / ".local" / "state" / "velkin"
+        for path in (self.home.data / "velkin" / "site-permissions.json", state / "fatal-error"):
+            path.parent.mkdir(mode=0o700, parents=True)
+            os.mkfifo(path)
+        velkin = self.startOnChat()
+        self.openPopover(velkin)
+        self.chat.page()
+        self.assertTrue(velkin.running())
+
+
+class LockedSettings(VelkinTestCase):
+    """Another process has the lock of the settings, and doesn't let go."""
+
+    def setUp(self):
+        super().setUp()
+        self.home.settled()
+        path = self.home.settingsFile
+        self.lock = open(path.parent / f".{path.name}.lock", "wb")  # pylint: disable=consider-using-with
+        self.addCleanup(self.lock.close)
+        fcntl.flock(self.lock, fcntl.LOCK_EX)
+
+    def testTheProgramStartsWorksAndStoresWhenTheLockIsFree(self):
+        velkin = self.start()
+        before = self.home.settingsFile.read_bytes()
+        self.openPopover(velkin)
+        page = self.chat.page()
+        self.clickMenuItem(velkin, "Make Menu Sticky")
+        self.desktop.key("ctrl+equal")
+        waitFor("the page to be larger", lambda: page.ask("innerWidth") < 550, 10)
+        self.assertEqual(self.home.settingsFile.read_bytes(), before)
+        self.assertIn("kept in memory only", velkin.errorText())
+        fcntl.flock(self.lock, fcntl.LOCK_UN)
+        waitFor("the settings", lambda: self.home.readSettings().get("stickyMenu"), 10, self.home.readSettings)
+        self.assertEqual(self.home.readSettings()["zoomLevel"], 1.2)

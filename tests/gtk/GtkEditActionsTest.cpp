@@ -135,8 +135,6 @@ class EditOrderTest : public GtkEditActionsTest {
       return isTaken ? std::nullopt : std::optional(event);
     });
   }
-  ~EditOrderTest() override { NSApp().removeMonitor(monitor); }
-
   static const char* selectorOf(const NSEvent& event) {
     const auto character = event.charactersIgnoringModifiers.value_or("");
     constexpr std::uint16_t deleteKey = 0x33;
@@ -179,7 +177,7 @@ class EditOrderTest : public GtkEditActionsTest {
   std::unique_ptr<WKWebView> webView;
   Loads loads;
   GtkWidget* field = nullptr;
-  int monitor = 0;
+  NSEvent::MonitorToken monitor;
 };
 
 /// Copying takes this page half a second.

@@ -75,6 +75,47 @@ struct Typing {
   }
 };
 
+class TextFieldPasteTest : public GtkViewRendererTest {
+ protected:
+  void hostField() {
+    host(TextField("Prompt", text.binding(), {.isPlain = true, .onCut = [this] { ++cuts; }})
+             .frame({.maxWidth = infinity}));
+    field = GTK_WIDGET(gtk_editable_get_delegate(GTK_EDITABLE(only(GTK_TYPE_ENTRY))));
+  }
+  /// By the clipboard, as a person does it.
+  void paste(const std::string& pasted) {
+    gdk_clipboard_set_text(gtk_widget_get_clipboard(field), pasted.c_str());
+    const auto before = text.get();
+    gtk_widget_activate_action(field, "clipboard.paste", nullptr);
+    EXPECT_TRUE(wait([&] { return text.get() != before; }));
+  }
+
+  State<std::string> text;
+  GtkWidget* field = nullptr;
+  int cuts = 0;
+};
+
+TEST_F(TextFieldPasteTest, LineBreaksStayInTheTextAndItIsShownAsOneLine) {
+  hostField();
+  const auto height = gtk_widget_get_height(field);
+  paste("int main() {\n  return 0;\r\n}\n\nexplain");
+  EXPECT_EQ(text.get(), "int main() {\n  return 0;\r\n}\n\nexplain");
+  turn();
+  EXPECT_EQ(gtk_widget_get_height(field), height);
+  EXPECT_EQ(cuts, 0);
+}
+
+TEST_F(TextFieldPasteTest, WhatTheFieldCantHoldIsTold) {
+  hostField();
+  paste(std::string(60'000, 'x'));
+  EXPECT_EQ(text.get().size(), 60'000U);
+  EXPECT_EQ(cuts, 0);
+  paste(std::string(60'000, 'y'));
+  EXPECT_LT(text.get().size(), 120'000U);
+  EXPECT_GT(text.get().size(), 60'000U);
+  EXPECT_EQ(cuts, 1);
+}
+
 TEST_F(GtkViewRendererTest, ATextFieldKeepsItsWidgetTextAndCursorThroughRedraws) {
   const Typing typing;
   host(typing);
@@ -397,31 +438,6 @@ TEST_F(GtkViewRendererTest, AViewKnowsItsPlaceInTheWindowFromTheBottom) {
   EXPECT_EQ(place->inWindow()->frame.size.height, 40);
   EXPECT_EQ(place->inWindow()->frame.origin.y, 260);
   EXPECT_NE(place->inWindow()->windowNumber, 0);
-}
-
-struct Bubble {
-  State<bool> isOpen{false};
-  State<std::string> text{std::string("typed")};
-  View body() const {
-    return VStack({TextField("Name", text.binding()),
-                   Button("open", [] {}).popover(isOpen.binding(), [] { return Button("inside", [] {}); })});
-  }
-};
-
-TEST_F(GtkViewRendererTest, ABubbleThatClosesGivesTheKeyboardBack) {
-  const Bubble bubble;
-  host(bubble);
-  GtkWidget* entry = only(GTK_TYPE_ENTRY);
-  gtk_widget_grab_focus(entry);
-  GtkWidget* focus = gtk_root_get_focus(GTK_ROOT(window));
-  bubble.isOpen.set(true);
-  turn();
-  auto* popover = only(GTK_TYPE_POPOVER);
-  ASSERT_TRUE(wait([&] { return gtk_widget_get_mapped(popover) != FALSE; }));
-  gtk_widget_child_focus(popover, GTK_DIR_TAB_FORWARD);
-  bubble.isOpen.set(false);
-  ASSERT_TRUE(wait([&] { return gtk_widget_get_mapped(popover) == FALSE; }));
-  EXPECT_TRUE(wait([&] { return gtk_root_get_focus(GTK_ROOT(window)) == focus; }));
 }
 
 TEST_F(GtkViewRendererTest, AnEditorOfADescriptionKeepsItsUndoWhenItsBindingChanges) {

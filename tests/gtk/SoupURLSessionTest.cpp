@@ -1,12 +1,16 @@
+#include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/SoupURLSession.h"
 #include "gtk/LoopbackServer.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
 
+#include <gio/gio.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace platform {
@@ -161,15 +165,99 @@ TEST_F(SoupURLSessionTest, NobodyThereIsAnError) {
   EXPECT_EQ(told.error->code, NSURLErrorCannotConnectToHost);
 }
 
-TEST_F(SoupURLSessionTest, FiftyMegabytesArrive) {
-  const std::string body(50U * 1024 * 1024, 'y');
+TEST_F(SoupURLSessionTest, SixteenMegabytesArriveAndOneByteMoreDoesNot) {
+  std::string body(16U << 20U, 'y');
   const LoopbackServer server([&body](int connection, const std::string&) {
     LoopbackServer::send(connection, LoopbackServer::answer(200, body));
   });
-  const auto told = ask(requestTo(server));
+  auto told = ask(requestTo(server));
   ASSERT_TRUE(told.data);
   EXPECT_EQ(told.data->size(), body.size());
   EXPECT_TRUE(*told.data == body);
+  body += 'y';
+  told = ask(requestTo(server));
+  EXPECT_FALSE(told.data);
+  EXPECT_FALSE(told.response);
+  EXPECT_EQ(told.error,
+            (NSError{NSURLErrorDomain, NSURLErrorDataLengthExceedsMaximum, "The answer is too long."}));
+}
+
+TEST_F(SoupURLSessionTest, ARequestMaySayHowMuchItTakes) {
+  const LoopbackServer server([](int connection, const std::string&) {
+    LoopbackServer::send(connection, LoopbackServer::answer(200, "four"));
+  });
+  auto request = requestTo(server);
+  request.longestAnswer = 4;
+  EXPECT_EQ(ask(request).data, "four");
+  request.longestAnswer = 3;
+  EXPECT_EQ(ask(request).error->code, NSURLErrorDataLengthExceedsMaximum);
+}
+
+TEST_F(SoupURLSessionTest, ABodyWithoutAnEndIsRefusedAndReadNoFurther) {
+  std::atomic<std::size_t> sent = 0;
+  const LoopbackServer server([&sent](int connection, const std::string&) {
+    LoopbackServer::send(connection, "HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n");
+    const std::string some(1U << 20U, 'y');
+    // Ends when the other side closes.
+    while (::send(connection, some.data(), some.size(), MSG_NOSIGNAL) > 0) sent += some.size();
+  });
+  EXPECT_EQ(ask(requestTo(server)).error->code, NSURLErrorDataLengthExceedsMaximum);
+  EXPECT_LT(sent.load(), 64U << 20U);
+}
+
+/// A body that is small on the way and far too large when it is unpacked.
+std::string packedZeros(std::size_t megabytes) {
+  const auto packer =
+      GObjectPtr<GZlibCompressor>::adopt(g_zlib_compressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP, 9));
+  const std::string zeros(megabytes << 20U, 'z');
+  std::string packed(zeros.size() / 500 + 1024, 0);
+  gsize read = 0;
+  gsize written = 0;
+  const auto result =
+      g_converter_convert(G_CONVERTER(packer.get()), zeros.data(), zeros.size(), packed.data(), packed.size(),
+                          G_CONVERTER_INPUT_AT_END, &read, &written, nullptr);
+  EXPECT_EQ(result, G_CONVERTER_FINISHED);
+  packed.resize(written);
+  return packed;
+}
+
+TEST_F(SoupURLSessionTest, WhatCountsIsTheUnpackedText) {
+  const auto small = packedZeros(15);
+  const auto bomb = packedZeros(200);
+  ASSERT_LT(bomb.size(), 1U << 20U);
+  const LoopbackServer server([&](int connection, const std::string& request) {
+    const auto& body = request.starts_with("HEAD")           ? std::string()
+                       : request.find("x=1") != request.npos ? bomb
+                                                             : small;
+    LoopbackServer::send(connection, LoopbackServer::answer(200, body, "Content-Encoding: gzip\r\n"));
+  });
+  EXPECT_EQ(ask(requestTo(server)).error->code, NSURLErrorDataLengthExceedsMaximum);
+  const auto told = ask({.url = *URL::parse(server.address("/small"))});
+  ASSERT_TRUE(told.data) << description(*told.error);
+  EXPECT_EQ(told.data->size(), 15U << 20U);
+}
+
+TEST_F(SoupURLSessionTest, RequestsThatHangHoldUpNone) {
+  std::mutex gate;
+  gate.lock();
+  std::atomic<int> hanging = 0;
+  const LoopbackServer server([&](int connection, const std::string& request) {
+    if (request.starts_with("GET /hang")) {
+      ++hanging;
+      const std::lock_guard held(gate);
+    } else {
+      LoopbackServer::send(connection, LoopbackServer::answer(200, "quick"));
+    }
+  });
+  std::atomic<int> ended = 0;
+  for (int i = 0; i < 20; ++i) {
+    session.dataTask({.url = *URL::parse(server.address("/hang"))}, [&](auto, auto, auto) { ++ended; });
+  }
+  EXPECT_EQ(ask(requestTo(server)).data, "quick");
+  EXPECT_EQ(ended.load(), 0);
+  while (hanging < 20) ::usleep(1000);
+  gate.unlock();
+  while (ended < 20) ::usleep(1000);
 }
 
 TEST_F(SoupURLSessionTest, AHeaderCannotBringInAnother) {

@@ -5,6 +5,8 @@
 #include "Platform/Gtk/GtkEditActions.h"
 #include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/ProgramFolders.h"
+#include "Platform/NSUserDefaults.h"
+#include "Platform/Platform.h"
 #include "platform/BundleInfo.h"
 
 #include <csignal>
@@ -76,7 +78,8 @@ void GtkApplicationHost::quit() {
 
 void GtkApplicationHost::exit(int code) {
   std::fflush(nullptr);
-  // No destructors: the settings are on disk already, and the web processes end with their connection.
+  if (auto* platform = Platform::installed()) platform->standardUserDefaults().storeWhatIsHeldBack();
+  // No destructors: the settings are on disk, and the web processes end with their connection.
   std::_Exit(code);
 }
 

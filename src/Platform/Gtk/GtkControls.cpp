@@ -5,6 +5,7 @@
 #include "Platform/Gtk/GtkTextEdits.h"
 
 #include <cmath>
+#include <cstring>
 
 namespace platform {
 
@@ -154,6 +155,21 @@ class FieldView : public GtkRenderedView {
                                if (action) action();
                              }),
                              this);
+    // The toolkit cuts without a word: it shows in what comes of an insertion.
+    g_signal_connect(focusWidget(), "insert-text",
+                     G_CALLBACK(+[](GtkText* text, const char* added, int length, int*, gpointer data) {
+                       auto* self = static_cast<FieldView*>(data);
+                       self->wanted_ = sizeOf(text) + (length < 0 ? std::strlen(added) : std::size_t(length));
+                     }),
+                     this);
+    g_signal_connect_after(focusWidget(), "insert-text",
+                           G_CALLBACK(+[](GtkText* text, const char*, int, int*, gpointer data) {
+                             auto* self = static_cast<FieldView*>(data);
+                             if (self->isUpdating() || sizeOf(text) >= self->wanted_) return;
+                             const auto action = contentOf<TextFieldContent>(self->element()).onCut;
+                             if (action) action();
+                           }),
+                           this);
     update(element);
   }
 
@@ -178,6 +194,12 @@ class FieldView : public GtkRenderedView {
       gtk_editable_set_position(GTK_EDITABLE(entry), -1);
     }
   }
+
+ private:
+  static std::size_t sizeOf(GtkText* text) { return gtk_entry_buffer_get_bytes(gtk_text_get_buffer(text)); }
+
+  /// How many bytes there should be after an insertion.
+  std::size_t wanted_ = 0;
 };
 
 class EditorView : public GtkRenderedView {

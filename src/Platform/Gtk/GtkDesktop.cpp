@@ -2,6 +2,7 @@
 
 #include "Platform/DebugLog.h"
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/LogText.h"
 
 #include <algorithm>
 #include <iterator>
@@ -24,7 +25,8 @@ bool GtkWorkspace::open(const URL& url) {
   const bool isOpened =
       g_app_info_launch_default_for_uri(url.absoluteString().c_str(), nullptr, &raw) != FALSE;
   const GErrorPtr error(raw);
-  if (error) debugLog("GtkDesktop", "open(_:)", url.absoluteString() + ": " + error->message);
+  if (error)
+    debugLog("GtkDesktop", "open(_:)", addressForLog(url.absoluteString()) + ": " + forLog(error->message));
   return isOpened;
 }
 

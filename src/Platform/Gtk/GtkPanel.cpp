@@ -1,5 +1,6 @@
 #include "Platform/Gtk/GtkPanel.h"
 
+#include "Platform/Gtk/FreeMemory.h"
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/Gtk/HotKeyActivation.h"
@@ -125,6 +126,8 @@ void GtkPanel::close() {
   if (delegate != nullptr) delegate->windowWillClose(*this);
   isVisible_ = false;
   if (window_ != nullptr) gtk_widget_set_visible(GTK_WIDGET(window_), FALSE);
+  // A panel may have shown much.
+  giveFreeMemoryBackLater();
 }
 
 }  // namespace platform

@@ -3,12 +3,14 @@
 #include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
 #include "Platform/FileUserDefaults.h"
+#include "Platform/Gtk/FreeMemory.h"
 #include "Platform/Gtk/GtkEventTarget.h"
 #include "Platform/Gtk/GtkHostingView.h"
 #include "Platform/Gtk/GtkInputSource.h"
 #include "Platform/Gtk/GtkPanel.h"
 #include "Platform/Gtk/GtkTextEditor.h"
 #include "Platform/Gtk/GtkWebView.h"
+#include "Platform/Gtk/LibraryMessages.h"
 #include "Platform/Gtk/PageDownloads.h"
 #include "Platform/Gtk/PopoverWindow.h"
 #include "Platform/Gtk/PortalHotKeyGrabs.h"
@@ -21,14 +23,14 @@
 #include "Platform/Gtk/X11HotKeyGrabs.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSScreen.h"
+#include "Platform/WholeFile.h"
 #include "platform/BundleInfo.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
+#include <sstream>
 #include <system_error>
 #include <utility>
 
@@ -43,11 +45,14 @@ constexpr double trayPatience = 4;
 /// The toolkit waits for the tray's answer at the most this long.
 constexpr double registrationPatience = 0.3;
 
+constexpr std::size_t longestFatalError = 4096;
+
 std::filesystem::path fatalErrorFile() { return ProgramFolders::userState() / "fatal-error"; }
 
 [[noreturn]] void endWithMessage(const std::string& message) {
-  std::fprintf(stderr, "velkin: %s\n", message.c_str());
-  std::fflush(stderr);
+  // By the log, which waits for no reader.
+  std::istringstream lines("velkin: " + message);
+  for (std::string line; std::getline(lines, line);) debugLog(line);
   std::_Exit(1);
 }
 
@@ -59,6 +64,8 @@ GtkPlatform::GtkPlatform()
                 [] { return (ProgramFolders::userState() / "folders").string(); },
                 [this] { startToolkit(); }}),
       notifications_([this] { return application_.connection(); }) {
+  keepLittleFreeMemory();
+  sendLibraryMessagesToDebugLog();
   bundle_ = {bundle::identifier, bundle::shortVersion, bundle::buildNumber, bundle::creationDate};
   g_set_prgname("velkin");
   g_set_application_name("Velkin");
@@ -66,6 +73,7 @@ GtkPlatform::GtkPlatform()
     if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr) {
       endWithMessage("There is no display. Start Velkin from a graphical session.");
     }
+    if (const auto reason = ProgramFolders::makeUserFolders(); !reason.empty()) endWithMessage(reason);
     appearance_.readFromDesktop(application_.connection());
   };
   install(this);
@@ -288,19 +296,18 @@ WebEngine& GtkPlatform::webEngine() {
 }
 
 void GtkPlatform::noteFatalError(std::string_view message) noexcept {
-  std::error_code error;
-  std::filesystem::create_directories(ProgramFolders::userState(), error);
-  std::ofstream(fatalErrorFile()) << message << '\n';
+  if (defaults_) defaults_->storeWhatIsHeldBack();
+  makePrivateFolder(ProgramFolders::userState());
+  replaceFile(fatalErrorFile(), std::string(message) + '\n');
 }
 
 std::optional<std::string> GtkPlatform::takeLastFatalError() {
-  std::ifstream input(fatalErrorFile());
-  if (!input) return std::nullopt;
-  std::string message;
-  std::getline(input, message);
+  // Whatever stands there instead of a file of ours, it is neither waited for nor left to the next start.
+  const auto contents = readWholeFile(fatalErrorFile(), longestFatalError);
   std::error_code error;
   std::filesystem::remove(fatalErrorFile(), error);
-  return message;
+  if (!contents) return std::nullopt;
+  return contents->bytes.substr(0, contents->bytes.find('\n'));
 }
 
 }  // namespace platform

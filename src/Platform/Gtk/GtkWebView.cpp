@@ -5,6 +5,7 @@
 #include "Platform/Gtk/IsolatedPage.h"
 #include "Platform/Gtk/PageDialogues.h"
 #include "Platform/Gtk/WebViewManners.h"
+#include "Platform/LogText.h"
 #include "Platform/UTF8.h"
 
 #include <cmath>
@@ -226,18 +227,19 @@ void GtkWebView::connectSignals() {
                        self->endProcess();
                    }),
                    this);
-  g_signal_connect(view_, "load-failed",
-                   G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, const char* uri, GError* error,
-                                  gpointer data) -> gboolean {
-                     auto* self = static_cast<GtkWebView*>(data);
-                     debugLog("GtkWebView", "load-failed", std::string(uri) + ": " + error->message);
-                     if (self->navigationDelegate != nullptr) {
-                       self->navigationDelegate->didFail(*self, errorFrom(*error));
-                     }
-                     // The engine goes on to show its own page that says so.
-                     return FALSE;
-                   }),
-                   this);
+  g_signal_connect(
+      view_, "load-failed",
+      G_CALLBACK(
+          +[](WebKitWebView*, WebKitLoadEvent, const char* uri, GError* error, gpointer data) -> gboolean {
+            auto* self = static_cast<GtkWebView*>(data);
+            debugLog("GtkWebView", "load-failed", addressForLog(uri) + ": " + forLog(error->message));
+            if (self->navigationDelegate != nullptr) {
+              self->navigationDelegate->didFail(*self, errorFrom(*error));
+            }
+            // The engine goes on to show its own page that says so.
+            return FALSE;
+          }),
+      this);
   g_signal_connect(view_, "web-process-terminated",
                    G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason reason, gpointer self) {
                      static_cast<GtkWebView*>(self)->processTerminated(reason);
@@ -285,9 +287,9 @@ void GtkWebView::processTerminated(WebKitWebProcessTerminationReason reason) {
   }
   awaitedLoad_ = nullptr;
   const bool reloads = crashPolicy_.shouldReload(now());
-  debugLog(
-      "GtkWebView", "processTerminated(reason:)",
-      std::string("The process of a page died; ") + (reloads ? "loading it again" : "it died too often"));
+  debugLog("GtkWebView", "processTerminated(reason:)",
+           "The process of " + addressForLog(url_ ? url_->absoluteString() : "about:blank") + " died; " +
+               (reloads ? "loading it again" : "it died too often"));
   if (configuration_.isIsolated) {
     const auto page = reloads ? ownPage_ : crashPage({});
     webkit_web_view_load_html(view_, page.c_str(), nullptr);

@@ -4,6 +4,7 @@
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
 #include "Platform/Gtk/SessionKind.h"
+#include "Platform/LogText.h"
 #include "platform/BundleInfo.h"
 
 #include <algorithm>
@@ -252,7 +253,7 @@ void PortalHotKeyGrabs::noteBound(GVariant* results) {
   notice_.reset();
   for (const auto& [name, details] : shortcutsIn(results)) {
     const auto trigger = textIn(details.get(), "trigger_description");
-    log("The desktop has bound " + name + (trigger.empty() ? "" : " to " + trigger));
+    log("The desktop has bound " + forLog(name) + (trigger.empty() ? "" : " to " + forLog(trigger)));
   }
 }
 
@@ -262,7 +263,7 @@ void PortalHotKeyGrabs::fail(const std::string& reason) {
       "commands:",
       {command("Open or close the popover", "toggle-popover"),
        command("Open or close the search bar", "toggle-search")}};
-  log("There are no global shortcuts: " + reason +
+  log("There are no global shortcuts: " + forLog(reason) +
       ". In the desktop's keyboard settings, keys can be bound to:");
   for (const auto& each : notice_->commands) log("  " + each.what + ": " + each.commandLine);
 }
@@ -343,7 +344,7 @@ void PortalHotKeyGrabs::request(const char* method,
   call(portalPath, shortcutsInterface, method, parameters(token.c_str()),
        [answer](GVariant* reply, const char* error) {
          if (reply != nullptr || std::exchange(answer->isGiven, true)) return;
-         log(error);
+         log(forLog(error));
          answer->onResponse(nullptr);
        });
 }

@@ -1,5 +1,8 @@
 #include "Platform/Gtk/ProgramFolders.h"
 
+#include "Platform/WholeFile.h"
+
+#include <cerrno>
 #include <system_error>
 
 #include <glib.h>
@@ -32,6 +35,25 @@ std::filesystem::path ProgramFolders::userCache() {
 
 std::filesystem::path ProgramFolders::userState() {
   return std::filesystem::path(g_get_user_state_dir()) / folderName;
+}
+
+std::string ProgramFolders::makeUserFolders() {
+  for (const auto& folder : {userData(), userCache()}) {
+    makePrivateFolder(folder);
+    std::error_code error;
+    const auto status = std::filesystem::status(folder, error);
+    if (std::filesystem::is_directory(status)) {
+      // Logins are in here, and who was visited. Folders of earlier versions were open to others.
+      std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
+      continue;
+    }
+    // A folder that is missing, on a full disk for example, is for the engine to bear. Where a file stands in
+    // its place or above it, or a link that leads to nothing, the engine would end the program.
+    const bool isBelowFile = error.value() == ENOTDIR;
+    if (isBelowFile || std::filesystem::exists(status) || std::filesystem::is_symlink(folder, error))
+      return "The folder " + folder.string() + " can't be used: something else is in its place.";
+  }
+  return {};
 }
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 namespace platform {
 
@@ -14,6 +15,10 @@ struct ProgramFolders {
   static std::filesystem::path userData();
   static std::filesystem::path userCache();
   static std::filesystem::path userState();
+
+  /// Makes the folders of the web engine's data and cache, for their owner only. In words why they can't be
+  /// used, if something else than a folder stands in the place of one; else empty.
+  static std::string makeUserFolders();
 };
 
 }  // namespace platform

@@ -1,11 +1,13 @@
 #include "Platform/Gtk/SoupURLSession.h"
 
+#include "Platform/Gtk/FreeMemory.h"
 #include "Platform/Gtk/GObjectPtr.h"
 
 #include <deque>
 #include <mutex>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include <libsoup/soup.h>
 
@@ -36,6 +38,11 @@ int urlErrorCode(const GError& error) {
   return NSURLErrorNetworkConnectionLost;
 }
 
+/// Requests that hang end by themselves after a minute.
+constexpr int mostConnections = 256;
+constexpr std::size_t chunkSize = std::size_t{64} << 10U;
+constexpr std::size_t largeBody = std::size_t{1} << 20U;
+
 }  // namespace
 
 /// The thread, its main loop and the client that lives there.
@@ -54,7 +61,11 @@ class SoupURLSession::Loop {
   GMainContext* context() const noexcept { return context_; }
   /// On the thread only.
   SoupSession* session() {
-    if (!session_) session_ = GObjectPtr<SoupSession>::adopt(soup_session_new());
+    // A server that lets a request hang holds up none that comes after it.
+    if (!session_) {
+      session_ = GObjectPtr<SoupSession>::adopt(soup_session_new_with_options(
+          "max-conns", mostConnections, "max-conns-per-host", mostConnections, nullptr));
+    }
     return session_.get();
   }
 
@@ -112,14 +123,13 @@ struct SoupURLSession::Exchange {
   Completion completion;
   GObjectPtr<GCancellable> cancellable;
   GObjectPtr<SoupMessage> message = {};
+  GObjectPtr<GInputStream> stream = {};
+  std::vector<char> chunk = {};
+  std::string body = {};
   GSource* timeout = nullptr;
   bool hasTimedOut = false;
 
-  ~Exchange() {
-    if (timeout == nullptr) return;
-    g_source_destroy(timeout);
-    g_source_unref(timeout);
-  }
+  ~Exchange() { release(); }
 
   void start(Loop& loop) {
     message = GObjectPtr<SoupMessage>::adopt(
@@ -138,9 +148,9 @@ struct SoupURLSession::Exchange {
       soup_message_headers_replace(headers, name.c_str(), value.c_str());
     }
     if (!request.httpBody.empty()) {
-      GBytes* body = g_bytes_new(request.httpBody.data(), request.httpBody.size());
-      soup_message_set_request_body_from_bytes(message.get(), nullptr, body);
-      g_bytes_unref(body);
+      GBytes* bytes = g_bytes_new(request.httpBody.data(), request.httpBody.size());
+      soup_message_set_request_body_from_bytes(message.get(), nullptr, bytes);
+      g_bytes_unref(bytes);
     }
     timeout = g_timeout_source_new(static_cast<guint>(request.timeoutInterval * 1000));
     g_source_set_callback(
@@ -153,34 +163,72 @@ struct SoupURLSession::Exchange {
         },
         this, nullptr);
     g_source_attach(timeout, loop.context());
-    soup_session_send_and_read_async(loop.session(), message.get(), G_PRIORITY_DEFAULT, cancellable.get(),
-                                     ended, this);
+    soup_session_send_async(loop.session(), message.get(), G_PRIORITY_DEFAULT, cancellable.get(), answered,
+                            this);
   }
 
-  static void ended(GObject* source, GAsyncResult* result, gpointer self) {
-    const std::unique_ptr<Exchange> exchange(static_cast<Exchange*>(self));
+  static void answered(GObject* source, GAsyncResult* result, gpointer data) {
+    auto* self = static_cast<Exchange*>(data);
     GError* raw = nullptr;
-    GBytes* bytes = soup_session_send_and_read_finish(SOUP_SESSION(source), result, &raw);
+    self->stream =
+        GObjectPtr<GInputStream>::adopt(soup_session_send_finish(SOUP_SESSION(source), result, &raw));
     const GErrorPtr error(raw);
-    if (error) {
-      const int code = exchange->hasTimedOut ? NSURLErrorTimedOut : urlErrorCode(*error);
-      exchange->completion(
-          std::nullopt, std::nullopt,
-          NSError{NSURLErrorDomain, code,
-                  exchange->hasTimedOut ? "The request timed out." : std::string(error->message)});
-      return;
-    }
-    gsize size = 0;
-    const auto* data = static_cast<const char*>(g_bytes_get_data(bytes, &size));
-    std::string body(data != nullptr ? data : "", size);
-    g_bytes_unref(bytes);
-    if (exchange->isCutOff()) {
-      exchange->completion(
-          std::nullopt, std::nullopt,
+    if (error) return self->end(failure(*error, self->hasTimedOut));
+    self->chunk.resize(chunkSize);
+    self->readOn();
+  }
+
+  void readOn() {
+    g_input_stream_read_async(stream.get(), chunk.data(), chunk.size(), G_PRIORITY_DEFAULT, cancellable.get(),
+                              chunkRead, this);
+  }
+
+  static void chunkRead(GObject* source, GAsyncResult* result, gpointer data) {
+    auto* self = static_cast<Exchange*>(data);
+    GError* raw = nullptr;
+    const auto count = g_input_stream_read_finish(G_INPUT_STREAM(source), result, &raw);
+    const GErrorPtr error(raw);
+    if (error) return self->end(failure(*error, self->hasTimedOut));
+    if (count == 0) return self->ended();
+    self->body.append(self->chunk.data(), static_cast<std::size_t>(count));
+    if (self->body.size() <= self->request.longestAnswer) return self->readOn();
+    // Nothing more comes in: the connection goes with the stream.
+    g_cancellable_cancel(self->cancellable.get());
+    self->end(NSError{NSURLErrorDomain, NSURLErrorDataLengthExceedsMaximum, "The answer is too long."});
+  }
+
+  static NSError failure(const GError& error, bool hasTimedOut) {
+    if (hasTimedOut) return {NSURLErrorDomain, NSURLErrorTimedOut, "The request timed out."};
+    return {NSURLErrorDomain, urlErrorCode(error), error.message};
+  }
+
+  /// The end of the exchange.
+  void end(NSError error) {
+    const std::unique_ptr<Exchange> own(this);
+    release();
+    completion(std::nullopt, std::nullopt, std::move(error));
+  }
+
+  void ended() {
+    if (isCutOff()) {
+      return end(
           NSError{NSURLErrorDomain, NSURLErrorNetworkConnectionLost, "The network connection was lost."});
-      return;
     }
-    exchange->completion(std::move(body), exchange->response(), std::nullopt);
+    const std::unique_ptr<Exchange> own(this);
+    auto answer = response();
+    const bool isLarge = body.size() > largeBody;
+    release();
+    completion(std::move(body), std::move(answer), std::nullopt);
+    if (isLarge) giveFreeMemoryBackLater();
+  }
+
+  /// The completion may take its time; the connection is free for others.
+  void release() {
+    stream = {};
+    chunk = {};
+    if (timeout == nullptr) return;
+    g_source_destroy(timeout);
+    g_source_unref(std::exchange(timeout, nullptr));
   }
 
   /// The library takes a connection that closes early for the end of the body.

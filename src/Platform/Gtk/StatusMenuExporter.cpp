@@ -1,6 +1,7 @@
 #include "Platform/Gtk/StatusMenuExporter.h"
 
 #include "Platform/DispatchQueue.h"
+#include "Platform/Gtk/GObjectPtr.h"
 
 #include <array>
 #include <cctype>
@@ -149,69 +150,71 @@ GVariant* StatusMenuExporter::onGetProperty(GDBusConnection*, const char*, const
 
 void StatusMenuExporter::handle(const std::string& method, GVariant* parameters,
                                 GDBusMethodInvocation* invocation) {
-  const auto reply = [&](GVariant* value) { g_dbus_method_invocation_return_value(invocation, value); };
+  std::string error;
+  GVariant* value = respond(method, parameters, error);
+  if (error.empty()) {
+    g_dbus_method_invocation_return_value(invocation, value);
+  } else {
+    g_dbus_method_invocation_return_error_literal(invocation, G_DBUS_ERROR, G_DBUS_ERROR_INVALID_ARGS,
+                                                  error.c_str());
+  }
+}
+
+GVariant* StatusMenuExporter::respond(const std::string& method, GVariant* parameters, std::string& error) {
   const auto noIds = [] { return g_variant_new_array(G_VARIANT_TYPE_INT32, nullptr, 0); };
+  int id = 0;
   if (method == "GetLayout") {
     isRead_ = true;
-    int parent = 0;
     int depth = 0;
-    g_variant_get(parameters, "(ii@as)", &parent, &depth, nullptr);
-    reply(g_variant_new("(u@(ia{sv}av))", revision_, layout(parent, depth)));
-  } else if (method == "GetGroupProperties") {
-    GVariantIter* ids = nullptr;
-    g_variant_get(parameters, "(ai@as)", &ids, nullptr);
-    GVariantBuilder builder;
-    g_variant_builder_init(&builder, G_VARIANT_TYPE("a(ia{sv})"));
-    int id = 0;
-    while (g_variant_iter_next(ids, "i", &id)) {
-      g_variant_builder_add(&builder, "(i@a{sv})", id, properties(id));
-    }
-    g_variant_iter_free(ids);
-    reply(g_variant_new("(a(ia{sv}))", &builder));
-  } else if (method == "GetProperty") {
-    int id = 0;
+    g_variant_get(parameters, "(ii@as)", &id, &depth, nullptr);
+    return g_variant_new("(u@(ia{sv}av))", revision_, layout(id, depth));
+  }
+  if (method == "GetGroupProperties") return groupProperties(parameters);
+  if (method == "GetProperty") {
     const char* name = nullptr;
     g_variant_get(parameters, "(i&s)", &id, &name);
-    GVariant* all = g_variant_ref_sink(properties(id));
-    GVariant* value = g_variant_lookup_value(all, name, nullptr);
-    g_variant_unref(all);
-    if (value == nullptr) {
-      g_dbus_method_invocation_return_error(invocation, G_DBUS_ERROR, G_DBUS_ERROR_INVALID_ARGS,
-                                            "No property %s", name);
-    } else {
-      reply(g_variant_new("(v)", value));
-      g_variant_unref(value);
-    }
-  } else if (method == "Event") {
-    int id = 0;
+    const GVariantPtr all(g_variant_ref_sink(properties(id)));
+    const GVariantPtr value(g_variant_lookup_value(all.get(), name, nullptr));
+    if (value) return g_variant_new("(v)", value.get());
+    error = std::string("No property ") + name;
+    return nullptr;
+  }
+  if (method == "Event") {
     const char* event = nullptr;
     g_variant_get(parameters, "(i&s@vu)", &id, &event, nullptr, nullptr);
-    reply(nullptr);
     itemEvent(id, event);
-  } else if (method == "EventGroup") {
+    return nullptr;
+  }
+  if (method == "EventGroup") {
     GVariantIter* events = nullptr;
     g_variant_get(parameters, "(a(isvu))", &events);
-    std::vector<std::pair<int, std::string>> received;
-    int id = 0;
     const char* event = nullptr;
-    while (g_variant_iter_next(events, "(i&s@vu)", &id, &event, nullptr, nullptr))
-      received.emplace_back(id, event);
+    while (g_variant_iter_next(events, "(i&s@vu)", &id, &event, nullptr, nullptr)) itemEvent(id, event);
     g_variant_iter_free(events);
-    reply(g_variant_new("(@ai)", noIds()));
-    for (const auto& [itemId, name] : received) itemEvent(itemId, name);
-  } else if (method == "AboutToShow") {
-    int id = 0;
+    return g_variant_new("(@ai)", noIds());
+  }
+  if (method == "AboutToShow") {
     g_variant_get(parameters, "(i)", &id);
     aboutToShow(id);
-    reply(g_variant_new("(b)", FALSE));
-  } else if (method == "AboutToShowGroup") {
-    GVariantIter* ids = nullptr;
-    g_variant_get(parameters, "(ai)", &ids);
-    int id = 0;
-    while (g_variant_iter_next(ids, "i", &id)) aboutToShow(id);
-    g_variant_iter_free(ids);
-    reply(g_variant_new("(@ai@ai)", noIds(), noIds()));
+    return g_variant_new("(b)", FALSE);
   }
+  // AboutToShowGroup, the last that there is.
+  GVariantIter* ids = nullptr;
+  g_variant_get(parameters, "(ai)", &ids);
+  while (g_variant_iter_next(ids, "i", &id)) aboutToShow(id);
+  g_variant_iter_free(ids);
+  return g_variant_new("(@ai@ai)", noIds(), noIds());
+}
+
+GVariant* StatusMenuExporter::groupProperties(GVariant* parameters) const {
+  GVariantIter* ids = nullptr;
+  g_variant_get(parameters, "(ai@as)", &ids, nullptr);
+  GVariantBuilder builder;
+  g_variant_builder_init(&builder, G_VARIANT_TYPE("a(ia{sv})"));
+  int id = 0;
+  while (g_variant_iter_next(ids, "i", &id)) g_variant_builder_add(&builder, "(i@a{sv})", id, properties(id));
+  g_variant_iter_free(ids);
+  return g_variant_new("(a(ia{sv}))", &builder);
 }
 
 void StatusMenuExporter::aboutToShow(int id) {

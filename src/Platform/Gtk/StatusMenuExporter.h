@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <gio/gio.h>
@@ -32,6 +33,10 @@ class StatusMenuExporter {
   /// True while `willOpen` runs: the panel puts the menu up itself.
   bool isBeingOpened() const noexcept { return isBeingOpened_; }
 
+  /// What a call of the panel's comes to: the answer (with a floating reference), or none and in `error` why.
+  /// `parameters` are of the method's type; what is in them may be anything.
+  GVariant* respond(const std::string& method, GVariant* parameters, std::string& error);
+
   // The panel's part, for who draws the menu in its place.
   void wasOpened() noexcept { isOpen_ = true; }
   void wasChosen(std::size_t number) { itemEvent(static_cast<int>(number) + 1, "clicked"); }
@@ -46,6 +51,7 @@ class StatusMenuExporter {
                                  const char* interface, const char* property, GError** error, gpointer self);
 
   void handle(const std::string& method, GVariant* parameters, GDBusMethodInvocation* invocation);
+  GVariant* groupProperties(GVariant* parameters) const;
   GVariant* layout(int parent, int depth) const;
   GVariant* properties(int id) const;
   void itemEvent(int id, const std::string& event);

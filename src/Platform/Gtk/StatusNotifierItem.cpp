@@ -4,6 +4,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkAssets.h"
 #include "Platform/Gtk/ProgramFolders.h"
+#include "Platform/LogText.h"
 #include "Platform/NSApplication.h"
 
 #include <array>
@@ -196,7 +197,7 @@ void StatusNotifierItem::registerWithWatcher() {
         if (error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;
         auto* item = static_cast<StatusNotifierItem*>(self);
         if (error) {
-          debugLog("StatusNotifierItem", "registerWithWatcher()", error->message);
+          debugLog("StatusNotifierItem", "registerWithWatcher()", forLog(error->message));
           item->settle();
           return;
         }

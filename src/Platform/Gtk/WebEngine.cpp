@@ -2,6 +2,7 @@
 
 #include "Platform/DebugLog.h"
 #include "Platform/Gtk/ProgramFolders.h"
+#include "Platform/LogText.h"
 #include "Platform/NSWorkspace.h"
 #include "Platform/UnusedFileName.h"
 
@@ -179,7 +180,7 @@ void WebEngine::downloadStarted(WebKitDownload* download) {
         }
         std::error_code ignored;
         if (!self.file.empty()) std::filesystem::remove(self.file, ignored);
-        debugLog("WebEngine", "downloadStarted(_:)", error->message);
+        debugLog("WebEngine", "downloadStarted(_:)", forLog(error->message));
         self.engine->notify("The download failed: " + std::string(error->message));
       }),
       running);

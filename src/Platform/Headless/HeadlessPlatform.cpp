@@ -55,7 +55,10 @@ std::unique_ptr<TISInputSource> HeadlessPlatform::copyCurrentASCIICapableKeyboar
   return std::make_unique<HeadlessInputSource>(*keyboardLayout);
 }
 
-void HeadlessPlatform::noteFatalError(std::string_view message) noexcept { lastFatalError = message; }
+void HeadlessPlatform::noteFatalError(std::string_view message) noexcept {
+  standardUserDefaults().storeWhatIsHeldBack();
+  lastFatalError = message;
+}
 
 std::optional<std::string> HeadlessPlatform::takeLastFatalError() {
   return std::exchange(lastFatalError, std::nullopt);

@@ -41,6 +41,8 @@ class HeadlessPlatform : public Platform {
   /// The first one is the main screen.
   std::vector<NSScreen> attachedScreens = {{{{0, 0}, {1920, 1080}}, {{0, 0}, {1920, 1050}}}};
   HeadlessUserDefaults userDefaults;
+  /// In its place, if there is one.
+  NSUserDefaults* otherUserDefaults = nullptr;
   HeadlessURLSession urlSession;
   HeadlessEventTarget keyboard;
   /// Nothing: no layout writes ASCII.
@@ -73,7 +75,9 @@ class HeadlessPlatform : public Platform {
   std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) override;
   std::unique_ptr<NSHostingView> makeHostingView(View root) override;
   std::unique_ptr<NSTextView> makeTextView() override;
-  NSUserDefaults& standardUserDefaults() override { return userDefaults; }
+  NSUserDefaults& standardUserDefaults() override {
+    return otherUserDefaults != nullptr ? *otherUserDefaults : userDefaults;
+  }
   NSURLSession& sharedURLSession() override { return urlSession; }
   EventTarget& eventDispatcherTarget() override { return keyboard; }
   std::unique_ptr<TISInputSource> copyCurrentASCIICapableKeyboardLayoutInputSource() override;

@@ -16,6 +16,11 @@ void HeadlessUserDefaults::removeObjectForKey(std::string_view key) {
   stored_.erase(std::string(key));
 }
 
+void HeadlessUserDefaults::storeWhatIsHeldBack() {
+  const std::lock_guard lock(mutex_);
+  if (std::exchange(hasHeldBack_, false)) ++timesStored_;
+}
+
 PropertyListValue::Dictionary HeadlessUserDefaults::stored() const {
   const std::lock_guard lock(mutex_);
   return stored_;

@@ -13,6 +13,7 @@ class HeadlessUserDefaults : public NSUserDefaults {
  public:
   void setObject(PropertyListValue value, std::string_view key) override;
   void removeObjectForKey(std::string_view key) override;
+  void storeWhatIsHeldBack() override;
 
   /// What is stored, registered defaults not included.
   PropertyListValue::Dictionary stored() const;

@@ -34,6 +34,8 @@ struct TextFieldContent {
   Action onCommit;
   bool isSecure = false;
   bool isPlain = false;
+  /// See TextFieldOptions.
+  Action onCut = {};
 };
 struct TextEditorContent {
   Binding<std::string> text;

@@ -19,6 +19,8 @@ struct TextFieldOptions {
   bool isSecure = false;
   /// Without a frame and a background of its own.
   bool isPlain = false;
+  /// Something was typed or pasted that the field can't hold as a whole: its text is the part that it can.
+  Action onCut = {};
 };
 
 View EmptyView();

@@ -1,6 +1,7 @@
 #include "WebView/Alternatives/WrappedWebView.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/LogText.h"
 
 #include <utility>
 
@@ -40,7 +41,7 @@ void WrappedWebViewController::didFinish(platform::WKWebView& webView) {
   webView.evaluateJavaScript(
       markSubmitButton, [](const auto&, const std::optional<platform::NSError>& error) {
         if (error) {
-          platform::debugLog("Error evaluating JavaScript: " + error->localizedDescription);
+          platform::debugLog("Error evaluating JavaScript: " + platform::scriptErrorForLog(*error));
         }
       });
 }

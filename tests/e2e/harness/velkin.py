@@ -62,9 +62,10 @@ class Home:
 
 
 class Velkin:
-    """A process of the program. `errors` is the file that takes its standard error."""
+    """A process of the program. `errors` is the path of the file that takes its standard error; `log` is an open file
+    that takes it instead."""
 
-    def __init__(self, session, home, errors, environment=None, without=()):
+    def __init__(self, session, home, errors, environment=None, without=(), log=None):
         if not PROGRAM.exists():
             raise AssertionError(f"{PROGRAM} is not built: ./dev build makes it")
         self.session = session
@@ -77,8 +78,9 @@ class Velkin:
             own.pop(name, None)
         self.errors.parent.mkdir(parents=True, exist_ok=True)
         self._log = open(self.errors, "ab")
+        log = log or self._log
         self.process = subprocess.Popen([PROGRAM], env=own, cwd=home.folder, stdin=subprocess.DEVNULL,
-                                        stdout=self._log, stderr=self._log)
+                                        stdout=log, stderr=log)
 
     def running(self):
         return self.process.poll() is None

@@ -102,7 +102,7 @@ TEST_F(MarkdownWebUIViewTest, aLoadedPageShowsNoScrollBar) {
   EXPECT_TRUE(log.empty());
   page().scriptError = platform::NSError{"WKErrorDomain", 4, "it broke"};
   controller->didFinish(page());
-  EXPECT_EQ(log, std::vector<std::string>{"Error evaluating JavaScript: it broke"});
+  EXPECT_EQ(log, std::vector<std::string>{"Error evaluating JavaScript: WKErrorDomain 4"});
 }
 
 TEST_F(MarkdownWebUIViewTest, linksOpenInTheBrowserAndNothingElseLeavesThePage) {

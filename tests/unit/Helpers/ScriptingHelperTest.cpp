@@ -40,7 +40,7 @@ TEST_F(ScriptingHelperTest, AReloadOrAnotherAddressNeedsTheFullScriptAgain) {
 TEST_F(ScriptingHelperTest, AFailedScriptIsLoggedAndCounts) {
   page->scriptError = platform::NSError{"WKErrorDomain", 4, "no form"};
   helper->submitForm(page);
-  EXPECT_TRUE(hasLogged("Q$: ScriptingHelper::submitForm() JavaScript error: no form"));
+  EXPECT_TRUE(hasLogged("Q$: ScriptingHelper::submitForm() JavaScript error: WKErrorDomain 4"));
   helper->submitForm(page);
   EXPECT_EQ(page->scripts[1], "submitButton.click()");
 }
@@ -176,15 +176,33 @@ TEST_F(ScriptingHelperTest, NoHitIsToldAndLogged) {
   helper->startFinding("x y", page, [&](bool isFound) { found = isFound; });
   EXPECT_EQ(found, false);
   EXPECT_EQ(page->scripts.size(), 1U);
-  EXPECT_TRUE(hasLogged("No results found for 'x y'"));
+  EXPECT_TRUE(hasLogged("No results found for a text of 3 characters"));
 }
 
 TEST_F(ScriptingHelperTest, AFailingSearchTellsNobodyButTheLog) {
-  page->scriptError = platform::NSError{"WKErrorDomain", 4, "syntax"};
+  page->scriptError = platform::NSError{"WKErrorDomain", 4, "SyntaxError: Unexpected identifier 'its'"};
   bool isCalled = false;
-  helper->startFinding("it's", page, [&](bool) { isCalled = true; });
+  helper->startFinding("its", page, [&](bool) { isCalled = true; });
   EXPECT_FALSE(isCalled);
-  EXPECT_TRUE(hasLogged("Error searching for 'it's': syntax"));
+  EXPECT_TRUE(hasLogged("Error searching for a text of 3 characters: WKErrorDomain 4, SyntaxError"));
+  EXPECT_FALSE(hasLogged("its"));
+}
+
+TEST_F(ScriptingHelperTest, ATextThatWouldEndItsLiteralFailsWithoutRunning) {
+  for (const std::string text : {"it's", "');window.x=document.cookie;('", "'"}) {
+    log.clear();
+    bool isCalled = false;
+    page->scriptResult = "true";
+    helper->startFinding(text, page, [&](bool) { isCalled = true; });
+    helper->nextClicked(text, *page);
+    helper->previousClicked(text, *page);
+    EXPECT_FALSE(isCalled);
+    EXPECT_TRUE(page->scripts.empty()) << page->scripts.front();
+    EXPECT_TRUE(hasLogged("Error searching for a text of "));
+    EXPECT_EQ(log.size(), 1U);
+  }
+  helper->stopFinding("it's", *page);
+  EXPECT_EQ(page->scripts, std::vector<std::string>{"window.stop();"});
 }
 
 class FindBarTest : public AppFixture {

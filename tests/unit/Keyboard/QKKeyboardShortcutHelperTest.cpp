@@ -88,7 +88,6 @@ std::uint32_t bitsOf(unsigned modifiers) {
 class RouterTest : public testing::Test {
  protected:
   RouterTest() {
-    platform::setDebugLogSink([this](std::string_view line) { lastLine = line; });
     desktop.app.responder = [this](const std::string& selector) {
       recorder.calls.push_back(selector);
       return takesActions;
@@ -132,7 +131,6 @@ class RouterTest : public testing::Test {
   platform::HeadlessPopover popover;
   platform::HeadlessStatusItem statusItem{28};
   bool takesActions = false;
-  std::string lastLine;
   std::unique_ptr<QKKeyboardShortcutHelper> router;
 };
 
@@ -237,7 +235,6 @@ TEST_F(RouterTest, EscapeIsConsumedWithAnyModifiers) {
     EXPECT_FALSE(router->didPressEsc);
   }
   EXPECT_EQ(recorder.calls.size(), 4U);
-  EXPECT_EQ(lastLine, "Escape key pressed!");
 }
 
 TEST_F(RouterTest, EveryKeyUpIsSwallowed) {
@@ -285,9 +282,7 @@ TEST_F(RouterTest, DeleteGoesToTheFocusAndOnIfNothingTakesIt) {
   EXPECT_EQ(recorder.calls, (Calls{"deleteBackward:", "deleteForward:"}));
   takesActions = true;
   EXPECT_FALSE(press(key::deleteKey, none));
-  EXPECT_EQ(lastLine, "Q$: Delete key pressed");
   EXPECT_FALSE(press(key::forwardDelete, none));
-  EXPECT_EQ(lastLine, "Q$: deleteForward key pressed");
 }
 
 TEST_F(RouterTest, ADigitWhoseReleaseFoundNothingToClearStaysDown) {
@@ -379,76 +374,19 @@ TEST_F(RouterTest, ACommandWhosePressWasMissedCounts) {
   EXPECT_EQ(recorder.calls, Calls{"copy:"});
 }
 
-TEST_F(RouterTest, QuitLogsThatItIsNoEditCommand) {
+TEST_F(RouterTest, NoKeyReachesTheLog) {
   std::vector<std::string> lines;
   platform::setDebugLogSink([&](std::string_view line) { lines.emplace_back(line); });
-  press(key::q, cmd, "Q");
-  EXPECT_EQ(lines,
-            (std::vector<std::string>{"Q$: checking cut, copy, paste, undo, selectAll with q keyCode=12",
-                                      "Q$: ccp oops failed with q", "Q$: Quit combo pressed!"}));
-}
-
-TEST_F(RouterTest, KeysWithoutARowGoOnWithALine) {
-  EXPECT_TRUE(press(0x31, none, " "));
-  EXPECT_EQ(lastLine, "Q$: Other key pressed 49: ");
-  press(0x29, none, "Ö");
-  EXPECT_EQ(lastLine, "Q$: Other key pressed 41:ö");
-}
-
-TEST_F(RouterTest, EachRecordedKeyHasItsLine) {
-  const std::vector<std::pair<int, std::string>> lines = {{key::one, "1 pressed!"},
-                                                          {key::two, "2 pressed!"},
-                                                          {key::three, "3 pressed!"},
-                                                          {key::four, "4 pressed!"},
-                                                          {key::a, "a pressed!"},
-                                                          {key::b, ""},
-                                                          {key::d, ""},
-                                                          {key::f, ""},
-                                                          {key::g, ""},
-                                                          {key::h, ""},
-                                                          {key::j, ""},
-                                                          {key::m, ""},
-                                                          {key::o, ""},
-                                                          {key::q, ""},
-                                                          {key::r, ""},
-                                                          {key::s, ""},
-                                                          {key::t, ""},
-                                                          {key::p, ""},
-                                                          {key::comma, ""},
-                                                          {key::leftBracket, ""},
-                                                          {key::rightBracket, ""},
-                                                          {key::zero, ""},
-                                                          {key::equal, ""},
-                                                          {key::minus, ""},
-                                                          {key::up, "Arrow key pressed 126"},
-                                                          {key::down, "Arrow key pressed 125"},
-                                                          {key::left, "Arrow key pressed 123"},
-                                                          {key::right, "Arrow key pressed 124"},
-                                                          {key::pageUp, "PageUp pressed!"},
-                                                          {key::pageDown, "PageDown pressed!"},
-                                                          {key::command, "Command pressed!"},
-                                                          {key::rightCommand, "Command pressed!"},
-                                                          {key::option, "Command pressed!"},
-                                                          {key::rightOption, "Command pressed!"},
-                                                          {key::control, "Control pressed!"},
-                                                          {key::rightControl, "Control pressed!"},
-                                                          {key::shift, "Shift pressed!"},
-                                                          {key::rightShift, "Shift pressed!"}};
-  for (const auto& [code, line] : lines) {
-    lastLine.clear();
-    press(code, none);
-    EXPECT_EQ(lastLine, line) << code;
+  for (const bool isTaken : {false, true}) {
+    takesActions = isTaken;
+    for (const unsigned modifiers : {0U, 1U, 4U, 5U}) {
+      for (int code = 0; code < 0x80; ++code) press(code, modifiers, "a");
+      press(0x31, modifiers, " ");
+      press(0x29, modifiers, "Ö");
+      press(key::q, modifiers, "q");
+    }
   }
-}
-
-TEST_F(RouterTest, SelectAllIsLoggedBeforeItIsSent) {
-  std::vector<std::string> lines;
-  platform::setDebugLogSink([&](std::string_view line) { lines.emplace_back(line); });
-  takesActions = true;
-  press(key::a, cmd, "a");
-  EXPECT_EQ(lines,
-            (std::vector<std::string>{"Q$: checking cut, copy, paste, undo, selectAll with a keyCode=0",
-                                      "Q$: selectAll!!"}));
+  EXPECT_TRUE(lines.empty()) << lines.front();
 }
 
 TEST_F(RouterTest, AKeyWithoutCharactersIsFatalInBothEditCommands) {
@@ -498,7 +436,6 @@ TEST_F(RouterTest, AfterItsEndEveryEventGoesOn) {
 }
 
 TEST_F(RouterTest, AgreesWithTheLiteralModelOnAMillionEvents) {
-  platform::setDebugLogSink([](std::string_view) {});
   RouterModel model;
   std::mt19937 random(20260301);
   const auto chance = [&](unsigned n) { return random() % n == 0; };

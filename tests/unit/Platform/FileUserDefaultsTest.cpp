@@ -4,8 +4,12 @@
 #include "gtest/gtest.h"
 #include "unit/TemporaryFolder.h"
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cmath>
+#include <mutex>
+#include <optional>
 #include <thread>
 
 #include <fcntl.h>
@@ -354,6 +358,209 @@ TEST_F(FileUserDefaultsTest, aSymbolicLinkStaysOneAndItsTargetIsWritten) {
   FileUserDefaults(path_).setObject(2, "b");
   EXPECT_TRUE(fs::is_symlink(path_));
   EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"a", 1}, {"b", 2}}));
+}
+
+TEST_F(FileUserDefaultsTest, aLinkThatLeadsToNothingIsFollowedWhenTheFileIsWritten) {
+  const auto target = folder_.path() / "not" / "yet" / "there.plist";
+  fs::create_directories(path_.parent_path());
+  fs::create_symlink("../../not/yet/there.plist", path_);
+  FileUserDefaults(path_).setObject(1, "a");
+  EXPECT_TRUE(fs::is_symlink(path_));
+  EXPECT_TRUE(fs::is_regular_file(target));
+  EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"a", 1}}));
+}
+
+TEST_F(FileUserDefaultsTest, aFolderThatIsALinkToNothingIsFollowedToo) {
+  fs::create_directories(path_.parent_path().parent_path());
+  fs::create_directory_symlink(folder_.path() / "other disk", path_.parent_path());
+  FileUserDefaults(path_).setObject(1, "a");
+  EXPECT_TRUE(fs::is_symlink(path_.parent_path()));
+  EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"a", 1}}));
+}
+
+TEST_F(FileUserDefaultsTest, aLinkToItselfKeepsValuesInMemory) {
+  fs::create_directories(path_.parent_path());
+  fs::create_symlink(path_, path_);
+  FileUserDefaults defaults(path_);
+  defaults.setObject(1, "a");
+  EXPECT_EQ(defaults.integerForKey("a"), 1);
+}
+
+TEST_F(FileUserDefaultsTest, foldersAreTheOwnersUnderAnyMask) {
+  const auto mask = umask(0777);
+  FileUserDefaults(path_).setObject(1, "a");
+  umask(mask);
+  EXPECT_EQ(modeOf(path_.parent_path()), 0700U);
+  EXPECT_EQ(modeOf(path_.parent_path().parent_path()), 0700U);
+}
+
+/// Another process that holds the lock: for the kernel, another opening of the file.
+class ForeignLock {
+ public:
+  explicit ForeignLock(const fs::path& settings) {
+    fs::create_directories(settings.parent_path());
+    const auto path = settings.parent_path() / ("." + settings.filename().string() + ".lock");
+    lock_.emplace(FileLock::take(path));
+  }
+  void release() { lock_.reset(); }
+
+ private:
+  std::optional<tl::expected<FileLock, FileError>> lock_;
+};
+
+template <class Condition>
+bool comesTrue(Condition condition) {
+  for (int i = 0; i < 3000 && !condition(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  return condition();
+}
+
+class LockedFileTest : public FileUserDefaultsTest {
+ protected:
+  LockedFileTest() {
+    setDebugLogSink([this](std::string_view line) {
+      const std::lock_guard lock(logMutex_);
+      log_.emplace_back(line);
+    });
+  }
+  ~LockedFileTest() override { setDebugLogSink({}); }
+  bool isOnDisk(const PropertyListValue::Dictionary& wanted) const {
+    const auto list = readPropertyList(contentsOf(path_));
+    return list && *list == PropertyListValue(wanted);
+  }
+
+  std::mutex logMutex_;
+};
+
+TEST_F(LockedFileTest, valuesHoldAndAreWrittenInOneGoWhenTheOtherLetsGo) {
+  ForeignLock foreign(path_);
+  FileUserDefaults defaults(path_);
+  // All of them come back while the other process still holds the lock.
+  for (int i = 1; i <= 50; ++i) defaults.setObject(i, "last");
+  defaults.setObject("kept", "first");
+  defaults.setObject(1, "gone");
+  defaults.removeObjectForKey("gone");
+  EXPECT_EQ(defaults.integerForKey("last"), 50);
+  EXPECT_EQ(defaults.stringForKey("first"), "kept");
+  EXPECT_FALSE(fs::exists(path_));
+  {
+    const std::lock_guard lock(logMutex_);
+    EXPECT_TRUE(logSays("kept in memory only"));
+  }
+  foreign.release();
+  EXPECT_TRUE(comesTrue([&] { return isOnDisk({{"first", "kept"}, {"last", 50}}); })) << contentsOf(path_);
+  defaults.setObject(51, "last");
+  EXPECT_TRUE(isOnDisk({{"first", "kept"}, {"last", 51}}))
+      << "from here on each set is on disk when it returns";
+}
+
+TEST_F(LockedFileTest, theOthersChangesSurvive) {
+  FileUserDefaults(path_).setObject(1, "theirs");
+  ForeignLock foreign(path_);
+  FileUserDefaults defaults(path_);
+  defaults.setObject(2, "ours");
+  ASSERT_TRUE(replaceFile(path_, *writeXMLPropertyList(PropertyListValue::Dictionary{{"theirs", 3}})));
+  foreign.release();
+  EXPECT_TRUE(comesTrue([&] { return isOnDisk({{"ours", 2}, {"theirs", 3}}); })) << contentsOf(path_);
+}
+
+TEST_F(LockedFileTest, aDamagedFileDoesNotHoldUpTheStart) {
+  fs::create_directories(path_.parent_path());
+  writeFile(path_, "no list");
+  ForeignLock foreign(path_);
+  FileUserDefaults defaults(path_);
+  defaults.setObject(1, "a");
+  EXPECT_EQ(defaults.integerForKey("a"), 1);
+  foreign.release();
+  EXPECT_TRUE(comesTrue([&] { return isOnDisk({{"a", 1}}); }));
+}
+
+TEST_F(LockedFileTest, theStoreMayEndWhileTheLockIsWaitedFor) {
+  ForeignLock foreign(path_);
+  {
+    FileUserDefaults defaults(path_);
+    defaults.setObject(1, "a");
+  }
+  foreign.release();
+  FileUserDefaults next(path_);
+  next.setObject(2, "b");
+  EXPECT_TRUE(isOnDisk({{"b", 2}}));
+}
+
+TEST_F(LockedFileTest, aBatchThatIsOpenWhenTheLockComesIsWrittenAtItsEnd) {
+  ForeignLock foreign(path_);
+  FileUserDefaults defaults(path_);
+  defaults.setObject(1, "a");
+  {
+    const NSUserDefaults::Together together(defaults);
+    defaults.setObject(2, "b");
+    foreign.release();
+  }
+  EXPECT_TRUE(comesTrue([&] { return isOnDisk({{"a", 1}, {"b", 2}}); }));
+}
+
+TEST_F(FileUserDefaultsTest, whatIsHeldBackIsStoredAtTheProcessesEnd) {
+  FileUserDefaults defaults(path_);
+  const NSUserDefaults::Together together(defaults);
+  defaults.setObject(1, "a");
+  EXPECT_FALSE(fs::exists(path_));
+  defaults.storeWhatIsHeldBack();
+  EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"a", 1}}));
+}
+
+TEST_F(FileUserDefaultsTest, aSetThatIsTooLargeIsRefusedAndLosesNothing) {
+  FileUserDefaults defaults(path_);
+  defaults.setObject("sk-key", "key");
+  defaults.setObject("small", "history");
+  defaults.setObject(std::string(FileUserDefaults::largestFile, 'x'), "history");
+  EXPECT_TRUE(logSays("bytes for history is not stored"));
+  EXPECT_EQ(defaults.stringForKey("history"), "small");
+  defaults.setObject(1, "more");
+  const FileUserDefaults next(path_);
+  EXPECT_EQ(next.stringForKey("key"), "sk-key");
+  EXPECT_EQ(next.stringForKey("history"), "small");
+  EXPECT_EQ(next.integerForKey("more"), 1);
+}
+
+TEST_F(FileUserDefaultsTest, whatTheTextTakesInTheFileCounts) {
+  // Five bytes for each in the file.
+  const std::string text(FileUserDefaults::largestFile / 4, '&');
+  FileUserDefaults defaults(path_);
+  defaults.setObject(text, "history");
+  EXPECT_FALSE(defaults.valueForKey("history"));
+  {
+    const NSUserDefaults::Together together(defaults);
+    for (int i = 0; i < 5; ++i) defaults.setObject(text.substr(0, text.size() / 4), std::to_string(i));
+  }
+  EXPECT_TRUE(defaults.valueForKey("2"));
+  EXPECT_FALSE(defaults.valueForKey("4")) << "what a batch holds counts as well";
+  const FileUserDefaults next(path_);
+  EXPECT_TRUE(next.valueForKey("2"));
+  EXPECT_LE(fs::file_size(path_), FileUserDefaults::largestFile);
+}
+
+TEST_F(FileUserDefaultsTest, whatIsTooDeepToBeReadIsRefused) {
+  FileUserDefaults defaults(path_);
+  PropertyListValue deep = 1;
+  for (int i = 0; i < deepestPropertyList; ++i) deep = PropertyListValue::Array{deep};
+  defaults.setObject(deep, "deep");
+  defaults.setObject(PropertyListValue::Array(mostPropertyListContainers, PropertyListValue::Array()),
+                     "many");
+  defaults.setObject(1, "k");
+  EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"k", 1}}));
+}
+
+TEST_F(FileUserDefaultsTest, aFileThatAnEarlierVersionLetGrowTakesSmallSets) {
+  fs::create_directories(path_.parent_path());
+  const std::string grown(FileUserDefaults::largestFile + 1000, 'x');
+  writeFile(path_, *writeXMLPropertyList(PropertyListValue::Dictionary{{"history", grown}}));
+  FileUserDefaults defaults(path_);
+  defaults.setObject("sk-key", "key");
+  defaults.setObject(grown.substr(0, 1U << 20U), "too large");
+  defaults.setObject(grown.substr(0, 2U << 20U), "history");
+  const FileUserDefaults next(path_);
+  EXPECT_EQ(next.stringForKey("key"), "sk-key");
+  EXPECT_FALSE(next.valueForKey("too large"));
+  EXPECT_EQ(next.stringForKey("history")->size(), 2U << 20U);
 }
 
 /// The process may write no file beyond `bytes` while this lives: what a full disk looks like to a writer.

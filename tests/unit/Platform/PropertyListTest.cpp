@@ -1,4 +1,5 @@
 #include "Platform/PropertyList.h"
+#include "Platform/UTF8.h"
 #include "gtest/gtest.h"
 #include "plist/plist.h"
 
@@ -6,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <vector>
 
 namespace platform {
 namespace {
@@ -265,6 +267,58 @@ TEST(PropertyListTest, numbersDoNotDependOnTheLocale) {
   std::setlocale(LC_ALL, before.c_str());
   EXPECT_NE(xml->find("<real>1.2</real>"), xml->npos) << *xml;
   EXPECT_EQ(back, Value(1.2));
+}
+
+TEST(PropertyListEntitiesTest, ATextOfNothingButEntitiesIsReadInNoTimeToSpeakOf) {
+  // The library itself takes hours for it.
+  std::string text;
+  for (int i = 0; i < 1'000'000; ++i) text += "<&>\r";
+  EXPECT_EQ(roundTrip(Value::Dictionary{{"a&b", text}}), Value(Value::Dictionary{{"a&b", text}}));
+}
+
+TEST(PropertyListEntitiesTest, CharactersOfPrivateUseAreNotTakenForThem) {
+  std::string all;
+  for (char32_t c = 0xE000; c < 0xF000; ++c) {
+    if (c % 5 != 0) appendUTF8(all, c);
+  }
+  for (const std::string& text : std::vector<std::string>{"\xEE\x80\x80&\xEE\x80\x81<", "&", "<" + all + "&"}) {
+    EXPECT_EQ(roundTrip(Value::Dictionary{{text, text}}), Value(Value::Dictionary{{text, text}}));
+  }
+}
+
+TEST(PropertyListEntitiesTest, InACharacterDataSectionAnEntityIsNone) {
+  const auto read = readPropertyList(
+      "<plist "
+      "version=\"1.0\"><array><string><![CDATA[a&amp;b]]></string><string>&lt;&#65;&quot;</string></array></"
+      "plist>");
+  ASSERT_TRUE(read);
+  EXPECT_EQ(*read, Value(Value::Array{"a&amp;b", "<A\""}));
+}
+
+TEST(PropertyListExtentTest, IsNeverLessThanTheListTakesAndLittleMore) {
+  PropertyListValue::Dictionary everything = {
+      {"flag", true},
+      {"integer", std::numeric_limits<std::int64_t>::min()},
+      {"real", -1.2345678901234567e-300},
+      {"text & <tags>", "a & b < c > d \r\n"},
+      {"amps", std::string(10'000, '&')},
+      {"plain", std::string(10'000, 'x')},
+      {"data", PropertyListValue::Data(10'000, 7)},
+      {"date", PropertyListValue::Date{1}},
+      {"array", PropertyListValue::Array{1, "two", PropertyListValue::Array{}}}};
+  for (const auto& [key, value] : everything) {
+    const PropertyListValue::Dictionary alone = {{key, value}};
+    const auto taken =
+        writeXMLPropertyList(alone)->size() - writeXMLPropertyList(PropertyListValue::Dictionary{})->size();
+    const auto told = extentOf(key, value).bytes;
+    EXPECT_GE(told, taken) << key;
+    EXPECT_LE(told, 2 * taken + 300) << key;
+  }
+  PropertyListValue nested = PropertyListValue::Data(2000, 1);
+  for (int i = 0; i < 300; ++i) nested = PropertyListValue::Array{nested, "text"};
+  EXPECT_GE(extentOf(nested).bytes + 300, writeXMLPropertyList(nested)->size());
+  EXPECT_EQ(extentOf(nested).depth, 300);
+  EXPECT_EQ(extentOf(nested).containers, 300U);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace platform {
 namespace {
@@ -83,6 +84,27 @@ TEST_F(SitePermissionsTest, AnAnswerThatCantBeWrittenHoldsInMemoryAndIsLogged) {
   permissions.remember("https://a.test", "camera", true);
   EXPECT_EQ(permissions.answer("https://a.test", "camera"), true);
   EXPECT_NE(log.find("save()"), std::string::npos);
+}
+
+TEST_F(SitePermissionsTest, APipeIsNeitherReadNorWrittenInto) {
+  std::filesystem::create_directories(file().parent_path());
+  ASSERT_EQ(::mkfifo(file().c_str(), 0600), 0);
+  SitePermissions permissions(file());
+  EXPECT_NE(log.find("asked for again"), std::string::npos);
+  permissions.remember("https://a.test", "camera", true);
+  EXPECT_EQ(SitePermissions(file()).answer("https://a.test", "camera"), true) << "a file stands in its place";
+}
+
+TEST_F(SitePermissionsTest, AFileOfAnySizeIsNoneIfItIsTooLarge) {
+  std::filesystem::create_directories(file().parent_path());
+  std::ofstream(file()) << '{' << std::string(2U << 20U, ' ') << '}';
+  const SitePermissions permissions(file());
+  EXPECT_NE(log.find("asked for again"), std::string::npos);
+}
+
+TEST_F(SitePermissionsTest, TheAnswersAreTheirOwners) {
+  SitePermissions(file()).remember("https://a.test", "camera", true);
+  EXPECT_EQ(std::filesystem::status(file()).permissions(), std::filesystem::perms(0600));
 }
 
 }  // namespace

@@ -48,7 +48,7 @@ TEST_F(ReleaseNotesWebViewTest, ThePageHasTheZoomOfTheSettingsAndAFailingScriptI
   EXPECT_EQ(engine.pageZoom(), 1.2);
   engine.scriptError = platform::NSError{"WKErrorDomain", 4, "gone"};
   engine.navigationDelegate->didFinish(engine);
-  EXPECT_TRUE(hasLogged("Error evaluating JavaScript: gone"));
+  EXPECT_TRUE(hasLogged("Error evaluating JavaScript: WKErrorDomain 4"));
 }
 
 }  // namespace

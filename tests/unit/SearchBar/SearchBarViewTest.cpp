@@ -568,5 +568,39 @@ TEST_F(SearchBarViewTest, typingBelowAnAnswerLoadsNothingAgain) {
   EXPECT_EQ(desktop.webViews.back()->htmlLoads.size(), loads);
 }
 
+TEST_F(SearchBarViewTest, aPromptThatWasCutIsToldUntilItIsShorter) {
+  open();
+  const auto tells = [&] {
+    return tree().showsText("The prompt is too long for the field: its end was cut off.");
+  };
+  type("as much as the field holds");
+  EXPECT_FALSE(tells());
+  std::get<platform::TextFieldContent>(field().element().content).onCut();
+  settle();
+  EXPECT_TRUE(tells());
+  type("as much as the field holdS");
+  EXPECT_TRUE(tells());
+  type("less");
+  EXPECT_FALSE(tells());
+}
+
+TEST_F(SearchBarViewTest, anAnswerOfMoreThanAMegabyteIsShownAndKeptAsItsPromptAlone) {
+  answerWith(std::string(longestStoredResult, 'x'));
+  open();
+  ask("long");
+  EXPECT_GT(view().resultHtml.get().size(), longestStoredResult);
+  const auto kept = UserDefaultsHelper().getSearchBarSearches();
+  ASSERT_EQ(kept.size(), 1U);
+  EXPECT_EQ(kept[0].searchPrompt, "long");
+  EXPECT_FALSE(kept[0].resultMarkdown);
+}
+
+TEST_F(SearchBarViewTest, lineBreaksInAPromptAreSent) {
+  answerWith("fine");
+  open();
+  ask("one\ntwo\r\nthree");
+  EXPECT_EQ(sentPrompt(), "one\ntwo\r\nthree");
+}
+
 }  // namespace
 }  // namespace velkin

@@ -99,5 +99,24 @@ TEST_F(SearchBarSearchesTest, aTextNestedBeyondAllReasonFails) {
                                        std::string(100'000, ']') + "}"));
 }
 
+TEST_F(SearchBarSearchesTest, AResultOfMoreThanAMegabyteIsKeptAsItsPromptAlone) {
+  std::vector<SearchBarSearch> searches;
+  ASSERT_TRUE(addSearch(searches, "longest", std::string(longestStoredResult, 'x')));
+  ASSERT_TRUE(addSearch(searches, "too long", std::string(longestStoredResult + 1, 'x')));
+  ASSERT_EQ(searches.size(), 2U);
+  EXPECT_EQ(searches[0].resultMarkdown->size(), longestStoredResult);
+  EXPECT_EQ(searches[1].searchPrompt, "too long");
+  EXPECT_FALSE(searches[1].resultMarkdown);
+}
+
+TEST_F(SearchBarSearchesTest, ResultsThatAnEarlierVersionKeptGoWithTheNextSearch) {
+  std::vector<SearchBarSearch> searches = {
+      {.searchPrompt = "old", .resultMarkdown = std::string(9U << 20U, 'x')},
+      {.searchPrompt = "small", .resultMarkdown = "y"}};
+  ASSERT_TRUE(addSearch(searches, "new", "z"));
+  EXPECT_FALSE(searches[0].resultMarkdown);
+  EXPECT_EQ(searches[1].resultMarkdown, "y");
+}
+
 }  // namespace
 }  // namespace velkin
