@@ -32,7 +32,6 @@ class TextCompositionTest : public GtkFixture {
         });
   }
   ~TextCompositionTest() override {
-    NSApp().removeMonitor(monitor);
     run("setxkbmap -option '' us");
   }
 
@@ -51,7 +50,7 @@ class TextCompositionTest : public GtkFixture {
   std::unique_ptr<NSPopover> popover;
   GtkWidget* field = nullptr;
   int escapes = 0;
-  int monitor = 0;
+  NSEvent::MonitorToken monitor;
 };
 
 TEST_F(TextCompositionTest, BackspaceTakesBackTheDeadKeyAndNothingElse) {

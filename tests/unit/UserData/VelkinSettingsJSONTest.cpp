@@ -1,6 +1,6 @@
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "UserData/SettingsManager.h"
-#include "UserData/VelkinSettings.h"
+#include "UserData/VelkinSettingsJSON.h"
 #include "UserData/VelkinSettingsFields.h"
 
 #include <random>
