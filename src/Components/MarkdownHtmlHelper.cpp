@@ -174,8 +174,7 @@ constexpr StylePiece styleSheet[] = {
 )"},
 };
 
-constexpr std::string_view pageEnd = R"(
-<script>
+constexpr std::string_view copyScript = R"(
 function copyCode(button) {
     const pre = button.parentNode;
     const range = document.createRange();
@@ -190,10 +189,10 @@ function copyCode(button) {
     }
     window.getSelection().removeAllRanges();
 }
-</script>
-</body>
-</html>
 )";
+
+/// Of the button in each code block.
+constexpr std::string_view copyHandler = "copyCode(this)";
 
 bool isDesktopDark() {
   const auto appearance = platform::NSAppearance::currentAppearance();
@@ -218,8 +217,12 @@ std::string MarkdownHtmlHelper::makeHTMLString(std::string_view markdown) const 
     if (piece.colour != nullptr) page.append(colours.*piece.colour);
   }
   page.append(markdown);
-  page.append(pageEnd);
+  page.append("\n<script>").append(copyScript).append("</script>\n</body>\n</html>\n");
   return page;
+}
+
+std::vector<std::string> MarkdownHtmlHelper::pageScripts() {
+  return {std::string(copyScript), std::string(copyHandler)};
 }
 
 std::string MarkdownHtmlHelper::makeQuoteHTMLString(std::string_view body) const {

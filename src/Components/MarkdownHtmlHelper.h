@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velkin {
 
@@ -19,6 +20,9 @@ class MarkdownHtmlHelper {
 
   /// The complete page. `markdown` is the fragment, which is HTML already.
   [[nodiscard]] std::string makeHTMLString(std::string_view markdown) const;
+  /// The scripts of the page, to the letter: that of its script element and that of its event handlers. What
+  /// else is one in a page came with the text.
+  [[nodiscard]] static std::vector<std::string> pageScripts();
   /// The styled blockquote around its inner HTML.
   [[nodiscard]] std::string makeQuoteHTMLString(std::string_view body) const;
   /// What `makeQuoteHTMLString` puts around a body.

@@ -2,6 +2,10 @@
 
 namespace velkin {
 
+bool Finding::hasFindBar() const {
+  return content_.isFindableView() && content_.view != WebViewSwitchType::markdown;
+}
+
 void Finding::toggle() {
   if (!hasFindBar()) return;
   auto& isSearching = content_.sharedState->isSearching;
@@ -11,7 +15,7 @@ void Finding::toggle() {
 bool Finding::end() {
   auto& isSearching = content_.sharedState->isSearching;
   if (!isSearching.get()) return false;
-  if (!hasFindBar()) {
+  if (!hasFindBar() || !content_.popover->isShown()) {
     // A find bar that isn't on show holds nothing back.
     isSearching.set(false);
     return false;

@@ -14,7 +14,8 @@ class Finding {
   bool end();
 
  private:
-  bool hasFindBar() const { return content_.isFindableView() || content_.hostedNotesView; }
+  /// The scratchpad and the pages of the program have none.
+  bool hasFindBar() const;
 
   PopoverContent& content_;
 };

@@ -22,7 +22,11 @@ void PageCommands::scrollPageDown() {
 void PageCommands::reload() {
   debugLog("Reload click!");
   // In a later turn, so that the menu can finish closing.
-  platform::DispatchQueue::main().async([webView = content_.currentWebView.webView] { webView->reload(); });
+  platform::DispatchQueue::main().async(
+      [webView = content_.currentWebView.webView, scripting = content_.scripting] {
+        webView->reload();
+        scripting->pageReloaded();
+      });
 }
 
 void PageCommands::reloadFromOrigin() {

@@ -18,6 +18,11 @@ void PopoverContent::forgetHosts() {
   hostedWebView.reset();
 }
 
+void PopoverContent::forgetSearch() const {
+  if (defaults_.lastVisibleWebView() != WebViewSwitchType::search) return;
+  defaults_.set(rawValue(view), UserDefault::lastVisibleWebView);
+}
+
 void PopoverContent::show(std::shared_ptr<platform::NSHostingController<FindableWebView>> container) {
   hostedWebView = std::move(container);
   popover->setContentViewController(hostedWebView);

@@ -35,6 +35,10 @@ class PopoverContent {
   bool isFindableOrMarkdownView() const;
   /// What stays on show until the next content is no longer known as a page.
   void forgetHosts();
+  /// The view that the content is of. The search bar is none: it leaves the content as it is.
+  WebViewSwitchType view = WebViewSwitchType::chatgpt;
+  /// Makes the content's view the last visible one again, behind a search.
+  void forgetSearch() const;
   void show(std::shared_ptr<platform::NSHostingController<FindableWebView>> container);
   void show(std::shared_ptr<platform::NSHostingController<ReleaseNotesUIView>> notes);
   /// Not to a page that isn't on show: it would take the keyboard when it comes to a sidebar.

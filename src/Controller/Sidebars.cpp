@@ -43,6 +43,8 @@ void Sidebars::reset() {
     toggle(resetOrder[i]);
     toggle(resetOrder[i]);
   }
+  // The scratchpad keeps its flag, and with it what is written in it; it too is drawn at the new size.
+  if (content_.sharedState->isMarking.get()) content_.sharedState->notifyObservers();
 }
 
 void Sidebars::open(std::optional<WebViewSwitchType> view) {

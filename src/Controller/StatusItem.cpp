@@ -96,9 +96,11 @@ void StatusItem::clearMenu() {
 void StatusItem::menuDidClose() {
   isShowingPopUpMenu = false;
   isDismissingPopUpMenu = false;
+  updatePopoverBehavior(false);
 }
 
 void StatusItem::togglePopover() {
+  if (!content_.popover->isShown()) content_.forgetSearch();
   const auto last = defaults_.lastVisibleWebView();
   const bool useLargeSize = last == WebViewSwitchType::onboarding ||
                             last == WebViewSwitchType::releaseNotes || !defaults_.onboardingCompleted();

@@ -35,7 +35,9 @@ std::shared_ptr<NSHostingController<ReleaseNotesUIView>> ViewFactory::releaseNot
 
 ViewFactory::Controller ViewFactory::onboarding() const { return host(PagePlace{"Onboarding"}); }
 ViewFactory::Controller ViewFactory::editUrls() const { return host(PagePlace{"Edit URLs"}); }
-ViewFactory::Controller ViewFactory::searchBar() const { return host(SearchBarView{}); }
+ViewFactory::Controller ViewFactory::searchBar() const {
+  return host(SearchBarView{.page = std::make_shared<AnswerPage>(answerView_)});
+}
 
 ViewFactory::Controller ViewFactory::about() const {
   auto controller = host(PagePlace{"About Velkin"});

@@ -2,6 +2,7 @@
 
 #include "Controller/PopoverContent.h"
 #include "Platform/NSViewController.h"
+#include "SearchBar/AnswerPage.h"
 #include "Values/MenuHelperDelegate.h"
 #include "Values/PageDelegates.h"
 
@@ -35,6 +36,7 @@ class ViewFactory {
  private:
   Delegates delegates_;
   PopoverContent& content_;
+  std::shared_ptr<KeptAnswerView> answerView_ = std::make_shared<KeptAnswerView>();
 };
 
 }  // namespace velkin

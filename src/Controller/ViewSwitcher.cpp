@@ -60,6 +60,11 @@ void ViewSwitcher::switchTo(WebViewSwitchType view) {
   // Each write waits for the disk, and the page for the write.
   const auto together = defaults_.together();
   const bool wasShown = rooms_.statusItem.closePopover();
+  if (view == search) {
+    // The popover keeps its content behind the panel.
+    if (rooms_.searchPanel.open()) defaults_.set(rawValue(search), UserDefault::lastVisibleWebView);
+    return;
+  }
   rooms_.content.forgetHosts();
   switch (view) {
     case onboarding:
@@ -68,13 +73,10 @@ void ViewSwitcher::switchTo(WebViewSwitchType view) {
       return;
     case releaseNotes:
       rooms_.content.show(rooms_.views.releaseNotes());
-      defaults_.set(rawValue(releaseNotes), UserDefault::lastVisibleWebView);
+      note(releaseNotes);
       return;
     case editUrls:
       showPlace(editUrls, rooms_.views.editUrls());
-      return;
-    case search:
-      if (rooms_.searchPanel.open()) defaults_.set(rawValue(search), UserDefault::lastVisibleWebView);
       return;
     default:
       showPage(view, isToggle);
@@ -111,13 +113,18 @@ void ViewSwitcher::showPage(WebViewSwitchType view, bool isToggle) {
 
 void ViewSwitcher::showContainer(WebViewSwitchType shown, bool isToggle) {
   // Stored first: the container reads what is on show while it is built.
-  defaults_.set(rawValue(shown), UserDefault::lastVisibleWebView);
+  note(shown);
   defaults_.set(isToggle, UserDefault::isAlternateViewVisible);
   rooms_.content.show(rooms_.views.container());
 }
 
-void ViewSwitcher::showPlace(WebViewSwitchType view, std::shared_ptr<platform::NSViewController> place) {
+void ViewSwitcher::note(WebViewSwitchType view) {
+  rooms_.content.view = view;
   defaults_.set(rawValue(view), UserDefault::lastVisibleWebView);
+}
+
+void ViewSwitcher::showPlace(WebViewSwitchType view, std::shared_ptr<platform::NSViewController> place) {
+  note(view);
   rooms_.content.popover->setContentViewController(std::move(place));
 }
 

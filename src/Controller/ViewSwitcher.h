@@ -44,6 +44,8 @@ class ViewSwitcher {
  private:
   void showPage(WebViewSwitchType view, bool isToggle);
   void showContainer(WebViewSwitchType shown, bool isToggle);
+  /// As the view on show.
+  void note(WebViewSwitchType view);
   void showPlace(WebViewSwitchType view, std::shared_ptr<platform::NSViewController> place);
 
   Rooms rooms_;

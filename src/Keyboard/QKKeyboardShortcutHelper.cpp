@@ -10,6 +10,7 @@
 #include <array>
 #include <initializer_list>
 #include <string_view>
+#include <utility>
 
 namespace velkin {
 
@@ -212,12 +213,8 @@ QKKeyboardShortcutHelper::QKKeyboardShortcutHelper(Delegate& keyDelegate, platfo
                                                    platform::NSStatusItem& statusItem,
                                                    MenuHelperDelegate& menuTarget)
     : delegate(&keyDelegate), menuBarItem(&statusItem), menuDelegate(&menuTarget), popover(&mainPopover) {
-  // The monitors stay when the router has gone.
-  const auto watch = [this](NSEvent::EventType type, auto handle) {
-    NSEvent::addLocalMonitorForEvents(NSEvent::mask(type),
-                                      [weak = std::weak_ptr(life_), handle](const NSEvent& event) {
-                                        return weak.expired() ? std::optional(event) : handle(event);
-                                      });
+  const auto watch = [this](NSEvent::EventType type, NSEvent::Monitor handle) {
+    monitors_.push_back(NSEvent::addLocalMonitorForEvents(NSEvent::mask(type), std::move(handle)));
   };
   using Passed = std::optional<NSEvent>;
   watch(NSEvent::EventType::flagsChanged,

@@ -7,8 +7,8 @@
 #include "Platform/NSStatusItem.h"
 #include "Values/MenuHelperDelegate.h"
 
-#include <memory>
 #include <string>
+#include <vector>
 
 namespace velkin {
 
@@ -93,8 +93,7 @@ class QKKeyboardShortcutHelper {
   Recorded record(const platform::NSEvent& event);
   bool runCombination();
 
-  /// Held by nobody else: its end tells the monitors of the router's.
-  const std::shared_ptr<const char> life_ = std::make_shared<const char>();
+  std::vector<platform::NSEvent::MonitorToken> monitors_;
 };
 
 }  // namespace velkin

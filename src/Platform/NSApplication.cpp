@@ -4,31 +4,26 @@
 
 namespace platform {
 
-int NSApplication::addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler) {
-  monitors_.push_back({nextMonitor_, mask, std::move(handler)});
-  return nextMonitor_++;
-}
-
-void NSApplication::removeMonitor(int monitor) {
-  std::erase_if(monitors_, [&](const Entry& entry) { return entry.id == monitor; });
+NSEvent::MonitorToken NSApplication::addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler) {
+  std::erase_if(monitors_, [](const auto& monitor) { return monitor.expired(); });
+  auto entry = std::make_shared<const Entry>(Entry{mask, std::move(handler)});
+  monitors_.push_back(entry);
+  return NSEvent::MonitorToken(std::move(entry));
 }
 
 std::optional<NSEvent> NSApplication::filterByMonitors(NSEvent event) {
-  // A copy: a monitor may add or remove others.
+  // A copy: a monitor may add others and end any, itself included.
   const auto present = monitors_;
   std::optional<NSEvent> passed = std::move(event);
-  for (const auto& entry : present) {
-    if ((entry.mask & NSEvent::mask(passed->type)) == 0) continue;
-    passed = entry.handler(*passed);
-    if (!passed) break;
+  for (auto monitor = present.rbegin(); monitor != present.rend() && passed; ++monitor) {
+    const auto entry = monitor->lock();
+    if (entry && (entry->mask & NSEvent::mask(passed->type)) != 0) passed = entry->handler(*passed);
   }
   return passed;
 }
 
-int NSEvent::addLocalMonitorForEvents(std::uint64_t mask, Monitor handler) {
+NSEvent::MonitorToken NSEvent::addLocalMonitorForEvents(std::uint64_t mask, Monitor handler) {
   return NSApp().addLocalMonitor(mask, std::move(handler));
 }
-
-void NSEvent::removeMonitor(int monitor) { NSApp().removeMonitor(monitor); }
 
 }  // namespace platform

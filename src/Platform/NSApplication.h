@@ -42,19 +42,17 @@ class NSApplication {
   /// was taken.
   virtual bool sendAction(std::string_view selector) = 0;
 
-  int addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler);
-  void removeMonitor(int monitor);
-  /// Shows a key event to the monitors. Nothing if one of them kept it.
+  [[nodiscard]] NSEvent::MonitorToken addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler);
+  /// Shows an event to the monitors, to the newest first. Nothing if one of them kept it.
   std::optional<NSEvent> filterByMonitors(NSEvent event);
 
  private:
   struct Entry {
-    int id;
     std::uint64_t mask;
     NSEvent::Monitor handler;
   };
-  std::vector<Entry> monitors_;
-  int nextMonitor_ = 1;
+  /// In the order in which they were added. Their tokens own them.
+  std::vector<std::weak_ptr<const Entry>> monitors_;
 };
 
 /// The application of the installed platform.

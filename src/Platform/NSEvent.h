@@ -6,8 +6,10 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace platform {
 
@@ -49,8 +51,12 @@ struct NSEvent {
   static constexpr std::uint64_t mask(EventType type) { return std::uint64_t{1} << static_cast<int>(type); }
 
   EventType type = EventType::leftMouseUp;
-  /// Where the pointer was, in screen coordinates.
+  /// Of a click on the tray's icon: where the pointer was, in screen coordinates.
   NSPoint locationOnScreen = {};
+  /// Of a mouse button in a window of the program: where the pointer was, from the window's bottom left, and which
+  /// window it was (see `ViewPlace`). 0 is no window.
+  NSPoint locationInWindow = {};
+  int windowNumber = 0;
   /// Of a key event: the key's position, as a virtual key code.
   std::uint16_t keyCode = 0;
   std::uint32_t modifierFlags = 0;
@@ -58,11 +64,27 @@ struct NSEvent {
   std::optional<std::string> charactersIgnoringModifiers = std::nullopt;
 
   /// Gets each event of its kinds before the windows do, and hands on what it returns: the event, or nothing
-  /// if it is to go no further.
+  /// if it is to go no further. Mouse buttons are only told of: their windows get them in any case, since a
+  /// control that saw a press and no release would stay pressed.
   using Monitor = std::function<std::optional<NSEvent>(const NSEvent&)>;
-  /// Adds a monitor behind those that are there; it lives as long as the process, or until it is removed.
-  static int addLocalMonitorForEvents(std::uint64_t mask, Monitor handler);
-  static void removeMonitor(int monitor);
+
+  /// Keeps a monitor at its work. The monitor ends with it, also in the middle of an event, and also in the
+  /// monitor's own call.
+  class MonitorToken {
+   public:
+    MonitorToken() = default;
+    MonitorToken(MonitorToken&&) noexcept = default;
+    MonitorToken& operator=(MonitorToken&&) noexcept = default;
+    explicit operator bool() const noexcept { return monitor_ != nullptr; }
+
+   private:
+    friend class NSApplication;
+    explicit MonitorToken(std::shared_ptr<const void> monitor) : monitor_(std::move(monitor)) {}
+    std::shared_ptr<const void> monitor_;
+  };
+
+  /// Adds a monitor before those that are there: the newest sees an event first. Main thread.
+  [[nodiscard]] static MonitorToken addLocalMonitorForEvents(std::uint64_t mask, Monitor handler);
 };
 
 inline constexpr std::array<NSEvent::SpecialKey, NSEvent::SpecialKey::functionKeyCount>

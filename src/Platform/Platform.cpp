@@ -13,6 +13,7 @@
 #include "Platform/NSPopover.h"
 #include "Platform/NSScreen.h"
 #include "Platform/NSStatusItem.h"
+#include "Platform/NSTextView.h"
 #include "Platform/NSWorkspace.h"
 #include "Platform/TextInputSources.h"
 #include "Platform/WKWebView.h"
@@ -78,6 +79,8 @@ std::unique_ptr<WKWebView> WKWebView::make(NSRect frame, WKWebViewConfiguration 
 std::unique_ptr<NSHostingView> NSHostingView::make(View root) {
   return Platform::current().makeHostingView(std::move(root));
 }
+
+std::unique_ptr<NSTextView> NSTextView::make() { return Platform::current().makeTextView(); }
 
 EventTarget& GetEventDispatcherTarget() { return Platform::current().eventDispatcherTarget(); }
 

@@ -11,6 +11,7 @@
 
 namespace platform {
 
+class Dialogs;
 class DispatchQueue;
 class EventTarget;
 class NSApplication;
@@ -21,6 +22,7 @@ class NSPanel;
 class NSPasteboard;
 class NSPopover;
 class NSStatusItem;
+class NSTextView;
 class NSURLSession;
 class NSUserDefaults;
 class NSWorkspace;
@@ -51,6 +53,7 @@ class Platform {
   virtual NSUserDefaults& standardUserDefaults() = 0;
   virtual NSWorkspace& sharedWorkspace() = 0;
   virtual NSPasteboard& generalPasteboard() = 0;
+  virtual Dialogs& dialogs() = 0;
   virtual NSDistributedNotificationCenter& distributedNotificationCenter() = 0;
 
   /// Any thread.
@@ -63,6 +66,7 @@ class Platform {
   virtual std::unique_ptr<NSPanel> makePanel(NSRect contentRect, std::uint32_t styleMask) = 0;
   virtual std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) = 0;
   virtual std::unique_ptr<NSHostingView> makeHostingView(View root) = 0;
+  virtual std::unique_ptr<NSTextView> makeTextView() = 0;
   virtual NSURLSession& sharedURLSession() = 0;
 
   virtual EventTarget& eventDispatcherTarget() = 0;

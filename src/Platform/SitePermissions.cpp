@@ -44,6 +44,10 @@ void SitePermissions::remember(const std::string& site, const std::string& kind,
   save();
 }
 
+void SitePermissions::forget(const std::string& site, const std::string& kind) {
+  if (answers_.erase({site, kind}) != 0) save();
+}
+
 void SitePermissions::save() const {
   nlohmann::json document = nlohmann::json::object();
   for (const auto& [key, isAllowed] : answers_) document[key.first][key.second] = isAllowed;

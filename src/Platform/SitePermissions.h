@@ -19,6 +19,9 @@ class SitePermissions {
   /// Keeps the answer; one that can't be written holds until the program ends.
   void remember(const std::string& site, const std::string& kind, bool isAllowed);
 
+  /// Has the site ask again.
+  void forget(const std::string& site, const std::string& kind);
+
   using Answers = std::map<std::pair<std::string, std::string>, bool>;
   const Answers& all() const noexcept { return answers_; }
 

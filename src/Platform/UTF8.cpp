@@ -71,4 +71,19 @@ std::string withoutNulCharacters(std::string text) {
   return text;
 }
 
+std::string wellFormed(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  while (!text.empty()) {
+    const auto before = text;
+    const auto character = takeCharacter(text);
+    if (character && *character != 0) {
+      result.append(before.substr(0, before.size() - text.size()));
+    } else {
+      appendUTF8(result, replacementCharacter);
+    }
+  }
+  return result;
+}
+
 }  // namespace platform

@@ -19,4 +19,8 @@ inline constexpr char32_t replacementCharacter = 0xFFFD;
 /// The text for a reader that takes a NUL character for the end: U+FFFD stands in the place of each.
 std::string withoutNulCharacters(std::string text);
 
+/// The text without what a reader of UTF-8 would stumble over: U+FFFD stands in the place of each malformed
+/// part and of each NUL character.
+std::string wellFormed(std::string_view text);
+
 }  // namespace platform

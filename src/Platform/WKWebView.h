@@ -62,9 +62,12 @@ struct WKWebViewConfiguration {
   WKUserContentController userContentController;
   /// False keeps the page's cookies and storage out of the program's persistent store.
   bool usesPersistentDataStore = true;
-  /// For text that nobody vouches for: its page runs its own scripts and reaches nothing else. It loads
-  /// nothing, opens no window, downloads nothing, and gets no permission.
+  /// For text that nobody vouches for: its page reaches nothing. It loads nothing, opens no window, downloads
+  /// nothing, gets no permission, and runs no script but those below.
   bool isIsolated = false;
+  /// What may run in an isolated page beside user scripts: texts of script elements and of event handlers, to
+  /// the letter.
+  std::vector<std::string> isolatedScripts;
 };
 
 enum class WKNavigationType { linkActivated, formSubmitted, backForward, reload, formResubmitted, other };

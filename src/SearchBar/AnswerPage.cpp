@@ -1,5 +1,9 @@
 #include "SearchBar/AnswerPage.h"
 
+#include "Components/MarkdownHtmlHelper.h"
+
+#include <utility>
+
 namespace velkin {
 
 namespace {
@@ -24,17 +28,59 @@ constexpr const char* scrollScript = R"(
   });
 })();)";
 
+/// An answer may hold the copy button's own handler, on an element that lies unseen over the text or reacts
+/// to any key. So handlers stay on buttons only that are where and what the page's own are.
+constexpr const char* buttonScript = R"(
+(() => {
+  const isButton = element => element.matches('pre > button.copy-button') && element.textContent === 'Copy';
+  for (const element of document.querySelectorAll('*')) {
+    for (const name of element.getAttributeNames()) {
+      if (!/^on/i.test(name)) continue;
+      if (name !== 'onclick' || !isButton(element)) element.removeAttribute(name);
+    }
+  }
+  addEventListener('click', event => {
+    const button = event.target.closest ? event.target.closest('[onclick]') : null;
+    if (!button) return;
+    const box = button.getBoundingClientRect();
+    const block = button.parentNode.getBoundingClientRect();
+    let isSeen = event.isTrusted && box.width <= 120 && box.height <= 60 && box.left >= block.left &&
+        box.right <= block.right && box.top >= block.top && box.bottom <= block.bottom + 60;
+    for (let e = button; e; e = e.parentElement) {
+      const style = getComputedStyle(e);
+      isSeen = isSeen && style.opacity > 0.8 && style.visibility === 'visible';
+    }
+    if (isSeen) return;
+    event.preventDefault();
+    event.stopImmediatePropagation();
+  }, true);
+})();)";
+
 }  // namespace
 
+AnswerPage::AnswerPage(std::shared_ptr<KeptAnswerView> kept) : kept_(std::move(kept)) {}
+
+AnswerPage::~AnswerPage() {
+  if (!controller_) return;
+  auto& view = *controller_->webView;
+  // Another panel may have taken the view over.
+  if (view.navigationDelegate != controller_.get()) return;
+  view.setPageZoom(1);
+  view.loadHTMLString({}, std::nullopt);
+}
+
 const std::shared_ptr<MarkdownWebViewController>& AnswerPage::controller() {
-  if (!controller_) {
+  if (controller_) return controller_;
+  if (!kept_->webView) {
     platform::WKWebViewConfiguration configuration;
     configuration.usesPersistentDataStore = false;
     configuration.isIsolated = true;
+    configuration.isolatedScripts = MarkdownHtmlHelper::pageScripts();
     configuration.userContentController.addUserScript({.source = scrollScript});
-    controller_ =
-        std::make_shared<MarkdownWebViewController>(platform::WKWebView::make({}, std::move(configuration)));
+    configuration.userContentController.addUserScript({.source = buttonScript});
+    kept_->webView = platform::WKWebView::make({}, std::move(configuration));
   }
+  controller_ = std::make_shared<MarkdownWebViewController>(kept_->webView);
   return controller_;
 }
 

@@ -1,10 +1,12 @@
 #include "WebView/FindableWebView.h"
 
 #include "Helpers/UserDefaultsHelper.h"
+#include "Platform/NSScreen.h"
 #include "Values/AppearanceHeight.h"
 #include "Values/AppearanceWidth.h"
 #include "WebView/FindTextBarUIView.h"
 
+#include <algorithm>
 #include <array>
 
 namespace velkin {
@@ -41,6 +43,19 @@ constexpr std::array<SidebarPlace, webViewCount + 1> rows = {{{chatgpt, false},
                                                               {markdown, false}}};
 
 constexpr platform::StackOptions tight = {.spacing = 0, .alignment = platform::Alignment::fill};
+
+/// Of the window: what is stored, but never more than there is on the screen.
+double windowWidth() {
+  const auto stored = UserDefaultsHelper().webViewWidth();
+  const auto screen = platform::NSScreen::main();
+  return screen ? std::min(stored, screen->visibleFrame.size.width) : stored;
+}
+
+double windowHeight() {
+  const auto stored = UserDefaultsHelper().webViewHeight();
+  const auto screen = platform::NSScreen::main();
+  return screen ? std::min(stored, screen->visibleFrame.size.height) : stored;
+}
 
 double sideBarSize(double length, double share) {
   return length <= 2 * FindableWebView::minChatSize ? FindableWebView::minChatSize : length * share;
@@ -132,8 +147,7 @@ View FindableWebView::sidebar(WebViewSwitchType view, const Frame& frame, bool i
 }
 
 View FindableWebView::sideBySide() const {
-  const Frame frame{.width = sideBarSize(UserDefaultsHelper().webViewWidth(), maxSideBarWidth),
-                    .maxHeight = infinity};
+  const Frame frame{.width = sideBarSize(windowWidth(), maxSideBarWidth), .maxHeight = infinity};
   Views all;
   for (const auto& [view, isDividerFirst] : columns) all.push_back(sidebar(view, frame, isDividerFirst));
   all.push_back(filling(VStack(tight, mainPlace())));
@@ -141,8 +155,7 @@ View FindableWebView::sideBySide() const {
 }
 
 View FindableWebView::oneAboveTheOther() const {
-  const Frame frame{.height = sideBarSize(UserDefaultsHelper().webViewHeight(), maxSideBarHeight),
-                    .maxWidth = infinity};
+  const Frame frame{.height = sideBarSize(windowHeight(), maxSideBarHeight), .maxWidth = infinity};
   auto all = mainPlace();
   for (const auto& [view, isDividerFirst] : rows) all.push_back(sidebar(view, frame, isDividerFirst));
   return VStack(tight, std::move(all));

@@ -156,6 +156,8 @@ class Search(VelkinTestCase):
                        lambda: next((w for w in self.desktop.windows() if w.overrideRedirect), None), 10)
         self.desktop.picture(self.artefact("menu.png"))
         self.desktop.click(menu.centre[0], menu.y + 55)
+        # While it is on the screen, a click elsewhere only closes it.
+        waitFor("the menu to go", lambda: not [w for w in self.desktop.windows() if w.overrideRedirect], 10)
         panel = self.waitForAnswer()
         self.assertEqual(self.copied(panel), "## one\n\n<p>the <strong>one</strong> answer</p>")
         self.desktop.key("Return")

@@ -365,5 +365,89 @@ TEST_F(GtkViewRendererTest, AFieldThatOutlivesItsViewCallsNobody) {
   g_object_unref(plain);
 }
 
+struct FieldsInAGrid {
+  State<std::vector<std::string>> names{std::vector<std::string>{"a", "b"}};
+  State<std::string> text{std::string("typed")};
+  View body() const {
+    return Grid({Group({Text("Name"), Text("Value")}),
+                 ForEach(
+                     names.get(), [](const auto& name) { return name; },
+                     [this](const auto& name) {
+                       return Group({Text(name), TextField(name, text.binding())});
+                     })});
+  }
+};
+
+TEST_F(GtkViewRendererTest, AFocusedFieldInAGridKeepsTheKeyboardAndItsCursorWhereverItsRowGoes) {
+  const FieldsInAGrid fields;
+  host(fields);
+  const auto entries = all(root(), GTK_TYPE_ENTRY);
+  ASSERT_EQ(entries.size(), 2U);
+  GtkWidget* second = entries[1];
+  gtk_widget_grab_focus(second);
+  gtk_editable_set_position(GTK_EDITABLE(second), 2);
+  GtkWidget* focus = gtk_root_get_focus(GTK_ROOT(window));
+  ASSERT_TRUE(gtk_widget_is_ancestor(focus, second));
+  fields.names.set({"b", "new", "a"});
+  turn();
+  // Each row's text, and what its field proposes.
+  EXPECT_EQ(labels(only(GTK_TYPE_GRID)), (Texts{"Name", "Value", "b", "b", "new", "new", "a", "a"}));
+  EXPECT_EQ(gtk_root_get_focus(GTK_ROOT(window)), focus);
+  EXPECT_EQ(gtk_editable_get_position(GTK_EDITABLE(second)), 2);
+  int column = 0;
+  int row = 0;
+  gtk_grid_query_child(GTK_GRID(only(GTK_TYPE_GRID)), second, &column, &row, nullptr, nullptr);
+  EXPECT_EQ(column, 1);
+  EXPECT_EQ(row, 1);
+}
+
+TEST_F(GtkViewRendererTest, AClickOnAButtonThatLeavesTheKeyboardLeavesItAndTabReachesIt) {
+  host(Button("b", [] {}).leavesKeyboard());
+  EXPECT_FALSE(gtk_widget_get_focus_on_click(only(GTK_TYPE_BUTTON)));
+  EXPECT_TRUE(gtk_widget_get_focusable(only(GTK_TYPE_BUTTON)));
+}
+
+TEST_F(GtkViewRendererTest, RolesAreToldToAssistiveTools) {
+  const State<int> choice{0};
+  host(VStack({Text("Title").accessibilityRole(AccessibilityRole::heading),
+               Button(
+                   "l", [] {}, ButtonStyle::link),
+               Picker("Width", {"x", "y"}, choice.binding(), PickerStyle::radioRow)}));
+  EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(all(root(), GTK_TYPE_LABEL).front())),
+            GTK_ACCESSIBLE_ROLE_HEADING);
+  EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(only(GTK_TYPE_BUTTON))),
+            GTK_ACCESSIBLE_ROLE_LINK);
+  auto* group = gtk_widget_get_parent(all(root(), GTK_TYPE_CHECK_BUTTON).front());
+  EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(group)), GTK_ACCESSIBLE_ROLE_RADIO_GROUP);
+  EXPECT_EQ(gtk_orientable_get_orientation(GTK_ORIENTABLE(group)), GTK_ORIENTATION_HORIZONTAL);
+}
+
+TEST_F(GtkViewRendererTest, ARowThatIsTooLongForItsPlaceCanBeScrolled) {
+  Views buttons;
+  for (int i = 0; i < 30; ++i) buttons.push_back(Button("Button " + std::to_string(i), [] {}));
+  host(VStack({ScrollView(HStack(buttons), Axis::horizontal)}), 147, 200);
+  EXPECT_EQ(gtk_widget_get_width(root()), 147);
+  auto* scroll = gtk_scrolled_window_get_hadjustment(GTK_SCROLLED_WINDOW(only(GTK_TYPE_SCROLLED_WINDOW)));
+  EXPECT_GT(gtk_adjustment_get_upper(scroll), gtk_adjustment_get_page_size(scroll));
+}
+
+TEST_F(GtkViewRendererTest, AViewKnowsItsPlaceInTheWindowFromTheBottom) {
+  const auto place = std::make_shared<ViewPlace>();
+  host(VStack({Text("here").frame({.height = 40}).placed(place), Spacer()}), 400, 300);
+  ASSERT_TRUE(wait([&] { return place->inWindow().has_value(); }));
+  EXPECT_EQ(place->inWindow()->frame.size.height, 40);
+  EXPECT_EQ(place->inWindow()->frame.origin.y, 260);
+  EXPECT_NE(place->inWindow()->windowNumber, 0);
+}
+
+TEST_F(GtkViewRendererTest, AnEditorOfADescriptionKeepsItsUndoWhenItsBindingChanges) {
+  const State<std::string> text{std::string("one two")};
+  host(TextEditor(text.binding()));
+  auto* buffer = gtk_text_view_get_buffer(GTK_TEXT_VIEW(only(GTK_TYPE_TEXT_VIEW)));
+  gtk_text_buffer_insert_at_cursor(buffer, "!", -1);
+  EXPECT_EQ(text.get().find('!') != std::string::npos, true);
+  EXPECT_TRUE(gtk_text_buffer_get_can_undo(buffer));
+}
+
 }  // namespace
 }  // namespace platform

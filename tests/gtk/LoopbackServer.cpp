@@ -35,6 +35,10 @@ void LoopbackServer::serve() {
   for (;;) {
     const int connection = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
     if (connection < 0) return;
+    {
+      const std::lock_guard lock(mutex_);
+      ++accepted_;
+    }
     connections_.emplace_back([this, connection] {
       const auto request = readRequest(connection);
       if (!request.empty()) {
@@ -77,6 +81,11 @@ std::string LoopbackServer::address(const std::string& path) const {
 std::vector<std::string> LoopbackServer::requests() const {
   const std::lock_guard lock(mutex_);
   return requests_;
+}
+
+int LoopbackServer::connections() const {
+  const std::lock_guard lock(mutex_);
+  return accepted_;
 }
 
 void LoopbackServer::send(int connection, const std::string& bytes) {

@@ -23,6 +23,9 @@ class LoopbackServer {
   /// What came in so far, whole requests in order.
   std::vector<std::string> requests() const;
 
+  /// How often somebody connected, with or without a request.
+  int connections() const;
+
   static void send(int connection, const std::string& bytes);
   /// A whole answer with its length.
   static std::string answer(int status, const std::string& body, const std::string& headers = {});
@@ -38,6 +41,7 @@ class LoopbackServer {
   int port_ = 0;
   mutable std::mutex mutex_;
   std::vector<std::string> requests_;
+  int accepted_ = 0;
   std::vector<std::thread> connections_;
   std::thread thread_;
 };

@@ -180,13 +180,38 @@ TEST_F(SwitchingTest, AFindBarThatIsntOnShowHoldsNothingBack) {
   EXPECT_EQ(controller->searchBarHostingController(), nullptr);
 }
 
-TEST_F(SwitchingTest, FindingNeedsAPageOrTheReleaseNotes) {
-  switchTo(editUrls);
-  controller->handleWindowFindOnPage();
-  EXPECT_FALSE(state().isSearching.get());
-  switchTo(releaseNotes);
+TEST_F(SwitchingTest, FindingNeedsAPageWithAFindBar) {
+  for (const auto view : {editUrls, releaseNotes, markdown}) {
+    switchTo(view);
+    controller->handleWindowFindOnPage();
+    EXPECT_FALSE(state().isSearching.get()) << rawValue(view);
+  }
+  switchTo(jira);
   controller->handleWindowFindOnPage();
   EXPECT_TRUE(state().isSearching.get());
+}
+
+TEST_F(SwitchingTest, TheSearchBarLeavesThePopoversContentAsItIs) {
+  switchTo(jira);
+  const auto content = controller->hostedWebView();
+  switchTo(search);
+  EXPECT_EQ(controller->hostedWebView(), content);
+  EXPECT_TRUE(controller->isFindableView());
+  EXPECT_EQ(defaults.lastVisibleWebView(), search);
+  controller->handleEsc();
+  leftClick();
+  EXPECT_EQ(defaults.lastVisibleWebView(), jira) << "find, sidebars and reload from origin work again";
+  controller->handleWindowBardOnPage();
+  EXPECT_TRUE(state().isBarding.get());
+}
+
+TEST_F(SwitchingTest, ThePagesThatIntroduceKeepTheirSizeBehindASearch) {
+  switchTo(releaseNotes);
+  switchTo(search);
+  controller->handleEsc();
+  defaults.set(980.0, UserDefault::webViewWidth);
+  leftClick();
+  EXPECT_EQ(popover().contentSize(), (platform::NSSize{600, 600}));
 }
 
 TEST_F(SwitchingTest, AnUnknownNumberIsChat) {
@@ -475,15 +500,14 @@ TEST_F(SwitchingTest, APageBehindTheScratchpadOrTheNotesDoesntTakeTheKeyboard) {
   EXPECT_FALSE(engineOf(controller->jiraWebView()).isFirstResponder);
 }
 
-TEST_F(SwitchingTest, EscapeOnTheReleaseNotesEndsFindingFirst) {
-  switchTo(releaseNotes);
-  leftClick();
-  controller->handleWindowFindOnPage();
-  controller->handleEsc();
-  EXPECT_FALSE(state().isSearching.get());
-  EXPECT_TRUE(popover().isShown());
-  controller->handleEsc();
-  EXPECT_FALSE(popover().isShown());
+TEST_F(SwitchingTest, WhereThereIsNoFindBarEscapeIsNotSwallowed) {
+  for (const auto view : {releaseNotes, markdown}) {
+    switchTo(view);
+    if (!popover().isShown()) leftClick();
+    controller->handleWindowFindOnPage();
+    controller->handleEsc();
+    EXPECT_FALSE(popover().isShown()) << rawValue(view);
+  }
 }
 
 TEST_F(SwitchingTest, AFindBarThatIsntOnShowHoldsNoPopoverOpen) {

@@ -2,7 +2,7 @@
 
 #include "Platform/DebugLog.h"
 #include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/Gtk/GtkKeyEvents.h"
+#include "Platform/Gtk/GtkEditActions.h"
 #include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/ProgramFolders.h"
 #include "Platform/NSUserDefaults.h"

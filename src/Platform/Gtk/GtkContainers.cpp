@@ -1,5 +1,7 @@
 #include "Platform/Gtk/GtkContainers.h"
 
+#include "Platform/DispatchQueue.h"
+#include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkRenderedView.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/NSView.h"
@@ -91,23 +93,34 @@ class GridView : public GtkRenderedView {
  public:
   explicit GridView(const Element& element) : GtkRenderedView(gtk_grid_new()) { update(element); }
 
-  void setChildren(std::span<RenderedView* const> children) override {
-    const auto wanted = widgetsOf(children);
-    while (GtkWidget* child = gtk_widget_get_first_child(widget()))
-      gtk_grid_remove(GTK_GRID(widget()), child);
-    // Each row arrives as its cells, one behind the other; the description tells how many there are in each.
-    std::size_t next = 0;
-    int row = 0;
-    for (const auto& rowView : element().children) {
-      const std::size_t cells = std::holds_alternative<GroupContent>(rowView.element().content)
-                                    ? rowView.element().children.size()
-                                    : 1;
-      for (std::size_t column = 0; column < cells && next < wanted.size(); ++column, ++next) {
-        gtk_grid_attach(GTK_GRID(widget()), wanted[next], static_cast<int>(column), row, 1, 1);
+  void setRows(std::span<const Row> rows) override {
+    std::vector<GtkWidget*> wanted;
+    for (const auto& row : rows) {
+      for (auto* cell : row) {
+        if (cell != nullptr) wanted.push_back(static_cast<GtkRenderedView*>(cell)->widget());
       }
-      ++row;
+    }
+    // In the order of the rows, which is the order for assistive tools. What stays is never without its grid:
+    // it would lose the keyboard.
+    arrangeChildren(
+        widget(), wanted,
+        [](GtkWidget* grid, GtkWidget* child, GtkWidget* sibling) {
+          if (gtk_widget_get_parent(child) != grid) gtk_grid_attach(GTK_GRID(grid), child, 0, 0, 1, 1);
+          gtk_widget_insert_after(child, grid, sibling);
+        },
+        [](GtkWidget* grid, GtkWidget* child) { gtk_grid_remove(GTK_GRID(grid), child); });
+    auto* layout = gtk_widget_get_layout_manager(widget());
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+      for (std::size_t column = 0; column < rows[row].size(); ++column) {
+        if (rows[row][column] == nullptr) continue;
+        auto* cell = static_cast<GtkRenderedView*>(rows[row][column])->widget();
+        auto* place = GTK_GRID_LAYOUT_CHILD(gtk_layout_manager_get_layout_child(layout, cell));
+        gtk_grid_layout_child_set_row(place, static_cast<int>(row));
+        gtk_grid_layout_child_set_column(place, static_cast<int>(column));
+      }
     }
   }
+  void setChildren(std::span<RenderedView* const>) override {}
 
  protected:
   void updateContent(const Element& element) override {
@@ -122,23 +135,48 @@ class ScrollAreaView : public GtkRenderedView {
   explicit ScrollAreaView(const Element& element) : GtkRenderedView(gtk_scrolled_window_new()) {
     gtk_scrolled_window_set_propagate_natural_width(GTK_SCROLLED_WINDOW(widget()), TRUE);
     gtk_scrolled_window_set_propagate_natural_height(GTK_SCROLLED_WINDOW(widget()), TRUE);
-    gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(widget()), GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
     holder_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(widget()), holder_);
-    gtk_widget_set_vexpand(widget(), TRUE);
     update(element);
   }
 
   void setChildren(std::span<RenderedView* const> children) override {
-    for (auto* child : children) static_cast<GtkRenderedView*>(child)->align(Axis::vertical, Alignment::fill);
+    const auto axis = contentOf<ScrollContent>(element()).axis;
+    for (auto* child : children) static_cast<GtkRenderedView*>(child)->align(axis, Alignment::fill);
     arrangeChildren(holder_, widgetsOf(children), insertIntoBox, removeFromBox);
   }
 
  protected:
-  void updateContent(const Element&) override {}
+  void updateContent(const Element& element) override {
+    const bool isRow = contentOf<ScrollContent>(element).axis == Axis::horizontal;
+    gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(widget()),
+                                   isRow ? GTK_POLICY_AUTOMATIC : GTK_POLICY_NEVER,
+                                   isRow ? GTK_POLICY_NEVER : GTK_POLICY_AUTOMATIC);
+    gtk_orientable_set_orientation(GTK_ORIENTABLE(holder_),
+                                   isRow ? GTK_ORIENTATION_HORIZONTAL : GTK_ORIENTATION_VERTICAL);
+    gtk_widget_set_vexpand(widget(), !isRow);
+  }
 
  private:
   GtkWidget* holder_;
+};
+
+/// A widget that may be gone.
+class WeakWidget {
+ public:
+  WeakWidget() { g_weak_ref_init(&reference_, nullptr); }
+  ~WeakWidget() { g_weak_ref_clear(&reference_); }
+  WeakWidget(const WeakWidget&) = delete;
+  WeakWidget& operator=(const WeakWidget&) = delete;
+
+  void set(GtkWidget* widget) { g_weak_ref_set(&reference_, widget); }
+  /// Alive for as long as nothing of the toolkit runs.
+  GtkWidget* get() {
+    return GObjectPtr<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&reference_))).get();
+  }
+
+ private:
+  GWeakRef reference_;
 };
 
 /// A view with a bubble that points at it.
@@ -151,6 +189,10 @@ class BubbleView : public GtkRenderedView {
     gtk_popover_set_child(GTK_POPOVER(bubble_), holder_);
     gtk_widget_set_parent(bubble_, widget());
     g_signal_connect_swapped(bubble_, "closed", G_CALLBACK(+[](BubbleView* self) {
+                               // The window takes it away from the bubble after this.
+                               DispatchQueue::main().async([self, alive = std::weak_ptr(self->isAlive_)] {
+                                 if (!alive.expired()) self->giveBackTheKeyboard();
+                               });
                                if (!self->isUpdating()) {
                                  contentOf<PopoverContent>(self->element()).isPresented.set(false);
                                }
@@ -174,6 +216,7 @@ class BubbleView : public GtkRenderedView {
     arrangeChildren(holder_, std::span(wanted).subspan(1), insertIntoBox, removeFromBox);
     const bool isPresented = contentOf<PopoverContent>(element()).isPresented.get() && children.size() > 1;
     if (isPresented) {
+      rememberTheKeyboard();
       gtk_popover_popup(GTK_POPOVER(bubble_));
     } else {
       gtk_popover_popdown(GTK_POPOVER(bubble_));
@@ -184,8 +227,26 @@ class BubbleView : public GtkRenderedView {
   void updateContent(const Element&) override {}
 
  private:
+  void rememberTheKeyboard() {
+    auto* root = gtk_widget_get_root(widget());
+    if (gtk_widget_get_visible(bubble_) || root == nullptr) return;
+    hadKeyboard_.set(gtk_root_get_focus(root));
+  }
+
+  /// To what had it before: a text that is being written is gone on with when the bubble closes.
+  void giveBackTheKeyboard() {
+    auto* had = hadKeyboard_.get();
+    hadKeyboard_.set(nullptr);
+    auto* root = gtk_widget_get_root(widget());
+    if (had == nullptr || root == nullptr || gtk_widget_get_root(had) != root) return;
+    auto* has = gtk_root_get_focus(root);
+    if (has == nullptr || gtk_widget_is_ancestor(has, bubble_)) gtk_widget_grab_focus(had);
+  }
+
   GtkWidget* bubble_;
   GtkWidget* holder_;
+  WeakWidget hadKeyboard_;
+  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
 };
 
 /// The place of a platform view, which may leave for another place at any time.
@@ -224,17 +285,27 @@ class HostedPlace : public GtkRenderedView {
 
 }  // namespace
 
-std::unique_ptr<GtkRenderedView> renderContainer(const Element& element) {
-  if (const auto* stack = std::get_if<StackContent>(&element.content)) {
-    if (stack->axis == Axis::depth) return std::make_unique<LayersView>(element);
-    return std::make_unique<StackView>(element);
-  }
-  if (std::holds_alternative<GridContent>(element.content)) return std::make_unique<GridView>(element);
-  if (std::holds_alternative<ScrollContent>(element.content))
-    return std::make_unique<ScrollAreaView>(element);
-  if (std::holds_alternative<PopoverContent>(element.content)) return std::make_unique<BubbleView>(element);
-  if (std::holds_alternative<HostedContent>(element.content)) return std::make_unique<HostedPlace>(element);
-  return nullptr;
+using Rendered = std::unique_ptr<GtkRenderedView>;
+
+Rendered renderKind(const StackContent& stack, const Element& element) {
+  if (stack.axis == Axis::depth) return std::make_unique<LayersView>(element);
+  return std::make_unique<StackView>(element);
+}
+
+Rendered renderKind(const GridContent&, const Element& element) {
+  return std::make_unique<GridView>(element);
+}
+
+Rendered renderKind(const ScrollContent&, const Element& element) {
+  return std::make_unique<ScrollAreaView>(element);
+}
+
+Rendered renderKind(const PopoverContent&, const Element& element) {
+  return std::make_unique<BubbleView>(element);
+}
+
+Rendered renderKind(const HostedContent&, const Element& element) {
+  return std::make_unique<HostedPlace>(element);
 }
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkAssets.h"
+#include "Platform/Gtk/GtkTextEdits.h"
 
 #include <cmath>
 #include <cstring>
@@ -41,6 +42,7 @@ class LabelView : public GtkRenderedView {
     gtk_label_set_max_width_chars(label, m.frame.width ? 1 : -1);
     const bool isOneLine = m.lineLimit == 1;
     gtk_label_set_wrap(label, !isOneLine);
+    gtk_label_set_selectable(label, m.isSelectable);
     gtk_label_set_lines(label, m.lineLimit.value_or(-1));
     // A single line without a width of its own has the width of its text.
     const bool isCut = m.lineLimit && (!isOneLine || m.frame.width || m.frame.maxWidth);
@@ -96,7 +98,7 @@ class PictureView : public GtkRenderedView {
 
 class ButtonView : public GtkRenderedView {
  public:
-  explicit ButtonView(const Element& element) : GtkRenderedView(gtk_button_new()) {
+  explicit ButtonView(const Element& element) : GtkRenderedView(newButton(element)) {
     g_signal_connect_swapped(widget(), "clicked", G_CALLBACK(+[](ButtonView* self) {
                                // A copy: the action may replace this very button.
                                const auto action = contentOf<ButtonContent>(self->element()).action;
@@ -118,12 +120,23 @@ class ButtonView : public GtkRenderedView {
  protected:
   void updateContent(const Element& element) override {
     const auto style = contentOf<ButtonContent>(element).style;
-    gtk_button_set_has_frame(GTK_BUTTON(widget()), style != ButtonStyle::borderless);
+    const bool isLink = style == ButtonStyle::link;
+    gtk_button_set_has_frame(GTK_BUTTON(widget()), style != ButtonStyle::borderless && !isLink);
     if (style == ButtonStyle::prominent) {
       gtk_widget_add_css_class(widget(), "suggested-action");
     } else {
       gtk_widget_remove_css_class(widget(), "suggested-action");
     }
+  }
+
+ private:
+  static GtkWidget* newButton(const Element& element) {
+    if (contentOf<ButtonContent>(element).style != ButtonStyle::link) return gtk_button_new();
+    auto* link =
+        GTK_WIDGET(g_object_new(GTK_TYPE_BUTTON, "accessible-role", GTK_ACCESSIBLE_ROLE_LINK, nullptr));
+    gtk_widget_add_css_class(link, "link");
+    gtk_widget_set_cursor_from_name(link, "pointer");
+    return link;
   }
 };
 
@@ -169,6 +182,9 @@ class FieldView : public GtkRenderedView {
     auto* entry = GTK_ENTRY(widget());
     gtk_entry_set_placeholder_text(entry, content.placeholder.c_str());
     gtk_entry_set_visibility(entry, !content.isSecure);
+    // Input methods remember no words of a secret.
+    gtk_entry_set_input_purpose(entry,
+                                content.isSecure ? GTK_INPUT_PURPOSE_PASSWORD : GTK_INPUT_PURPOSE_FREE_FORM);
     gtk_entry_set_has_frame(entry, !content.isPlain);
     if (content.isPlain) gtk_widget_add_css_class(widget(), "plain-field");
     // Setting the text that it has would lose the cursor, the selection and a composition under way.
@@ -201,7 +217,7 @@ class EditorView : public GtkRenderedView {
     g_signal_connect_swapped(buffer(), "changed", G_CALLBACK(+[](EditorView* self) {
                                if (self->isUpdating()) return;
                                const auto binding = contentOf<TextEditorContent>(self->element()).text;
-                               binding.set(self->text());
+                               binding.set(textOf(self->buffer()));
                              }),
                              this);
     update(element);
@@ -212,21 +228,19 @@ class EditorView : public GtkRenderedView {
   GtkWidget* focusWidget() const override { return editor_; }
   void updateContent(const Element& element) override {
     const auto wanted = contentOf<TextEditorContent>(element).text.get();
-    if (wanted != text()) gtk_text_buffer_set_text(buffer(), wanted.data(), static_cast<int>(wanted.size()));
+    changeText(buffer(), wanted);
   }
 
  private:
   GtkTextBuffer* buffer() const { return gtk_text_view_get_buffer(GTK_TEXT_VIEW(editor_)); }
-  std::string text() const {
-    GtkTextIter start;
-    GtkTextIter end;
-    gtk_text_buffer_get_bounds(buffer(), &start, &end);
-    const GStringPtr text(gtk_text_buffer_get_text(buffer(), &start, &end, TRUE));
-    return text.get();
-  }
-
   GtkWidget* editor_;
 };
+
+/// The name that a control has without one of its own in the modifiers, which come later.
+void name(GtkWidget* widget, const std::string& title) {
+  if (title.empty()) return;
+  gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, title.c_str(), -1);
+}
 
 class MenuPickerView : public GtkRenderedView {
  public:
@@ -251,7 +265,13 @@ class MenuPickerView : public GtkRenderedView {
       for (const auto& option : options_) gtk_string_list_append(list.get(), option.c_str());
       gtk_drop_down_set_model(GTK_DROP_DOWN(widget()), G_LIST_MODEL(list.get()));
     }
-    gtk_drop_down_set_selected(GTK_DROP_DOWN(widget()), static_cast<guint>(content.selection.get()));
+    const auto selected = content.selection.get();
+    const bool isOne = selected >= 0 && static_cast<std::size_t>(selected) < options_.size();
+    gtk_drop_down_set_selected(GTK_DROP_DOWN(widget()),
+                               isOne ? static_cast<guint>(selected) : GTK_INVALID_LIST_POSITION);
+    name(widget(), content.title);
+    // The button inside is what a click meets.
+    gtk_widget_set_focus_on_click(gtk_widget_get_first_child(widget()), !element.modifiers.leavesKeyboard);
   }
 
  private:
@@ -262,8 +282,11 @@ class MenuPickerView : public GtkRenderedView {
 class ChoiceView : public GtkRenderedView {
  public:
   explicit ChoiceView(const Element& element)
-      : GtkRenderedView(
-            gtk_box_new(isSegmented(element) ? GTK_ORIENTATION_HORIZONTAL : GTK_ORIENTATION_VERTICAL, 0)) {
+      : GtkRenderedView(GTK_WIDGET(g_object_new(
+            GTK_TYPE_BOX, "accessible-role", GTK_ACCESSIBLE_ROLE_RADIO_GROUP, "orientation",
+            contentOf<PickerContent>(element).style == PickerStyle::radioGroup ? GTK_ORIENTATION_VERTICAL
+                                                                               : GTK_ORIENTATION_HORIZONTAL,
+            "spacing", contentOf<PickerContent>(element).style == PickerStyle::radioRow ? 12 : 0, nullptr))) {
     if (isSegmented(element)) gtk_widget_add_css_class(widget(), "linked");
     update(element);
   }
@@ -273,6 +296,8 @@ class ChoiceView : public GtkRenderedView {
   void updateContent(const Element& element) override {
     const auto& content = contentOf<PickerContent>(element);
     if (content.options != options_) rebuild(content);
+    name(widget(), content.title);
+    for (auto* button : buttons_) gtk_widget_set_focus_on_click(button, !element.modifiers.leavesKeyboard);
     const auto selected = content.selection.get();
     for (std::size_t i = 0; i < buttons_.size(); ++i) {
       g_object_set(buttons_[i], "active", static_cast<int>(i) == selected, nullptr);
@@ -362,32 +387,50 @@ GtkWidget* spinner() {
 
 }  // namespace
 
-std::unique_ptr<GtkRenderedView> renderControl(const Element& element) {
-  const auto& content = element.content;
-  if (std::holds_alternative<TextContent>(content)) return std::make_unique<LabelView>(element);
-  if (const auto* image = std::get_if<ImageContent>(&content)) {
-    if (image->source == ImageContent::Source::symbol) return std::make_unique<SymbolView>(element);
-    const auto& frame = element.modifiers.frame;
-    if (frame.width && frame.width == frame.height) return std::make_unique<IconView>(element);
-    return std::make_unique<PictureView>(element);
-  }
-  if (std::holds_alternative<ButtonContent>(content)) return std::make_unique<ButtonView>(element);
-  if (std::holds_alternative<TextFieldContent>(content)) return std::make_unique<FieldView>(element);
-  if (std::holds_alternative<TextEditorContent>(content)) return std::make_unique<EditorView>(element);
-  if (const auto* picker = std::get_if<PickerContent>(&content)) {
-    if (picker->style == PickerStyle::menu) return std::make_unique<MenuPickerView>(element);
-    return std::make_unique<ChoiceView>(element);
-  }
-  if (std::holds_alternative<CheckBoxContent>(content)) return std::make_unique<CheckBoxView>(element);
-  if (std::holds_alternative<ProgressContent>(content))
-    return std::make_unique<PlainView>(element, spinner());
-  if (std::holds_alternative<DividerContent>(content)) {
-    return std::make_unique<PlainView>(element, gtk_separator_new(GTK_ORIENTATION_HORIZONTAL));
-  }
-  if (std::holds_alternative<SpacerContent>(content)) {
-    return std::make_unique<PlainView>(element, gtk_box_new(GTK_ORIENTATION_VERTICAL, 0));
-  }
-  return nullptr;
+using Rendered = std::unique_ptr<GtkRenderedView>;
+
+Rendered renderKind(const TextContent&, const Element& element) {
+  return std::make_unique<LabelView>(element);
+}
+
+Rendered renderKind(const ImageContent& image, const Element& element) {
+  if (image.source == ImageContent::Source::symbol) return std::make_unique<SymbolView>(element);
+  const auto& frame = element.modifiers.frame;
+  if (frame.width && frame.width == frame.height) return std::make_unique<IconView>(element);
+  return std::make_unique<PictureView>(element);
+}
+
+Rendered renderKind(const ButtonContent&, const Element& element) {
+  return std::make_unique<ButtonView>(element);
+}
+
+Rendered renderKind(const TextFieldContent&, const Element& element) {
+  return std::make_unique<FieldView>(element);
+}
+
+Rendered renderKind(const TextEditorContent&, const Element& element) {
+  return std::make_unique<EditorView>(element);
+}
+
+Rendered renderKind(const PickerContent& picker, const Element& element) {
+  if (picker.style == PickerStyle::menu) return std::make_unique<MenuPickerView>(element);
+  return std::make_unique<ChoiceView>(element);
+}
+
+Rendered renderKind(const CheckBoxContent&, const Element& element) {
+  return std::make_unique<CheckBoxView>(element);
+}
+
+Rendered renderKind(const ProgressContent&, const Element& element) {
+  return std::make_unique<PlainView>(element, spinner());
+}
+
+Rendered renderKind(const DividerContent&, const Element& element) {
+  return std::make_unique<PlainView>(element, gtk_separator_new(GTK_ORIENTATION_HORIZONTAL));
+}
+
+Rendered renderKind(const SpacerContent&, const Element& element) {
+  return std::make_unique<PlainView>(element, gtk_box_new(GTK_ORIENTATION_VERTICAL, 0));
 }
 
 }  // namespace platform

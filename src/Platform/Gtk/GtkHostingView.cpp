@@ -11,14 +11,23 @@ namespace platform {
 
 namespace {
 
+[[noreturn]] std::unique_ptr<GtkRenderedView> hasNoWidget() {
+  fatalError("A kind of view that has no widget came to be rendered");
+}
+
+// What the host takes apart before anything is rendered.
+std::unique_ptr<GtkRenderedView> renderKind(const EmptyContent&, const Element&) { return hasNoWidget(); }
+std::unique_ptr<GtkRenderedView> renderKind(const GroupContent&, const Element&) { return hasNoWidget(); }
+std::unique_ptr<GtkRenderedView> renderKind(const ForEachContent&, const Element&) { return hasNoWidget(); }
+std::unique_ptr<GtkRenderedView> renderKind(const CompositeContent&, const Element&) { return hasNoWidget(); }
+
 class GtkViewRenderer : public ViewRenderer {
  public:
   explicit GtkViewRenderer(GtkWidget* root) : root_(root) {}
 
   std::unique_ptr<RenderedView> render(const Element& element) override {
-    if (auto container = renderContainer(element)) return container;
-    if (auto control = renderControl(element)) return control;
-    fatalError("A kind of view has no widget");
+    // A kind that none of the functions takes doesn't compile.
+    return std::visit([&](const auto& content) { return renderKind(content, element); }, element.content);
   }
 
   void setRoot(std::span<RenderedView* const> views) override {

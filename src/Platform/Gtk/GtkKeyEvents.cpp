@@ -3,7 +3,10 @@
 #include "Platform/CarbonEvents.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkEditActions.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
+#include "Platform/Gtk/GtkMouseEvents.h"
+#include "Platform/Gtk/TextComposition.h"
 #include "Platform/Gtk/X11Desktop.h"
 #include "Platform/NSApplication.h"
 
@@ -29,6 +32,7 @@ constexpr std::uint16_t unknownKey = 0xFF;
 std::set<guint> keysDown;
 std::set<guint> superKeysDown;
 std::vector<std::function<void()>> waitingForKeys;
+bool isRepeat = false;
 
 std::uint32_t modifierFlags(GdkModifierType state) {
   // In a Wayland session the toolkit leaves Super out of the state.
@@ -98,6 +102,7 @@ void keysMayBeUp() {
 }
 
 void noteKey(guint keycode, bool isPress, bool isSuper) {
+  isRepeat = isPress && keysDown.count(keycode) != 0;
   if (isPress) {
     keysDown.insert(keycode);
     if (isSuper) superKeysDown.insert(keycode);
@@ -117,26 +122,55 @@ void forgetKeys() {
 
 /// A press that the page had no use for comes a second time, as the same object: after other keys, if the
 /// page was busy. The references keep the addresses from being those of other events.
-bool wasSeen(GdkEvent* event) {
-  static std::array<GdkEvent*, 32> seen{};
-  static std::size_t oldest = 0;
-  if (std::find(seen.begin(), seen.end(), event) != seen.end()) return true;
-  if (seen[oldest] != nullptr) gdk_event_unref(seen[oldest]);
-  seen[oldest] = gdk_event_ref(event);
-  oldest = (oldest + 1) % seen.size();
-  return false;
+class SeenKeys {
+ public:
+  bool contain(GdkEvent* event) const { return std::find(seen_.begin(), seen_.end(), event) != seen_.end(); }
+  void add(GdkEvent* event) {
+    if (seen_[oldest_] != nullptr) gdk_event_unref(seen_[oldest_]);
+    seen_[oldest_] = gdk_event_ref(event);
+    oldest_ = (oldest_ + 1) % seen_.size();
+  }
+
+ private:
+  std::array<GdkEvent*, 32> seen_{};
+  std::size_t oldest_ = 0;
+};
+
+SeenKeys seenKeys;
+
+/// Keys that wait for edit actions to be carried out, in order.
+std::vector<GdkEvent*> heldKeys;
+
+void handBackHeldKeys() {
+  for (auto* event : std::exchange(heldKeys, {})) {
+    G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+    gdk_display_put_event(gdk_event_get_display(event), event);
+    G_GNUC_END_IGNORE_DEPRECATIONS
+    gdk_event_unref(event);
+  }
 }
 
-/// The focused widget in the active window of ours.
-GtkWidget* focusedWidget() {
-  GList* windows = gtk_window_list_toplevels();
-  GtkWidget* focus = nullptr;
-  for (GList* entry = windows; entry != nullptr; entry = entry->next) {
-    auto* window = GTK_WINDOW(entry->data);
-    if (gtk_window_is_active(window)) focus = gtk_window_get_focus(window);
-  }
-  g_list_free(windows);
-  return focus;
+/// An edit action acts on what the one before it has done, and the keys behind it on what it does.
+bool mustWait(GdkEvent* event) {
+  if (!heldKeys.empty()) return true;
+  const auto order = editOrder();
+  if (order == EditOrder::free) return false;
+  if (order == EditOrder::everyKeyWaits) return true;
+  if (gdk_event_get_event_type(event) != GDK_KEY_PRESS) return false;
+  const auto keyval = gdk_key_event_get_keyval(event);
+  if (keyval == GDK_KEY_BackSpace || keyval == GDK_KEY_Delete || keyval == GDK_KEY_KP_Delete) return true;
+  const auto flags = modifierFlags(gdk_event_get_modifier_state(event));
+  if ((flags & NSEvent::commandFlag) == 0) return false;
+  const auto character = charactersIgnoringModifiers(event, flags);
+  constexpr std::string_view editCharacters = "xcvaz";
+  return character.size() == 1 && editCharacters.find(character.front()) != std::string_view::npos;
+}
+
+bool isHeld(GdkEvent* event) {
+  if (!mustWait(event)) return false;
+  heldKeys.push_back(gdk_event_ref(event));
+  if (heldKeys.size() == 1) whenEditActionsAreDone(handBackHeldKeys);
+  return true;
 }
 
 std::uint32_t carbonModifiers(std::uint32_t flags) {
@@ -159,10 +193,19 @@ bool isTakenAsRawKey(const NSEvent& key) {
   return target.isWanted({raw.eventClass, raw.kind}) && target.sendEvent(raw) == noErr;
 }
 
+/// While an input method composes, it is the first to get the keys that end or change that.
+bool belongsToComposition(GtkWidget* focus, guint keyval) {
+  const bool isItsKey = isComposing(focus) && isKeyOfCompositions(keyval);
+  noteKeyOfText(focus, keyval);
+  return isItsKey;
+}
+
 gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
   const auto gdkType = gdk_event_get_event_type(event);
   if (gdkType != GDK_KEY_PRESS && gdkType != GDK_KEY_RELEASE) return FALSE;
-  if (wasSeen(event)) return FALSE;
+  if (seenKeys.contain(event)) return FALSE;
+  if (isHeld(event)) return TRUE;
+  seenKeys.add(event);
 
   const bool isPress = gdkType == GDK_KEY_PRESS;
   const auto modifier = flagOfKey(gdk_key_event_get_keyval(event));
@@ -180,13 +223,19 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
     key.type = isPress ? NSEvent::EventType::keyDown : NSEvent::EventType::keyUp;
   }
   if (isTakenAsRawKey(key)) return TRUE;
+  auto* window = GTK_WINDOW(windowPointer);
+  GtkWidget* focus = gtk_window_get_focus(window);
+  if (isPress && belongsToComposition(focus, gdk_key_event_get_keyval(event))) return FALSE;
   auto& app = NSApp();
   app.currentEvent = key;
+  const KeyEventScope scope(window);
   const bool isKept = !app.filterByMonitors(key).has_value();
   app.currentEvent.reset();
   if (isKept) return TRUE;
-  GtkWidget* focus = gtk_window_get_focus(GTK_WINDOW(windowPointer));
-  return !isPress && focus != nullptr && WEBKIT_IS_WEB_VIEW(focus);
+  focus = gtk_window_get_focus(window);
+  if (focus == nullptr || !WEBKIT_IS_WEB_VIEW(focus)) return FALSE;
+  if (isPress) noteKeyToPage(focus);
+  return !isPress;
 }
 
 /// Tells the modifiers as they are: what happened to them while another program had the keyboard, nobody saw.
@@ -203,39 +252,6 @@ void tellModifiers(GtkWindow* window) {
                             .modifierFlags = modifierFlags(gdk_device_get_modifier_state(keyboard))});
 }
 
-struct EditAction {
-  std::string_view selector;
-  /// The action of GTK's text widgets.
-  const char* widgetAction;
-  /// The web engine's command, and whether it can be carried out now.
-  const char* engineCommand;
-  gboolean (*isAvailable)(WebKitEditorState*);
-};
-
-constexpr std::array editActions = {
-    EditAction{"cut:", "clipboard.cut", WEBKIT_EDITING_COMMAND_CUT, webkit_editor_state_is_cut_available},
-    EditAction{"copy:", "clipboard.copy", WEBKIT_EDITING_COMMAND_COPY, webkit_editor_state_is_copy_available},
-    EditAction{"paste:", "clipboard.paste", WEBKIT_EDITING_COMMAND_PASTE,
-               webkit_editor_state_is_paste_available},
-    EditAction{"selectAll:", "selection.select-all", WEBKIT_EDITING_COMMAND_SELECT_ALL, nullptr},
-    EditAction{"undo:", "text.undo", WEBKIT_EDITING_COMMAND_UNDO, webkit_editor_state_is_undo_available},
-    EditAction{"redo:", "text.redo", WEBKIT_EDITING_COMMAND_REDO, webkit_editor_state_is_redo_available},
-    // Where something can be pasted, something can be deleted: the focus is in a text of the page.
-    EditAction{"deleteBackward:", nullptr, "DeleteBackward", webkit_editor_state_is_paste_available},
-    EditAction{"deleteForward:", nullptr, "DeleteForward", webkit_editor_state_is_paste_available},
-};
-
-bool deleteInText(GtkWidget* focus, bool isForward) {
-  const bool isText = GTK_IS_TEXT(focus);
-  if (!isText && !GTK_IS_TEXT_VIEW(focus)) return false;
-  if (isForward) {
-    g_signal_emit_by_name(focus, "delete-from-cursor", GTK_DELETE_CHARS, 1);
-  } else {
-    g_signal_emit_by_name(focus, "backspace");
-  }
-  return true;
-}
-
 }  // namespace
 
 void watchKeys(GtkWindow* window) {
@@ -243,34 +259,18 @@ void watchKeys(GtkWindow* window) {
   gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
   g_signal_connect(controller, "event", G_CALLBACK(onEvent), window);
   gtk_widget_add_controller(GTK_WIDGET(window), controller);
+  watchButtons(window);
   g_signal_connect(window, "notify::is-active",
                    G_CALLBACK(+[](GtkWindow* w, GParamSpec*, gpointer) { tellModifiers(w); }), nullptr);
   // A window that is taken off the screen stays an active one for the toolkit.
   g_signal_connect(window, "unmap", G_CALLBACK(+[](GtkWindow*, gpointer) { forgetKeys(); }), nullptr);
 }
 
+bool isKeyRepeating() { return isRepeat; }
+
 void whenKeysAreUp(std::function<void()> work) {
   waitingForKeys.push_back(std::move(work));
   keysMayBeUp();
-}
-
-bool sendEditAction(const char* selector) {
-  GtkWidget* focus = focusedWidget();
-  if (focus == nullptr) return false;
-  for (const auto& action : editActions) {
-    if (action.selector != selector) continue;
-    if (WEBKIT_IS_WEB_VIEW(focus)) {
-      auto* view = WEBKIT_WEB_VIEW(focus);
-      // Copying with nothing selected would empty the clipboard: so only what can be carried out.
-      if (action.isAvailable != nullptr && !action.isAvailable(webkit_web_view_get_editor_state(view)))
-        return false;
-      webkit_web_view_execute_editing_command(view, action.engineCommand);
-      return true;
-    }
-    if (action.widgetAction == nullptr) return deleteInText(focus, action.selector == "deleteForward:");
-    return gtk_widget_activate_action(focus, action.widgetAction, nullptr) != FALSE;
-  }
-  return false;
 }
 
 }  // namespace platform

@@ -11,9 +11,8 @@ namespace platform {
 /// ordinary key nor that of a modifier. Main thread.
 void watchKeys(GtkWindow* window);
 
-/// Offers an edit action ("copy:", "deleteBackward:") to what has the keyboard in the active window. True if
-/// it was taken.
-bool sendEditAction(const char* selector);
+/// True while a press is handled that the keyboard repeats because the key is held down.
+bool isKeyRepeating();
 
 /// Runs work in a later turn, once no key is held down in a window of the program.
 void whenKeysAreUp(std::function<void()> work);

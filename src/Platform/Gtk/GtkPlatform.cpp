@@ -8,8 +8,10 @@
 #include "Platform/Gtk/GtkHostingView.h"
 #include "Platform/Gtk/GtkInputSource.h"
 #include "Platform/Gtk/GtkPanel.h"
+#include "Platform/Gtk/GtkTextEditor.h"
 #include "Platform/Gtk/GtkWebView.h"
 #include "Platform/Gtk/LibraryMessages.h"
+#include "Platform/Gtk/PageDownloads.h"
 #include "Platform/Gtk/PopoverWindow.h"
 #include "Platform/Gtk/PortalHotKeyGrabs.h"
 #include "Platform/Gtk/ProgramFolders.h"
@@ -58,6 +60,9 @@ std::filesystem::path fatalErrorFile() { return ProgramFolders::userState() / "f
 
 GtkPlatform::GtkPlatform()
     : workspace_([this] { return application_.connection(); }),
+      dialogs_({[this] { return popover_ != nullptr ? popover_->keepOpen() : nullptr; },
+                [] { return (ProgramFolders::userState() / "folders").string(); },
+                [this] { startToolkit(); }}),
       notifications_([this] { return application_.connection(); }) {
   keepLittleFreeMemory();
   sendLibraryMessagesToDebugLog();
@@ -225,6 +230,11 @@ std::unique_ptr<NSHostingView> GtkPlatform::makeHostingView(View root) {
   return std::make_unique<GtkHostingView>(std::move(root));
 }
 
+std::unique_ptr<NSTextView> GtkPlatform::makeTextView() {
+  startToolkit();
+  return std::make_unique<GtkTextEditor>();
+}
+
 EventTarget& GtkPlatform::eventDispatcherTarget() {
   if (!eventTarget_) {
     eventTarget_ = std::make_unique<GtkEventTarget>(
@@ -278,6 +288,9 @@ WebEngine& GtkPlatform::webEngine() {
                      "\nVelkin needs bubblewrap (bwrap) and the right to make user namespaces.");
     }
     webEngine_ = std::make_unique<WebEngine>(+[]() -> PopoverWindow& { return *shared().popover_; });
+    webEngine_->admitDownload = [this](WebKitDownload* download, std::function<void()> start) {
+      admitDownload(download, *webEngine_, std::move(start));
+    };
   }
   return *webEngine_;
 }

@@ -3,6 +3,7 @@
 #include "Platform/Gtk/GtkAppearance.h"
 #include "Platform/Gtk/GtkApplication.h"
 #include "Platform/Gtk/GtkDesktop.h"
+#include "Platform/Gtk/GtkDialogs.h"
 #include "Platform/Gtk/GtkMainQueue.h"
 #include "Platform/Gtk/GtkPasteboard.h"
 #include "Platform/Gtk/HotKeyGrabs.h"
@@ -41,6 +42,7 @@ class GtkPlatform : public Platform {
   NSURLSession& sharedURLSession() override;
   NSWorkspace& sharedWorkspace() override { return workspace_; }
   NSPasteboard& generalPasteboard() override { return pasteboard_; }
+  Dialogs& dialogs() override { return dialogs_; }
   NSDistributedNotificationCenter& distributedNotificationCenter() override { return notifications_; }
   std::optional<NSAppearance> currentAppearance() const override;
   std::optional<NSScreen> mainScreen() const override;
@@ -50,6 +52,7 @@ class GtkPlatform : public Platform {
   std::unique_ptr<NSPanel> makePanel(NSRect contentRect, std::uint32_t styleMask) override;
   std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) override;
   std::unique_ptr<NSHostingView> makeHostingView(View root) override;
+  std::unique_ptr<NSTextView> makeTextView() override;
   EventTarget& eventDispatcherTarget() override;
   std::unique_ptr<TISInputSource> copyCurrentASCIICapableKeyboardLayoutInputSource() override;
   void noteFatalError(std::string_view message) noexcept override;
@@ -71,6 +74,7 @@ class GtkPlatform : public Platform {
   NSBundle bundle_;
   GtkWorkspace workspace_;
   GtkPasteboard pasteboard_;
+  GtkDialogs dialogs_;
   BusNotificationCenter notifications_;
   GtkAppearance appearance_;
   std::unique_ptr<NSUserDefaults> defaults_;

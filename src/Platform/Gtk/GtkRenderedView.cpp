@@ -1,5 +1,7 @@
 #include "Platform/Gtk/GtkRenderedView.h"
 
+#include "Platform/Gtk/GtkMouseEvents.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -30,6 +32,7 @@ GtkAlign gtkAlign(Alignment alignment) {
 GtkRenderedView::GtkRenderedView(GtkWidget* widget) : widget_(widget) { g_object_ref_sink(widget_); }
 
 GtkRenderedView::~GtkRenderedView() {
+  if (element_.modifiers.place) element_.modifiers.place->find = {};
   g_signal_handlers_disconnect_by_data(widget_, this);
   // The widget may live on for a while, held by an event that is on its way.
   for (const auto& [owner, controller] : controllers_) {
@@ -62,6 +65,7 @@ GtkRenderedView::~GtkRenderedView() {
 void GtkRenderedView::setChildren(std::span<RenderedView* const>) {}
 
 void GtkRenderedView::update(const Element& element) {
+  if (element_.modifiers.place) element_.modifiers.place->find = {};
   element_ = element;
   isUpdating_ = true;
   updateContent(element_);
@@ -71,6 +75,8 @@ void GtkRenderedView::update(const Element& element) {
 
 void GtkRenderedView::applyModifiers() {
   const auto& m = element_.modifiers;
+  applyRole();
+  applyPlace();
   style_.apply(widget_, m);
   const bool hasPaddingInside = m.background || m.border;
   const auto around = hasPaddingInside ? m.margin : m.margin + m.padding;
@@ -85,6 +91,7 @@ void GtkRenderedView::applyModifiers() {
     if (auto* root = gtk_widget_get_root(widget_)) gtk_root_set_focus(root, nullptr);
   }
   gtk_widget_set_sensitive(widget_, !m.isDisabled);
+  gtk_widget_set_focus_on_click(widget_, !m.leavesKeyboard);
   if (m.cornerRadius) gtk_widget_set_overflow(widget_, GTK_OVERFLOW_HIDDEN);
   const auto& label = m.label.empty() ? m.help : m.label;
   if (!label.empty()) {
@@ -93,7 +100,53 @@ void GtkRenderedView::applyModifiers() {
   }
   applyFrame(m);
   ensureGestures();
+  ensurePress();
   applyFocus();
+}
+
+void GtkRenderedView::applyRole() {
+  const auto& role = element_.modifiers.role;
+  // The toolkit takes a role as long as it has told nobody of the widget.
+  if (!role || gtk_widget_get_realized(widget_)) return;
+  const auto gtkRole = [&] {
+    switch (*role) {
+      case AccessibilityRole::none:
+        return GTK_ACCESSIBLE_ROLE_PRESENTATION;
+      case AccessibilityRole::alert:
+        return GTK_ACCESSIBLE_ROLE_ALERT;
+      case AccessibilityRole::button:
+        return GTK_ACCESSIBLE_ROLE_BUTTON;
+      case AccessibilityRole::group:
+        return GTK_ACCESSIBLE_ROLE_GROUP;
+      case AccessibilityRole::heading:
+        return GTK_ACCESSIBLE_ROLE_HEADING;
+      case AccessibilityRole::image:
+        return GTK_ACCESSIBLE_ROLE_IMG;
+      case AccessibilityRole::link:
+        return GTK_ACCESSIBLE_ROLE_LINK;
+      case AccessibilityRole::list:
+        return GTK_ACCESSIBLE_ROLE_LIST;
+      case AccessibilityRole::listItem:
+        return GTK_ACCESSIBLE_ROLE_LIST_ITEM;
+      case AccessibilityRole::status:
+        return GTK_ACCESSIBLE_ROLE_STATUS;
+      case AccessibilityRole::toolbar:
+        return GTK_ACCESSIBLE_ROLE_TOOLBAR;
+    }
+    return GTK_ACCESSIBLE_ROLE_GROUP;
+  }();
+  if (gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(widget_)) == gtkRole) return;
+  g_object_set(widget_, "accessible-role", gtkRole, nullptr);
+}
+
+void GtkRenderedView::applyPlace() {
+  const auto& place = element_.modifiers.place;
+  if (!place) return;
+  place->find = [this]() -> std::optional<ViewPlace::InWindow> {
+    const auto frame = frameInWindow(widget_);
+    if (!frame) return std::nullopt;
+    return ViewPlace::InWindow{windowNumber(GTK_WINDOW(gtk_widget_get_root(widget_))), *frame};
+  };
 }
 
 void GtkRenderedView::applyTooltip(const std::string& text) {
@@ -193,6 +246,36 @@ void GtkRenderedView::ensureGestures() {
                              this);
     addController(widget_, motion);
   }
+}
+
+void GtkRenderedView::ensurePress() {
+  if (!element_.modifiers.onPress || hasPress_) return;
+  hasPress_ = true;
+  // No gesture: a button's own one would end it at once.
+  GtkEventController* events = gtk_event_controller_legacy_new();
+  gtk_event_controller_set_propagation_phase(events, GTK_PHASE_CAPTURE);
+  g_signal_connect(events, "event",
+                   G_CALLBACK(+[](GtkEventControllerLegacy*, GdkEvent* event, gpointer data) {
+                     auto* self = static_cast<GtkRenderedView*>(data);
+                     const auto type = gdk_event_get_event_type(event);
+                     const bool isPress = type == GDK_BUTTON_PRESS;
+                     if ((isPress || type == GDK_BUTTON_RELEASE) &&
+                         gdk_button_event_get_button(event) == GDK_BUTTON_PRIMARY) {
+                       self->setIsDown(isPress);
+                     }
+                     return FALSE;
+                   }),
+                   this);
+  addController(widget_, events);
+  g_signal_connect_swapped(widget_, "unmap",
+                           G_CALLBACK(+[](GtkRenderedView* self) { self->setIsDown(false); }), this);
+}
+
+void GtkRenderedView::setIsDown(bool isDown) {
+  if (isDown_ == isDown) return;
+  isDown_ = isDown;
+  const auto action = element_.modifiers.onPress;
+  if (action) action(isDown);
 }
 
 void GtkRenderedView::applyFocus() {

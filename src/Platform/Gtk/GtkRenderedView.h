@@ -44,7 +44,11 @@ class GtkRenderedView : public RenderedView {
   void applyTooltip(const std::string& text);
   void applyFrame(const Modifiers& modifiers);
   void applyFocus();
+  void applyRole();
+  void applyPlace();
   void ensureGestures();
+  void ensurePress();
+  void setIsDown(bool isDown);
   void addController(GtkWidget* owner, GtkEventController* controller);
 
   GtkWidget* widget_;
@@ -53,6 +57,8 @@ class GtkRenderedView : public RenderedView {
   bool isUpdating_ = false;
   bool hasTap_ = false;
   bool hasHover_ = false;
+  bool hasPress_ = false;
+  bool isDown_ = false;
   bool followsFocus_ = false;
   /// What calls on this object, and the widgets that it belongs to.
   std::vector<std::pair<GtkWidget*, GtkEventController*>> controllers_;

@@ -1,5 +1,7 @@
 #include "Platform/Gtk/GtkStyle.h"
 
+#include "Platform/Gtk/Toolkit.h"
+
 #include <cmath>
 #include <map>
 #include <sstream>
@@ -76,6 +78,7 @@ std::string declarations(const Modifiers& modifiers) {
     // A point of the system's is a pixel at the usual density; "pt" lets the user's text scaling in.
     css << "font-size:" << font->size * 0.75 << "pt;";
     if (font->design == FontDesign::monospaced) css << "font-family:monospace;";
+    if (font->weight == FontWeight::light) css << "font-weight:300;";
     if (font->weight == FontWeight::medium) css << "font-weight:500;";
     if (font->weight == FontWeight::bold) css << "font-weight:700;";
   }
@@ -131,14 +134,14 @@ class LookSheet {
     const auto [entry, isNew] = classes_.try_emplace(css, "look-" + std::to_string(classes_.size()));
     if (isNew) {
       text_ += "." + entry->second + "{" + css + "}\n";
-      gtk_css_provider_load_from_data(provider_, text_.c_str(), -1);
+      toolkit::loadStyle(provider_, text_);
     }
     return entry->second;
   }
 
  private:
   LookSheet() : provider_(gtk_css_provider_new()), text_(basicRules) {
-    gtk_css_provider_load_from_data(provider_, text_.c_str(), -1);
+    toolkit::loadStyle(provider_, text_);
     gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(provider_),
                                                GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
   }

@@ -3,12 +3,14 @@
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/IsolatedPage.h"
+#include "Platform/Gtk/PageDialogues.h"
 #include "Platform/Gtk/WebViewManners.h"
 #include "Platform/LogText.h"
 #include "Platform/UTF8.h"
 
 #include <cmath>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 namespace platform {
@@ -34,6 +36,14 @@ a{display:inline-block;padding:.5em 1.5em;border-radius:8px;background:#3584e4;c
                           : "<p>" + std::string(escaped.get()) + R"(</p><a href=")" + escaped.get() +
                                 R"(" role="button">Reload</a>)") +
          "</main></body></html>";
+}
+
+/// Set at the entries of the history that came as the answer to a form.
+constexpr const char* formAnswerKey = "velkin-form-answer";
+
+bool isAnswerToForm(WebKitWebView* view) {
+  auto* item = webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view));
+  return item != nullptr && g_object_get_data(G_OBJECT(item), formAnswerKey) != nullptr;
 }
 
 WKNavigationType navigationTypeOf(WebKitNavigationAction* action) {
@@ -130,11 +140,15 @@ WebKitWebView* GtkWebView::engineView() {
   userContent_ = GObjectPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new());
   addUserContent();
   const bool isIsolated = configuration_.isIsolated;
-  auto* session = engine.session(configuration_.usesPersistentDataStore && !isIsolated);
+  auto* session =
+      isIsolated ? engine.sessionToNowhere() : engine.session(configuration_.usesPersistentDataStore);
+  const auto policy =
+      isIsolated ? isolatedContentSecurityPolicy(configuration_.isolatedScripts) : std::string();
+  if (isIsolated) isolateSettings(settings_.get());
   view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "web-context",
                                        engine.context(), "settings", settings_.get(), "user-content-manager",
                                        userContent_.get(), "default-content-security-policy",
-                                       isIsolated ? isolatedContentSecurityPolicy : nullptr, nullptr));
+                                       isIsolated ? policy.c_str() : nullptr, nullptr));
   g_object_ref_sink(view_);
   stopHiddenCursor(view_);
   webkit_web_view_set_zoom_level(view_, zoom_);
@@ -202,11 +216,15 @@ void GtkWebView::connectSignals() {
                    }),
                    this);
   g_signal_connect(view_, "load-changed",
-                   G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer data) {
+                   G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer self) {
+                     static_cast<GtkWebView*>(self)->loadChanged(event);
+                   }),
+                   this);
+  g_signal_connect(view_, "notify::is-web-process-responsive",
+                   G_CALLBACK(+[](WebKitWebView* view, GParamSpec*, gpointer data) {
                      auto* self = static_cast<GtkWebView*>(data);
-                     if (event == WEBKIT_LOAD_FINISHED && self->navigationDelegate != nullptr) {
-                       self->navigationDelegate->didFinish(*self);
-                     }
+                     if (self->awaitedLoad_ && !webkit_web_view_get_is_web_process_responsive(view))
+                       self->endProcess();
                    }),
                    this);
   g_signal_connect(
@@ -229,8 +247,27 @@ void GtkWebView::connectSignals() {
                    this);
 }
 
+void GtkWebView::loadChanged(WebKitLoadEvent event) {
+  if (event == WEBKIT_LOAD_STARTED) awaitedLoad_ = nullptr;
+  if (event == WEBKIT_LOAD_COMMITTED && std::exchange(isRespondingToForm_, false)) {
+    if (auto* item = webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_)))
+      g_object_set_data(G_OBJECT(item), formAnswerKey, GINT_TO_POINTER(1));
+  }
+  if (event == WEBKIT_LOAD_FINISHED && configuration_.isIsolated) showWhenPainted();
+  if (event == WEBKIT_LOAD_FINISHED && navigationDelegate != nullptr) navigationDelegate->didFinish(*this);
+}
+
 bool GtkWebView::isNavigationCancelled(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
-  if (navigationDelegate == nullptr || type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) return false;
+  if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
+    auto* response = WEBKIT_RESPONSE_POLICY_DECISION(decision);
+    if (webkit_response_policy_decision_is_main_frame_main_resource(response)) {
+      const char* method =
+          webkit_uri_request_get_http_method(webkit_response_policy_decision_get_request(response));
+      isRespondingToForm_ = method != nullptr && std::string_view(method) == "POST";
+    }
+    return false;
+  }
+  if (navigationDelegate == nullptr) return false;
   auto* action =
       webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
   const char* uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
@@ -244,21 +281,73 @@ bool GtkWebView::isNavigationCancelled(WebKitPolicyDecision* decision, WebKitPol
 }
 
 void GtkWebView::processTerminated(WebKitWebProcessTerminationReason reason) {
-  if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API) return;
-  const auto address = url_ ? url_->absoluteString() : std::string("about:blank");
+  if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API) {
+    if (const auto load = std::exchange(awaitedLoad_, nullptr)) load();
+    return;
+  }
+  awaitedLoad_ = nullptr;
   const bool reloads = crashPolicy_.shouldReload(now());
   debugLog("GtkWebView", "processTerminated(reason:)",
-           "The process of " + addressForLog(address) + " died; " +
+           "The process of " + addressForLog(url_ ? url_->absoluteString() : "about:blank") + " died; " +
                (reloads ? "loading it again" : "it died too often"));
   if (configuration_.isIsolated) {
     const auto page = reloads ? ownPage_ : crashPage({});
     webkit_web_view_load_html(view_, page.c_str(), nullptr);
   } else if (reloads) {
-    webkit_web_view_reload(view_);
+    reloadInNewProcess();
   } else {
-    // As the page of that address: alternate content for it stays blank after its process died.
-    webkit_web_view_load_html(view_, crashPage(address).c_str(), address.c_str());
+    showCrashPage();
   }
+}
+
+void GtkWebView::reloadInNewProcess() {
+  // What was sent by a form isn't sent again without the user's word.
+  if (isAnswerToForm(view_)) {
+    showCrashPage();
+  } else {
+    webkit_web_view_reload(view_);
+  }
+}
+
+void GtkWebView::showCrashPage() {
+  const auto address = url_ ? url_->absoluteString() : std::string("about:blank");
+  // As the page of that address: alternate content for it stays blank after its process died.
+  webkit_web_view_load_html(view_, crashPage(address).c_str(), address.c_str());
+}
+
+void GtkWebView::startLoad(const std::function<void()>& load, std::function<void()> loadInNewProcess) {
+  // A process that doesn't answer would keep the load waiting for ever, and the page with it.
+  const bool isHanging = !webkit_web_view_get_is_web_process_responsive(view_) ||
+                         (!configuration_.isIsolated && isSilencedAndAsking(view_));
+  awaitedLoad_ = std::move(loadInNewProcess);
+  if (isHanging) {
+    endProcess();
+  } else {
+    load();
+  }
+}
+
+void GtkWebView::showWhenPainted() {
+  // Frames come only while the view is on the screen; the second one is behind the first painting.
+  constexpr const char* twoFrames =
+      "return new Promise(done => requestAnimationFrame(() => requestAnimationFrame(() => done(1))));";
+  webkit_web_view_call_async_javascript_function(
+      view_, twoFrames, -1, nullptr, "velkin", nullptr, cancellable_,
+      [](GObject* source, GAsyncResult* result, gpointer) {
+        GError* raw = nullptr;
+        const auto value = GObjectPtr<JSCValue>::adopt(
+            webkit_web_view_call_async_javascript_function_finish(WEBKIT_WEB_VIEW(source), result, &raw));
+        const GErrorPtr error(raw);
+        // Another page came in between, and is waited for.
+        if (value) gtk_widget_set_opacity(GTK_WIDGET(source), 1);
+      },
+      nullptr);
+}
+
+void GtkWebView::endProcess() {
+  debugLog("GtkWebView", "endProcess()", "The process of a page doesn't answer; starting another one");
+  // What it leads to loads the page.
+  webkit_web_view_terminate_web_process(view_);
 }
 
 NSRect GtkWebView::frame() const {
@@ -297,24 +386,29 @@ void GtkWebView::load(const URLRequest& request) {
     for (const auto& [name, value] : request.allHTTPHeaderFields)
       soup_message_headers_replace(headers, name.c_str(), value.c_str());
   }
-  webkit_web_view_load_request(view, uriRequest.get());
+  const auto start = [view, uriRequest] { webkit_web_view_load_request(view, uriRequest.get()); };
+  startLoad(start, start);
 }
 
 void GtkWebView::loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) {
   auto* view = engineView();
   url_ = baseURL ? baseURL : URL::parse("about:blank");
   auto page = withoutNulCharacters(html);
+  // What the view has painted last would come up with the next panel, before anything of the new page does.
+  if (configuration_.isIsolated) gtk_widget_set_opacity(GTK_WIDGET(view), 0);
   webkit_web_view_load_html(view, page.c_str(), baseURL ? baseURL->absoluteString().c_str() : nullptr);
   // There is no address from which it could be had again when its process dies.
   if (configuration_.isIsolated) ownPage_ = std::move(page);
 }
 
 void GtkWebView::reload() {
-  if (view_ != nullptr) webkit_web_view_reload(view_);
+  if (view_ == nullptr) return;
+  startLoad([this] { webkit_web_view_reload(view_); }, [this] { reloadInNewProcess(); });
 }
 
 void GtkWebView::reloadFromOrigin() {
-  if (view_ != nullptr) webkit_web_view_reload_bypass_cache(view_);
+  if (view_ == nullptr) return;
+  startLoad([this] { webkit_web_view_reload_bypass_cache(view_); }, [this] { reloadInNewProcess(); });
 }
 
 void GtkWebView::stopLoading() {

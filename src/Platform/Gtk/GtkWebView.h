@@ -6,6 +6,7 @@
 #include "Platform/Gtk/WebEngine.h"
 #include "Platform/WKWebView.h"
 
+#include <functional>
 #include <string>
 
 #include <webkit/webkit.h>
@@ -55,6 +56,12 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   bool isNavigationCancelled(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
   void applyZoom();
   void processTerminated(WebKitWebProcessTerminationReason reason);
+  void showCrashPage();
+  void reloadInNewProcess();
+  void startLoad(const std::function<void()>& load, std::function<void()> loadInNewProcess);
+  void endProcess();
+  void showWhenPainted();
+  void loadChanged(WebKitLoadEvent event);
 
   NSRect frame_;
   WKWebViewConfiguration configuration_;
@@ -70,6 +77,10 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   /// The keyboard was asked for while the view wasn't on show.
   bool wantsFocus_ = false;
   CrashReloadPolicy crashPolicy_;
+  /// What the user asked for and the page's process hasn't begun yet, as a new process has to do it.
+  std::function<void()> awaitedLoad_;
+  /// The page's own document came as the answer to a form.
+  bool isRespondingToForm_ = false;
   /// Of an isolated view: the page that it was handed last.
   std::string ownPage_;
   std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);

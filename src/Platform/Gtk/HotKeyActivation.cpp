@@ -2,6 +2,7 @@
 
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/Toolkit.h"
 #include "Platform/Gtk/X11Desktop.h"
 
 #include <utility>
@@ -46,7 +47,7 @@ void presentWindow(GtkWindow* window) {
   gtk_widget_realize(GTK_WIDGET(window));
   const auto time = present->time != 0 ? present->time : X11Desktop::serverTime(window);
   X11Desktop::setUserTime(window, time);
-  gtk_window_present_with_time(window, time);
+  toolkit::presentWithTime(window, time);
   DispatchQueue::main().asyncAfter(reluctance,
                                    [held = GObjectPtr<GtkWindow>::retain(window)] { insist(held); });
 }

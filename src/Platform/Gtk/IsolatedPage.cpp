@@ -1,5 +1,8 @@
 #include "Platform/Gtk/IsolatedPage.h"
 
+#include "Platform/Gtk/GObjectPtr.h"
+
+#include <array>
 #include <string_view>
 
 namespace platform {
@@ -51,7 +54,59 @@ gboolean keepReadersItems(WebKitWebView*, WebKitContextMenu* menu, WebKitHitTest
 
 gboolean handled() { return TRUE; }
 
+/// The source of a policy that stands for this very text.
+std::string hashSource(const std::string& script) {
+  constexpr std::size_t digestSize = 32;
+  std::array<guint8, digestSize> digest{};
+  gsize size = digest.size();
+  GChecksum* checksum = g_checksum_new(G_CHECKSUM_SHA256);
+  g_checksum_update(checksum, reinterpret_cast<const guchar*>(script.data()),
+                    static_cast<gssize>(script.size()));
+  g_checksum_get_digest(checksum, digest.data(), &size);
+  g_checksum_free(checksum);
+  const GStringPtr text(g_base64_encode(digest.data(), size));
+  return std::string("'sha256-").append(text.get()).append(1, '\'');
+}
+
+/// A link element connects and looks names up in spite of a page's policy.
+constexpr std::array<std::string_view, 9> unwantedFeatures = {"LinkPreconnect",  "LinkPreconnectEarlyHints",
+                                                              "LinkDNSPrefetch", "LinkPrefetch",
+                                                              "LinkPreload",     "BeaconAPI",
+                                                              "MediaDevices",    "ServiceWorkers",
+                                                              "SharedWorker"};
+
 }  // namespace
+
+std::string isolatedContentSecurityPolicy(const std::vector<std::string>& scripts) {
+  std::string policy =
+      "default-src 'none'; style-src 'unsafe-inline'; img-src data:; font-src data:; form-action 'none'; "
+      "base-uri 'none'; script-src";
+  if (scripts.empty()) return policy + " 'none'";
+  // An event handler counts as a script only with this word.
+  policy += " 'unsafe-hashes'";
+  for (const auto& script : scripts) policy.append(1, ' ').append(hashSource(script));
+  return policy;
+}
+
+void isolateSettings(WebKitSettings* settings) {
+  WebKitFeatureList* features = webkit_settings_get_all_features();
+  for (gsize i = 0; i < webkit_feature_list_get_length(features); ++i) {
+    WebKitFeature* feature = webkit_feature_list_get(features, i);
+    for (const auto unwanted : unwantedFeatures) {
+      if (unwanted == webkit_feature_get_identifier(feature))
+        webkit_settings_set_feature_enabled(settings, feature, FALSE);
+    }
+  }
+  webkit_feature_list_unref(features);
+  webkit_settings_set_enable_media_stream(settings, FALSE);
+  webkit_settings_set_enable_webrtc(settings, FALSE);
+  webkit_settings_set_enable_webgl(settings, FALSE);
+  webkit_settings_set_enable_media(settings, FALSE);
+  // A page that is left is gone, and not kept for a way back.
+  webkit_settings_set_enable_page_cache(settings, FALSE);
+  webkit_settings_set_enable_html5_database(settings, FALSE);
+  webkit_settings_set_enable_html5_local_storage(settings, FALSE);
+}
 
 void isolatePage(WebKitWebView* view) {
   g_signal_connect(view, "decide-policy", G_CALLBACK(decidePolicy), nullptr);

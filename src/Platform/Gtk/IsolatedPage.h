@@ -1,14 +1,20 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include <webkit/webkit.h>
 
 namespace platform {
 
-/// What a page may load that is shut off from everything: its own inline styles and scripts, and pictures
-/// that are part of it. For the view's property "default-content-security-policy".
-inline constexpr const char* isolatedContentSecurityPolicy =
-    "default-src 'none'; style-src 'unsafe-inline'; script-src 'unsafe-inline'; img-src data:; font-src "
-    "data:; form-action 'none'; base-uri 'none'";
+/// What a page may load that is shut off from everything: its own inline styles, pictures that are part of
+/// it, and of scripts those whose text is among `scripts`. For the view's property
+/// "default-content-security-policy".
+std::string isolatedContentSecurityPolicy(const std::vector<std::string>& scripts);
+
+/// Turns off what reaches out of a page past such a policy, and what such a page has no use for. Before the
+/// view is made.
+void isolateSettings(WebKitSettings* settings);
 
 /// Keeps the page of `view` from everything that a policy for its content doesn't reach: navigation,
 /// windows, dialogues, downloads, files, permissions, the full screen. Main thread.

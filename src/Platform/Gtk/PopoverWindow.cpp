@@ -265,7 +265,7 @@ void PopoverWindow::onActiveWindowNamed(bool isOurs) {
 
 bool PopoverWindow::closesByItself() const {
   // An ordinary window that vanished would be hard to find again.
-  return behavior == Behavior::transient && !isOrdinaryWindow_ && pins_ == 0;
+  return behavior == Behavior::transient && !isOrdinaryWindow_ && *pins_ == 0;
 }
 
 void PopoverWindow::onActiveChanged() {
@@ -301,8 +301,13 @@ bool PopoverWindow::wasClosedByThisClick() const {
   return isClosedByLastPress_ || now() - closedByItselfAt_ < sameClickTime;
 }
 
+std::shared_ptr<void> PopoverWindow::keepOpen() {
+  pin();
+  return {pins_.get(), [pins = pins_](void*) { --*pins; }};
+}
+
 void PopoverWindow::performClose() {
-  if (isShown_ && pins_ == 0) hide();
+  if (isShown_ && *pins_ == 0) hide();
 }
 
 void PopoverWindow::hide() {

@@ -43,8 +43,11 @@ class PopoverWindow : public NSPopover {
   /// True if the click that is being handled has closed the popover already, by landing outside of it.
   bool wasClosedByThisClick() const;
   /// While at least one is open, going elsewhere closes nothing: a dialogue of ours has the user's attention.
-  void pin() { ++pins_; }
-  void unpin() { --pins_; }
+  void pin() { ++*pins_; }
+  void unpin() { --*pins_; }
+  /// As `pin`, until the last copy of what this gives has gone. It may outlive this window.
+  [[nodiscard]] std::shared_ptr<void> keepOpen();
+  bool isKeptOpen() const noexcept { return *pins_ > 0; }
   /// The window; nullptr before its first need.
   GtkWindow* window() const noexcept { return window_; }
   ToastHost& toasts() noexcept { return toasts_; }
@@ -94,7 +97,7 @@ class PopoverWindow : public NSPopover {
   bool resizesWhenHidden_ = false;
   /// The size, in points, at which the window is moved once more to its place.
   std::optional<std::pair<int, int>> movesAtSize_;
-  int pins_ = 0;
+  std::shared_ptr<int> pins_ = std::make_shared<int>(0);
 };
 
 }  // namespace platform

@@ -103,12 +103,11 @@ StatusNotifierItem::StatusNotifierItem(double length, GDBusConnection* connectio
                       }
                     }) {
   // A key that reaches a window of ours tells what panels don't: their menu, which had the keyboard, is gone.
-  NSEvent::addLocalMonitorForEvents(
-      NSEvent::mask(NSEvent::EventType::keyDown),
-      [this, life = std::weak_ptr(life_)](const NSEvent& event) -> std::optional<NSEvent> {
-        if (!life.expired()) menuExporter_.wasClosed();
-        return event;
-      });
+  keyMonitor_ = NSEvent::addLocalMonitorForEvents(NSEvent::mask(NSEvent::EventType::keyDown),
+                                                  [this](const NSEvent& event) -> std::optional<NSEvent> {
+                                                    menuExporter_.wasClosed();
+                                                    return event;
+                                                  });
   if (connection_ == nullptr) {
     settle();
     return;

@@ -86,8 +86,7 @@ class StatusNotifierItem : public NSStatusItem {
   bool hasTray_ = false;
   bool isSettled_ = false;
   NSPoint lastClick_;
-  /// Held by nobody else: its end tells the monitor of the item's.
-  const std::shared_ptr<const char> life_ = std::make_shared<const char>();
+  NSEvent::MonitorToken keyMonitor_;
 };
 
 }  // namespace platform

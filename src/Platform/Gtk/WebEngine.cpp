@@ -37,6 +37,19 @@ struct RunningDownload {
   WebEngine* engine;
   std::filesystem::path file;
   bool hasFailed = false;
+
+  void start(WebKitDownload* download, const std::string& suggestion) {
+    const auto unused = reserveUnusedFile(downloadFolder(), suggestion);
+    if (!unused) {
+      webkit_download_cancel(download);
+      return;
+    }
+    file = *unused;
+    // The file there is the empty one that keeps the name.
+    webkit_download_set_allow_overwrite(download, TRUE);
+    webkit_download_set_destination(download, file.c_str());
+    engine->notify("Downloading “" + file.filename().string() + "”");
+  }
 };
 
 }  // namespace
@@ -115,6 +128,16 @@ WebKitNetworkSession* WebEngine::session(bool isPersistent) {
   return session.get();
 }
 
+WebKitNetworkSession* WebEngine::sessionToNowhere() {
+  if (nowhere_) return nowhere_.get();
+  nowhere_ = GObjectPtr<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral());
+  // Of the ports that only root can listen on, the first: nothing answers there, so nothing is asked.
+  auto* proxy = webkit_network_proxy_settings_new("http://127.0.0.1:1", nullptr);
+  webkit_network_session_set_proxy_settings(nowhere_.get(), WEBKIT_NETWORK_PROXY_MODE_CUSTOM, proxy);
+  webkit_network_proxy_settings_free(proxy);
+  return nowhere_.get();
+}
+
 GObjectPtr<WebKitSettings> WebEngine::makeSettings() const {
   auto settings = GObjectPtr<WebKitSettings>::adopt(webkit_settings_new());
   static const bool usesGraphics = hasGraphicsHardware();
@@ -141,29 +164,26 @@ void WebEngine::downloadStarted(WebKitDownload* download) {
   g_signal_connect(download, "decide-destination",
                    G_CALLBACK(+[](WebKitDownload* d, const char* suggestion, gpointer data) -> gboolean {
                      auto& self = *static_cast<RunningDownload*>(data);
-                     const auto file =
-                         reserveUnusedFile(downloadFolder(), suggestion != nullptr ? suggestion : "");
-                     if (!file) {
-                       webkit_download_cancel(d);
-                       return TRUE;
-                     }
-                     self.file = *file;
-                     // The file there is the empty one that keeps the name.
-                     webkit_download_set_allow_overwrite(d, TRUE);
-                     webkit_download_set_destination(d, file->c_str());
-                     self.engine->notify("Downloading “" + file->filename().string() + "”");
+                     const std::string name = suggestion != nullptr ? suggestion : "";
+                     self.engine->admitDownload(d, [&self, d, name] { self.start(d, name); });
                      return TRUE;
                    }),
                    running);
-  g_signal_connect(download, "failed", G_CALLBACK(+[](WebKitDownload*, GError* error, gpointer data) {
-                     auto& self = *static_cast<RunningDownload*>(data);
-                     self.hasFailed = true;
-                     std::error_code ignored;
-                     if (!self.file.empty()) std::filesystem::remove(self.file, ignored);
-                     debugLog("WebEngine", "downloadStarted(_:)", forLog(error->message));
-                     self.engine->notify("The download failed: " + std::string(error->message));
-                   }),
-                   running);
+  g_signal_connect(
+      download, "failed", G_CALLBACK(+[](WebKitDownload*, GError* error, gpointer data) {
+        auto& self = *static_cast<RunningDownload*>(data);
+        self.hasFailed = true;
+        // One that the user or the page's end refused is no news.
+        if (g_error_matches(error, WEBKIT_DOWNLOAD_ERROR, WEBKIT_DOWNLOAD_ERROR_CANCELLED_BY_USER) &&
+            self.file.empty()) {
+          return;
+        }
+        std::error_code ignored;
+        if (!self.file.empty()) std::filesystem::remove(self.file, ignored);
+        debugLog("WebEngine", "downloadStarted(_:)", forLog(error->message));
+        self.engine->notify("The download failed: " + std::string(error->message));
+      }),
+      running);
   g_signal_connect(download, "finished", G_CALLBACK(+[](WebKitDownload*, gpointer data) {
                      auto& self = *static_cast<RunningDownload*>(data);
                      if (self.hasFailed) return;

@@ -25,9 +25,16 @@ class WebEngine {
   static bool canSandbox(std::string& reason);
 
   WebKitNetworkSession* session(bool isPersistent);
+  /// For isolated pages: nothing is kept, and every way out ends at a proxy that isn't there, so that no name
+  /// is looked up either.
+  WebKitNetworkSession* sessionToNowhere();
   WebKitWebContext* context() { return context_.get(); }
   /// Settings of one view's own.
   GObjectPtr<WebKitSettings> makeSettings() const;
+
+  /// Decides on a download that a page began: calls `start` if it may go on, at once or later.
+  std::function<void(WebKitDownload* download, std::function<void()> start)> admitDownload =
+      [](WebKitDownload*, const std::function<void()>& start) { start(); };
 
   SitePermissions& permissions() noexcept { return permissions_; }
   PopoverWindow& popover() { return popover_(); }
@@ -44,6 +51,7 @@ class WebEngine {
   GObjectPtr<WebKitWebContext> context_;
   GObjectPtr<WebKitNetworkSession> persistent_;
   GObjectPtr<WebKitNetworkSession> ephemeral_;
+  GObjectPtr<WebKitNetworkSession> nowhere_;
 };
 
 }  // namespace platform

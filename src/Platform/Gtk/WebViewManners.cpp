@@ -1,17 +1,16 @@
 #include "Platform/Gtk/WebViewManners.h"
 
 #include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/Gtk/GtkKeyEvents.h"
+#include "Platform/Gtk/PageDialogues.h"
+#include "Platform/Gtk/PagePermissions.h"
+#include "Platform/Gtk/PageState.h"
+#include "Platform/Gtk/PageWindow.h"
 #include "Platform/NSWorkspace.h"
 
-#include <algorithm>
 #include <array>
 #include <memory>
-#include <string>
 #include <string_view>
-#include <vector>
-
-#include <adwaita.h>
+#include <utility>
 
 namespace platform {
 
@@ -38,16 +37,18 @@ void openOutside(const char* uri) {
   NSWorkspace::shared().open(*url);
 }
 
-std::string originOf(WebKitWebView* view) {
-  const char* uri = webkit_web_view_get_uri(view);
-  auto* origin = webkit_security_origin_new_for_uri(uri != nullptr ? uri : "about:blank");
-  const GStringPtr text(webkit_security_origin_to_string(origin));
-  webkit_security_origin_unref(origin);
-  return text ? text.get() : "";
+/// One window or browser for what the user did once; a page that wants more is told of once.
+bool mayOpen(WebKitWebView* view, WebKitNavigationAction* action, WebEngine& engine) {
+  auto& state = PageState::of(view);
+  if (state.mayOpen(webkit_navigation_action_is_user_gesture(action))) return true;
+  if (!std::exchange(state.hasToldOfOpenings, true))
+    engine.notify("Velkin kept this page from opening more windows");
+  return false;
 }
 
-gboolean decidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
-                      gpointer) {
+gboolean decidePolicy(WebKitWebView* view, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
+                      gpointer data) {
+  auto& engine = *static_cast<WebEngine*>(data);
   if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
     auto* response = WEBKIT_RESPONSE_POLICY_DECISION(decision);
     bool isAttachment = !webkit_response_policy_decision_is_mime_type_supported(response);
@@ -67,244 +68,62 @@ gboolean decidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPoli
       webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
   const char* uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
   if (type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION) {
-    openOutside(uri);
+    if (mayOpen(view, action, engine)) openOutside(uri);
     webkit_policy_decision_ignore(decision);
     return TRUE;
   }
   const GStringPtr scheme(g_uri_parse_scheme(uri));
   if (scheme && !isOwnScheme(scheme.get())) {
-    if (webkit_navigation_action_is_user_gesture(action)) openOutside(uri);
+    if (webkit_navigation_action_is_user_gesture(action) && mayOpen(view, action, engine)) openOutside(uri);
     webkit_policy_decision_ignore(decision);
     return TRUE;
   }
   return FALSE;
 }
 
-/// A small window for what a page opened by script, such as a sign-in. It lives until the page or the user
-/// closes it.
-class PageWindow {
- public:
-  PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engine) {
-    view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", opener, "settings",
-                                         webkit_web_view_get_settings(opener), "user-content-manager",
-                                         webkit_web_view_get_user_content_manager(opener), nullptr));
-    window_ = GTK_WINDOW(gtk_window_new());
-    gtk_window_set_title(window_, "Velkin");
-    watchKeys(window_);
-    if (engine.popover().window() != nullptr)
-      gtk_window_set_transient_for(window_, engine.popover().window());
-    gtk_window_set_child(window_, GTK_WIDGET(view_));
-    teachManners(view_, engine);
-    g_signal_connect_swapped(view_, "ready-to-show", G_CALLBACK(+[](PageWindow* self) { self->show(); }),
-                             this);
-    g_signal_connect_swapped(view_, "close",
-                             G_CALLBACK(+[](PageWindow* self) { gtk_window_destroy(self->window_); }), this);
-    g_signal_connect_swapped(view_, "notify::title", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }),
-                             this);
-    g_signal_connect_swapped(window_, "destroy", G_CALLBACK(+[](PageWindow* self) {
-                               if (self->isShown_) self->engine_.popover().unpin();
-                               std::default_delete<PageWindow>()(self);
-                             }),
-                             this);
-  }
-
-  WebKitWebView* view() const noexcept { return view_; }
-
- private:
-  void show() {
-    WebKitWindowProperties* properties = webkit_web_view_get_window_properties(view_);
-    GdkRectangle wanted;
-    webkit_window_properties_get_geometry(properties, &wanted);
-    const auto within = [](int length, int usual) { return length > 100 ? std::min(length, 1200) : usual; };
-    gtk_window_set_default_size(window_, within(wanted.width, 520), within(wanted.height, 640));
-    isShown_ = true;
-    engine_.popover().pin();
-    gtk_window_present(window_);
-  }
-
-  void retitle() {
-    const char* title = webkit_web_view_get_title(view_);
-    if (title != nullptr && *title != '\0') gtk_window_set_title(window_, title);
-  }
-
-  WebEngine& engine_;
-  WebKitWebView* view_;
-  GtkWindow* window_;
-  bool isShown_ = false;
-};
-
-GtkWidget* create(WebKitWebView* opener, WebKitNavigationAction* action, gpointer engine) {
+GtkWidget* create(WebKitWebView* opener, WebKitNavigationAction* action, gpointer data) {
+  auto& engine = *static_cast<WebEngine*>(data);
+  if (!mayOpen(opener, action, engine)) return nullptr;
   if (webkit_navigation_action_get_navigation_type(action) == WEBKIT_NAVIGATION_TYPE_LINK_CLICKED) {
     openOutside(webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)));
     return nullptr;
   }
-  // The window owns itself: it ends with its last reference, whoever closes it.
-  auto* window = std::make_unique<PageWindow>(opener, *static_cast<WebEngine*>(engine)).release();
-  return GTK_WIDGET(window->view());
+  return GTK_WIDGET(PageWindow::open(opener, engine, teachManners));
 }
 
-struct FileChoice {
-  WebEngine& engine;
-  GObjectPtr<WebKitFileChooserRequest> request;
-};
-
-void fileChosen(GtkNativeDialog* dialog, int response, gpointer data) {
-  const std::unique_ptr<FileChoice> choice(static_cast<FileChoice*>(data));
-  if (response == GTK_RESPONSE_ACCEPT) {
-    GListModel* files = gtk_file_chooser_get_files(GTK_FILE_CHOOSER(dialog));
-    std::vector<std::string> paths;
-    for (guint i = 0; i < g_list_model_get_n_items(files); ++i) {
-      const auto file = GObjectPtr<GFile>::adopt(G_FILE(g_list_model_get_item(files, i)));
-      const GStringPtr path(g_file_get_path(file.get()));
-      if (path) paths.emplace_back(path.get());
-    }
-    g_object_unref(files);
-    std::vector<const char*> pointers;
-    pointers.reserve(paths.size() + 1);
-    for (const auto& path : paths) pointers.push_back(path.c_str());
-    pointers.push_back(nullptr);
-    webkit_file_chooser_request_select_files(choice->request.get(), pointers.data());
-  } else {
-    webkit_file_chooser_request_cancel(choice->request.get());
-  }
-  choice->engine.popover().unpin();
-  g_object_unref(dialog);
-}
-
-gboolean runFileChooser(WebKitWebView* view, WebKitFileChooserRequest* request, gpointer data) {
-  auto& engine = *static_cast<WebEngine*>(data);
-  auto* root = gtk_widget_get_root(GTK_WIDGET(view));
-  const bool takesSeveral = webkit_file_chooser_request_get_select_multiple(request);
-  auto* dialog = gtk_file_chooser_native_new(takesSeveral ? "Choose Files" : "Choose a File",
-                                             GTK_IS_WINDOW(root) ? GTK_WINDOW(root) : nullptr,
-                                             GTK_FILE_CHOOSER_ACTION_OPEN, nullptr, nullptr);
-  gtk_native_dialog_set_modal(GTK_NATIVE_DIALOG(dialog), TRUE);
-  gtk_file_chooser_set_select_multiple(GTK_FILE_CHOOSER(dialog), takesSeveral);
-  if (GtkFileFilter* filter = webkit_file_chooser_request_get_mime_types_filter(request)) {
-    gtk_file_chooser_set_filter(GTK_FILE_CHOOSER(dialog), filter);
-  }
-  engine.popover().pin();
-  auto choice =
-      std::make_unique<FileChoice>(FileChoice{engine, GObjectPtr<WebKitFileChooserRequest>::retain(request)});
-  g_signal_connect(dialog, "response", G_CALLBACK(fileChosen), choice.release());
-  gtk_native_dialog_show(GTK_NATIVE_DIALOG(dialog));
-  return TRUE;
-}
-
-/// What a page wants, as the word under which the answer is kept and as the user reads it.
-struct Wish {
-  const char* kind = nullptr;
-  const char* text = nullptr;
-};
-
-Wish wishOf(WebKitPermissionRequest* request) {
-  if (WEBKIT_IS_GEOLOCATION_PERMISSION_REQUEST(request)) return {"location", "know your location"};
-  if (WEBKIT_IS_NOTIFICATION_PERMISSION_REQUEST(request)) return {"notifications", "show notifications"};
-  if (WEBKIT_IS_CLIPBOARD_PERMISSION_REQUEST(request)) return {"clipboard", "read the clipboard"};
-  if (WEBKIT_IS_WEBSITE_DATA_ACCESS_PERMISSION_REQUEST(request)) {
-    return {"website-data", "use the data that it keeps while you visit other sites"};
-  }
-  if (WEBKIT_IS_USER_MEDIA_PERMISSION_REQUEST(request)) {
-    auto* media = WEBKIT_USER_MEDIA_PERMISSION_REQUEST(request);
-    if (webkit_user_media_permission_is_for_display_device(media)) return {"screen", "see your screen"};
-    const bool wantsCamera = webkit_user_media_permission_is_for_video_device(media);
-    const bool wantsMicrophone = webkit_user_media_permission_is_for_audio_device(media);
-    if (wantsCamera && wantsMicrophone)
-      return {"camera-and-microphone", "use your camera and your microphone"};
-    return wantsCamera ? Wish{"camera", "use your camera"} : Wish{"microphone", "use your microphone"};
-  }
-  return {};
-}
-
-void answer(WebKitPermissionRequest* request, bool isAllowed) {
-  if (isAllowed) {
-    webkit_permission_request_allow(request);
-  } else {
-    webkit_permission_request_deny(request);
-  }
-}
-
-struct Question {
-  WebEngine& engine;
-  GObjectPtr<WebKitPermissionRequest> request;
-  std::string site;
-  std::string kind;
-};
-
-gboolean permissionRequested(WebKitWebView* view, WebKitPermissionRequest* request, gpointer data) {
-  auto& engine = *static_cast<WebEngine*>(data);
-  const auto site = originOf(view);
-  if (WEBKIT_IS_DEVICE_INFO_PERMISSION_REQUEST(request)) {
-    // The names of devices are for those that may use them.
-    const bool mayUse = engine.permissions().answer(site, "camera").value_or(false) ||
-                        engine.permissions().answer(site, "microphone").value_or(false) ||
-                        engine.permissions().answer(site, "camera-and-microphone").value_or(false);
-    answer(request, mayUse);
-    return TRUE;
-  }
-  if (WEBKIT_IS_POINTER_LOCK_PERMISSION_REQUEST(request)) {
-    answer(request, true);
-    return TRUE;
-  }
-  const auto wish = wishOf(request);
-  if (wish.kind == nullptr) {
-    answer(request, false);
-    return TRUE;
-  }
-  if (const auto known = engine.permissions().answer(site, wish.kind)) {
-    answer(request, *known);
-    return TRUE;
-  }
-  auto* root = gtk_widget_get_root(GTK_WIDGET(view));
-  const std::string heading = "Allow this site to " + std::string(wish.text) + "?";
-  GtkWidget* dialog =
-      adw_message_dialog_new(GTK_IS_WINDOW(root) ? GTK_WINDOW(root) : nullptr, heading.c_str(),
-                             (site + "\n\nVelkin will remember your answer for this site.").c_str());
-  adw_message_dialog_add_responses(ADW_MESSAGE_DIALOG(dialog), "block", "Block", "allow", "Allow", nullptr);
-  adw_message_dialog_set_response_appearance(ADW_MESSAGE_DIALOG(dialog), "allow", ADW_RESPONSE_SUGGESTED);
-  adw_message_dialog_set_default_response(ADW_MESSAGE_DIALOG(dialog), "block");
-  adw_message_dialog_set_close_response(ADW_MESSAGE_DIALOG(dialog), "later");
-  engine.popover().pin();
-  auto question = std::make_unique<Question>(
-      Question{engine, GObjectPtr<WebKitPermissionRequest>::retain(request), site, wish.kind});
+/// What was allowed to the page's site, and can be taken back.
+gboolean offerPermissions(WebKitWebView* view, WebKitContextMenu* menu, WebKitHitTestResult*, gpointer data) {
+  if (!originOf(view).starts_with("http")) return FALSE;
+  struct Target {
+    WebKitWebView* view;
+    WebEngine* engine;
+  };
+  GSimpleAction* action = g_simple_action_new("site-permissions", nullptr);
   g_signal_connect_data(
-      dialog, "response", G_CALLBACK(+[](AdwMessageDialog*, const char* response, gpointer asked) {
-        const auto& q = *static_cast<Question*>(asked);
-        const std::string_view chosen = response;
-        answer(q.request.get(), chosen == "allow");
-        // Closing the question is no answer to remember.
-        if (chosen != "later") q.engine.permissions().remember(q.site, q.kind, chosen == "allow");
-        q.engine.popover().unpin();
+      action, "activate", G_CALLBACK(+[](GSimpleAction*, GVariant*, gpointer chosen) {
+        const auto& target = *static_cast<Target*>(chosen);
+        showPermissions(target.view, *target.engine);
       }),
-      question.release(),
-      [](gpointer asked, GClosure*) { std::default_delete<Question>()(static_cast<Question*>(asked)); },
+      std::make_unique<Target>(Target{view, static_cast<WebEngine*>(data)}).release(),
+      [](gpointer target, GClosure*) { std::default_delete<Target>()(static_cast<Target*>(target)); },
       GConnectFlags(0));
-  gtk_window_present(GTK_WINDOW(dialog));
-  return TRUE;
-}
-
-gboolean permissionStateQueried(WebKitWebView*, WebKitPermissionStateQuery* query, gpointer data) {
-  auto& engine = *static_cast<WebEngine*>(data);
-  std::string kind = webkit_permission_state_query_get_name(query);
-  if (kind == "geolocation") kind = "location";
-  if (kind == "clipboard-read") kind = "clipboard";
-  const GStringPtr site(
-      webkit_security_origin_to_string(webkit_permission_state_query_get_security_origin(query)));
-  const auto known = engine.permissions().answer(site ? site.get() : "", kind);
-  auto state = WEBKIT_PERMISSION_STATE_PROMPT;
-  if (known) state = *known ? WEBKIT_PERMISSION_STATE_GRANTED : WEBKIT_PERMISSION_STATE_DENIED;
-  webkit_permission_state_query_finish(query, state);
-  return TRUE;
+  webkit_context_menu_append(menu, webkit_context_menu_item_new_separator());
+  webkit_context_menu_append(menu, webkit_context_menu_item_new_from_gaction(
+                                       G_ACTION(action), "Permissions of this site…", nullptr));
+  g_object_unref(action);
+  return FALSE;
 }
 
 }  // namespace
 
 void teachManners(WebKitWebView* view, WebEngine& engine) {
-  g_signal_connect(view, "decide-policy", G_CALLBACK(decidePolicy), nullptr);
+  // From the start: it counts the presses.
+  PageState::of(view);
+  g_signal_connect(view, "decide-policy", G_CALLBACK(decidePolicy), &engine);
   g_signal_connect(view, "create", G_CALLBACK(create), &engine);
-  g_signal_connect(view, "run-file-chooser", G_CALLBACK(runFileChooser), &engine);
-  g_signal_connect(view, "permission-request", G_CALLBACK(permissionRequested), &engine);
-  g_signal_connect(view, "query-permission-state", G_CALLBACK(permissionStateQueried), &engine);
+  g_signal_connect(view, "context-menu", G_CALLBACK(offerPermissions), &engine);
+  serveDialogues(view, engine);
+  askForPermissions(view, engine);
 }
 
 }  // namespace platform

@@ -48,6 +48,8 @@ std::unique_ptr<NSHostingView> HeadlessPlatform::makeHostingView(View root) {
   return std::make_unique<HeadlessHostingView>(std::move(root));
 }
 
+std::unique_ptr<NSTextView> HeadlessPlatform::makeTextView() { return made<NSTextView>(textViews); }
+
 std::unique_ptr<TISInputSource> HeadlessPlatform::copyCurrentASCIICapableKeyboardLayoutInputSource() {
   if (!keyboardLayout) return nullptr;
   return std::make_unique<HeadlessInputSource>(*keyboardLayout);

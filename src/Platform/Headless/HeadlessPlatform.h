@@ -2,12 +2,14 @@
 
 #include "Platform/Headless/HeadlessApplication.h"
 #include "Platform/Headless/HeadlessDesktop.h"
+#include "Platform/Headless/HeadlessDialogs.h"
 #include "Platform/Headless/HeadlessEventTarget.h"
 #include "Platform/Headless/HeadlessPanel.h"
 #include "Platform/Headless/HeadlessPasteboard.h"
 #include "Platform/Headless/HeadlessPopover.h"
 #include "Platform/Headless/HeadlessQueue.h"
 #include "Platform/Headless/HeadlessStatusItem.h"
+#include "Platform/Headless/HeadlessTextView.h"
 #include "Platform/Headless/HeadlessURLSession.h"
 #include "Platform/Headless/HeadlessUserDefaults.h"
 #include "Platform/Headless/HeadlessViewTree.h"
@@ -32,6 +34,7 @@ class HeadlessPlatform : public Platform {
   HeadlessApplication app;
   HeadlessWorkspace workspace;
   HeadlessPasteboard pasteboard;
+  HeadlessDialogs openDialogs;
   HeadlessDistributedNotificationCenter distributedNotifications;
   NSBundle bundle;
   std::optional<NSAppearance> appearance = NSAppearance{NSAppearanceNameAqua};
@@ -51,6 +54,7 @@ class HeadlessPlatform : public Platform {
   std::vector<HeadlessPopover*> popovers;
   std::vector<HeadlessPanel*> panels;
   std::vector<HeadlessWebView*> webViews;
+  std::vector<HeadlessTextView*> textViews;
 
   DispatchQueue& mainQueue() override { return queue; }
   double now() const override { return queue.now(); }
@@ -58,6 +62,7 @@ class HeadlessPlatform : public Platform {
   const NSBundle& mainBundle() const override { return bundle; }
   NSWorkspace& sharedWorkspace() override { return workspace; }
   NSPasteboard& generalPasteboard() override { return pasteboard; }
+  Dialogs& dialogs() override { return openDialogs; }
   NSDistributedNotificationCenter& distributedNotificationCenter() override {
     return distributedNotifications;
   }
@@ -69,6 +74,7 @@ class HeadlessPlatform : public Platform {
   std::unique_ptr<NSPanel> makePanel(NSRect contentRect, std::uint32_t styleMask) override;
   std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) override;
   std::unique_ptr<NSHostingView> makeHostingView(View root) override;
+  std::unique_ptr<NSTextView> makeTextView() override;
   NSUserDefaults& standardUserDefaults() override {
     return otherUserDefaults != nullptr ? *otherUserDefaults : userDefaults;
   }

@@ -24,9 +24,34 @@ HeadlessView::HeadlessView(const Element& shown) : element_(shown) {
     hosted = host->makeNSView();
     host->updateNSView(*hosted);
   }
+  applyPlace();
 }
 
-HeadlessView::~HeadlessView() = default;
+HeadlessView::~HeadlessView() {
+  if (element_.modifiers.place) element_.modifiers.place->find = {};
+}
+
+std::string_view HeadlessView::kind() const {
+  return std::visit(
+      ByKind{
+          [](const EmptyContent&) { return "empty"; }, [](const TextContent&) { return "text"; },
+          [](const ImageContent&) { return "image"; },
+          [](const ButtonContent& button) { return button.style == ButtonStyle::link ? "link" : "button"; },
+          [](const TextFieldContent&) { return "text field"; },
+          [](const TextEditorContent&) { return "text editor"; },
+          [](const PickerContent&) { return "picker"; }, [](const CheckBoxContent&) { return "check box"; },
+          [](const ProgressContent&) { return "progress"; }, [](const DividerContent&) { return "divider"; },
+          [](const SpacerContent&) { return "spacer"; }, [](const StackContent&) { return "stack"; },
+          [](const GridContent&) { return "grid"; }, [](const ScrollContent&) { return "scroll view"; },
+          [](const GroupContent&) { return "group"; }, [](const ForEachContent&) { return "rows"; },
+          [](const PopoverContent&) { return "popover"; }, [](const HostedContent&) { return "hosted view"; },
+          [](const CompositeContent&) { return "view of the program"; }},
+      element_.content);
+}
+
+void HeadlessView::applyPlace() {
+  if (element_.modifiers.place) element_.modifiers.place->find = [this] { return place; };
+}
 
 std::string HeadlessView::text() const {
   std::string words;
@@ -84,8 +109,16 @@ void HeadlessView::hover(bool isInside) {
   if (action) action(isInside);
 }
 
+void HeadlessView::holdDown(bool isDown) {
+  if (!isEnabled()) return;
+  const auto action = element_.modifiers.onPress;
+  if (action) action(isDown);
+}
+
 void HeadlessView::update(const Element& element) {
+  if (element_.modifiers.place) element_.modifiers.place->find = {};
   element_ = element;
+  applyPlace();
   ++updateCount;
   if (const auto* host = std::get_if<HostedContent>(&element_.content)) host->updateNSView(*hosted);
 }

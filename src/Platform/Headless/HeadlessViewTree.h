@@ -32,12 +32,20 @@ class HeadlessView : public RenderedView {
   void commit();
   void select(int option);
   void hover(bool isInside);
+  /// As a mouse button that goes down on it, or comes up again.
+  void holdDown(bool isDown);
+  /// What it is, in a word.
+  std::string_view kind() const;
+  /// Where it is said to lie, for who asks by a `ViewPlace`.
+  std::optional<ViewPlace::InWindow> place;
   bool isEnabled() const;
 
   void update(const Element& element) override;
   void setChildren(std::span<RenderedView* const> children) override;
 
  private:
+  void applyPlace();
+
   Element element_;
   HeadlessView* parent_ = nullptr;
   std::vector<HeadlessView*> children_;

@@ -10,8 +10,23 @@ inline constexpr double infinity = std::numeric_limits<double>::infinity();
 
 enum class Axis { horizontal, vertical, depth };
 enum class Alignment { leading, center, trailing, top, bottom, fill };
-enum class ButtonStyle { bordered, borderless, prominent };
-enum class PickerStyle { menu, segmented, radioGroup };
+enum class ButtonStyle { bordered, borderless, prominent, link };
+/// `radioRow` is a radio group side by side.
+enum class PickerStyle { menu, segmented, radioGroup, radioRow };
+/// `none` is for what only decorates: assistive tools pass over it.
+enum class AccessibilityRole {
+  none,
+  alert,
+  button,
+  group,
+  heading,
+  image,
+  link,
+  list,
+  listItem,
+  status,
+  toolbar
+};
 
 /// Sizes and weights as the desktop sets them for each role.
 enum class Font {
@@ -56,7 +71,7 @@ constexpr double preferredPointSize(Font role) noexcept {
   return 13;
 }
 
-enum class FontWeight { regular, medium, bold };
+enum class FontWeight { regular, light, medium, bold };
 enum class FontDesign { standard, monospaced };
 
 /// The desktop's font at a size of one's own.

@@ -18,6 +18,7 @@ View made(Content content, Views children = {}) {
 bool isTransparent(const Element& element) {
   return std::holds_alternative<CompositeContent>(element.content) ||
          std::holds_alternative<GroupContent>(element.content) ||
+         std::holds_alternative<ForEachContent>(element.content) ||
          std::holds_alternative<PopoverContent>(element.content);
 }
 
@@ -133,6 +134,26 @@ View View::accessibilityLabel(std::string label) const {
   return modified([&](Modifiers& m) { m.label = std::move(label); });
 }
 
+View View::accessibilityRole(AccessibilityRole role) const {
+  return modified([&](Modifiers& m) { m.role = role; });
+}
+
+View View::leavesKeyboard() const {
+  return modified([](Modifiers& m) { m.leavesKeyboard = true; });
+}
+
+View View::onPress(std::function<void(bool)> action) const {
+  return modified([&](Modifiers& m) { m.onPress = std::move(action); });
+}
+
+View View::selectable() const {
+  return modified([](Modifiers& m) { m.isSelectable = true; });
+}
+
+View View::placed(std::shared_ptr<ViewPlace> place) const {
+  return modified([&](Modifiers& m) { m.place = std::move(place); });
+}
+
 View View::popover(Binding<bool> isPresented, std::function<View()> content) const {
   Views children = {*this, isPresented.get() ? content() : View()};
   return View(Element{PopoverContent{std::move(isPresented)}, {}, std::move(children)});
@@ -145,6 +166,11 @@ View detail::withChangeHandler(const View& view, ChangeHandler handler) {
                      : view.element();
   copy.modifiers.onChange.push_back(std::move(handler));
   return View(std::move(copy));
+}
+
+View detail::composite(std::type_index type, std::shared_ptr<const void> view, std::function<View()> body,
+                       std::vector<DynamicProperty*> properties) {
+  return made(CompositeContent{type, std::move(view), std::move(body), std::move(properties)});
 }
 
 View EmptyView() { return {}; }
@@ -195,8 +221,12 @@ View ZStack(Views children) {
 }
 
 View Grid(Views rows, GridContent options) { return made(options, std::move(rows)); }
-View ScrollView(View content) { return made(ScrollContent{}, {std::move(content)}); }
+View ScrollView(View content, Axis axis) { return made(ScrollContent{axis}, {std::move(content)}); }
 View Group(Views children) { return made(GroupContent{}, std::move(children)); }
+View ForEach(std::vector<std::string> keys, Views children) {
+  keys.resize(children.size());
+  return made(ForEachContent{std::move(keys)}, std::move(children));
+}
 
 View HostedView(const void* identity, std::function<NSView*()> make, std::function<void(NSView&)> update) {
   return made(HostedContent{identity, std::move(make), std::move(update)});

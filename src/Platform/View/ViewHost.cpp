@@ -5,6 +5,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <string_view>
 #include <utility>
 
 namespace platform {
@@ -31,6 +35,8 @@ struct ViewHost::Node {
   View view;
   Node* parent = nullptr;
   std::vector<std::unique_ptr<Node>> children;
+  /// The children's, if they have any.
+  std::vector<std::string> keys;
   std::unique_ptr<RenderedView> rendered;
   std::vector<Subscription> subscriptions;
   /// Set by observers, on any thread.
@@ -47,7 +53,34 @@ const Content* contentOf(const View& view) {
 bool hasWidget(const Element& element) {
   return !std::holds_alternative<EmptyContent>(element.content) &&
          !std::holds_alternative<CompositeContent>(element.content) &&
-         !std::holds_alternative<GroupContent>(element.content);
+         !std::holds_alternative<GroupContent>(element.content) &&
+         !std::holds_alternative<ForEachContent>(element.content);
+}
+
+std::vector<std::string> keysOf(const Element& element) {
+  const auto* rows = std::get_if<ForEachContent>(&element.content);
+  return rows != nullptr ? rows->keys : std::vector<std::string>();
+}
+
+/// For each view that is to stand there now, the place of the one that it goes on from: by key where there
+/// are keys, else by position.
+std::vector<std::optional<std::size_t>> placesBefore(const std::vector<std::string>& keysBefore,
+                                                     const std::vector<std::string>& keysNow,
+                                                     std::size_t countBefore, std::size_t countNow) {
+  std::vector<std::optional<std::size_t>> places(countNow);
+  if (keysNow.empty() && keysBefore.empty()) {
+    for (std::size_t i = 0; i < std::min(countNow, countBefore); ++i) places[i] = i;
+    return places;
+  }
+  std::multimap<std::string_view, std::size_t> free;
+  for (std::size_t i = 0; i < keysBefore.size(); ++i) free.emplace(keysBefore[i], i);
+  for (std::size_t i = 0; i < keysNow.size(); ++i) {
+    const auto found = free.lower_bound(keysNow[i]);
+    if (found == free.end() || found->first != keysNow[i]) continue;
+    places[i] = found->second;
+    free.erase(found);
+  }
+  return places;
 }
 
 /// True if what stands for `before` can go on standing for `now`.
@@ -61,6 +94,11 @@ bool isSameKind(const View& before, const View& now) {
   }
   if (const auto* stack = contentOf<StackContent>(now)) {
     return (stack->axis == Axis::depth) == (contentOf<StackContent>(before)->axis == Axis::depth);
+  }
+  if (const auto* button = contentOf<ButtonContent>(now)) {
+    // For assistive tools a link is another kind of thing.
+    return (button->style == ButtonStyle::link) ==
+           (contentOf<ButtonContent>(before)->style == ButtonStyle::link);
   }
   if (const auto* picker = contentOf<PickerContent>(now)) {
     return picker->style == contentOf<PickerContent>(before)->style;
@@ -109,6 +147,7 @@ std::unique_ptr<ViewHost::Node> ViewHost::mount(View view, Node* parent) {
   const auto& element = node->view.element();
   if (hasWidget(element)) node->rendered = renderer_->render(element);
   for (auto& child : childrenOf(element)) node->children.push_back(mount(std::move(child), node.get()));
+  node->keys = keysOf(element);
   arrange(*node);
   if (element.modifiers.onAppear) element.modifiers.onAppear();
   return node;
@@ -155,19 +194,22 @@ void ViewHost::reconcile(std::unique_ptr<Node>& node, View view, Node* parent) {
 
 void ViewHost::reconcileChildren(Node& node) {
   Views now = childrenOf(node.view.element());
+  auto keys = keysOf(node.view.element());
+  auto before = std::exchange(node.children, {});
+  const auto places = placesBefore(node.keys, keys, before.size(), now.size());
+  node.keys = std::move(keys);
   for (std::size_t i = 0; i < now.size(); ++i) {
-    if (i < node.children.size()) {
-      reconcile(node.children[i], std::move(now[i]), &node);
+    if (places[i]) {
+      node.children.push_back(std::move(before[*places[i]]));
+      reconcile(node.children.back(), std::move(now[i]), &node);
     } else {
       node.children.push_back(mount(std::move(now[i]), &node));
     }
   }
-  std::vector<std::unique_ptr<Node>> removed;
-  while (node.children.size() > now.size()) {
-    unmount(*node.children.back());
-    removed.push_back(std::move(node.children.back()));
-    node.children.pop_back();
+  for (const auto& left : before) {
+    if (left) unmount(*left);
   }
+  // What is left goes after this, when its widgets stand nowhere any more.
   arrange(node);
 }
 
@@ -179,8 +221,35 @@ void ViewHost::collect(const Node& node, std::vector<RenderedView*>& into) {
   for (const auto& child : node.children) collect(*child, into);
 }
 
+void ViewHost::collectRows(const Node& node, std::vector<RenderedView::Row>& rows) {
+  if (node.rendered) {
+    rows.push_back({node.rendered.get()});
+  } else if (contentOf<GroupContent>(node.view) != nullptr) {
+    auto& row = rows.emplace_back();
+    for (const auto& cell : node.children) {
+      const auto size = row.size();
+      collect(*cell, row);
+      if (row.size() == size) row.push_back(nullptr);
+    }
+  } else {
+    for (const auto& child : node.children) collectRows(*child, rows);
+  }
+}
+
+void RenderedView::setRows(std::span<const Row> rows) {
+  Row all;
+  for (const auto& row : rows) std::copy_if(row.begin(), row.end(), std::back_inserter(all), std::identity());
+  setChildren(all);
+}
+
 void ViewHost::arrange(Node& node) {
   if (!node.rendered) return;
+  if (contentOf<GridContent>(node.view) != nullptr) {
+    std::vector<RenderedView::Row> rows;
+    for (const auto& child : node.children) collectRows(*child, rows);
+    node.rendered->setRows(rows);
+    return;
+  }
   std::vector<RenderedView*> views;
   for (const auto& child : node.children) collect(*child, views);
   node.rendered->setChildren(views);

@@ -37,6 +37,7 @@ class ViewHost {
   void arrangeAround(Node* node);
   static Views childrenOf(const Element& element);
   static void collect(const Node& node, std::vector<RenderedView*>& into);
+  static void collectRows(const Node& node, std::vector<RenderedView::Row>& rows);
 
   std::unique_ptr<ViewRenderer> renderer_;
   std::shared_ptr<Invalidation> invalidation_;

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <span>
+#include <vector>
 
 namespace platform {
 
@@ -15,6 +16,9 @@ class RenderedView {
   virtual void update(const Element& element) = 0;
   /// The rendered views inside, in their order. Those that were there before stay what they are.
   virtual void setChildren(std::span<RenderedView* const> children) = 0;
+  /// What a grid gets in the place of children. nullptr is an empty cell.
+  using Row = std::vector<RenderedView*>;
+  virtual void setRows(std::span<const Row> rows);
 };
 
 /// Makes the platform's counterparts of elements. Main thread.

@@ -186,5 +186,14 @@ TEST(MarkdownHtmlHelperTest, followsTheDesktopsColouring) {
   EXPECT_EQ(parser.html("> a"), MarkdownHtmlHelper(true).makeQuoteHTMLString("a"));
 }
 
+TEST(MarkdownHtmlHelper, itsScriptsAreThoseOfThePageToTheLetter) {
+  const auto scripts = MarkdownHtmlHelper::pageScripts();
+  ASSERT_EQ(scripts.size(), 2U);
+  const auto page = MarkdownHtmlHelper(false).makeHTMLString(
+      MarkdownHtmlHelper::makeParser(false).html("```\ncode\n```\n"));
+  EXPECT_NE(page.find("<script>" + scripts[0] + "</script>"), std::string::npos);
+  EXPECT_NE(page.find("onclick=\"" + scripts[1] + "\""), std::string::npos);
+}
+
 }  // namespace
 }  // namespace velkin

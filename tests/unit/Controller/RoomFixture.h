@@ -27,8 +27,13 @@ class RoomFixture : public testing::Test {
   /// The content as it is after a switch to `view`.
   void show(WebViewSwitchType view) {
     content.currentWebView = content.pages[view];
+    content.view = view;
     defaults.set(rawValue(view), UserDefault::lastVisibleWebView);
     content.show(views.container());
+  }
+  void showPopover() {
+    if (!item) item = menuBar.statusItem(28);
+    content.popover->show(item->button()->bounds(), *item->button(), platform::NSRectEdge::maxY);
   }
   static ServicePages makePages() {
     using enum WebViewSwitchType;
@@ -43,6 +48,8 @@ class RoomFixture : public testing::Test {
   std::vector<std::string> log;
   PopoverContent content{platform::NSPopover::make(), makePages()};
   ViewFactory views{{}, content};
+  platform::NSStatusBar menuBar;
+  std::unique_ptr<platform::NSStatusItem> item;
 };
 
 }  // namespace velkin

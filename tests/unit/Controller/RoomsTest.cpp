@@ -167,12 +167,13 @@ class FindingTest : public RoomFixture {
   Finding finding{content};
 };
 
-TEST_F(FindingTest, NeedsAPageOrTheReleaseNotes) {
+TEST_F(FindingTest, NeedsAPage) {
   finding.toggle();
   EXPECT_FALSE(isSearching());
   show(chatgpt);
   finding.toggle();
   EXPECT_TRUE(isSearching());
+  showPopover();
   EXPECT_TRUE(finding.end());
   EXPECT_FALSE(isSearching());
   EXPECT_FALSE(finding.end());
@@ -200,6 +201,14 @@ TEST_F(PageCommandsTest, ActOnTheMainPage) {
   EXPECT_EQ(page(jira).reloads, 0) << "the menu closes first";
   desktop.queue.drain();
   EXPECT_EQ(page(jira).reloads, 1);
+}
+
+TEST_F(PageCommandsTest, AReloadMeansANewPageForTheScripts) {
+  show(chatgpt);
+  content.scripting->chatSubmitClicked = true;
+  commands.reload();
+  desktop.queue.drain();
+  EXPECT_FALSE(content.scripting->chatSubmitClicked);
 }
 
 TEST_F(PageCommandsTest, TheOriginIsTheConfiguredAddress) {

@@ -45,6 +45,20 @@ TEST_F(SitePermissionsTest, RemembersEachSiteAndKindBeyondTheProcess) {
   EXPECT_EQ(again.answer("https://b.test", "camera"), std::nullopt);
 }
 
+TEST_F(SitePermissionsTest, AnAnswerThatIsTakenBackIsForgottenBeyondTheProcess) {
+  {
+    SitePermissions permissions(file());
+    permissions.remember("https://a.test", "camera", true);
+    permissions.remember("https://a.test", "location", true);
+    permissions.forget("https://a.test", "camera");
+    permissions.forget("https://b.test", "camera");
+    EXPECT_EQ(permissions.answer("https://a.test", "camera"), std::nullopt);
+  }
+  const SitePermissions again(file());
+  EXPECT_EQ(again.answer("https://a.test", "camera"), std::nullopt);
+  EXPECT_EQ(again.answer("https://a.test", "location"), true);
+}
+
 TEST_F(SitePermissionsTest, AFileThatIsNoneIsReportedAndAsksAgain) {
   for (const char* content : {"", "{\"https://a.test\":", "[1,2]", "\xff\xfe"}) {
     std::filesystem::create_directories(file().parent_path());

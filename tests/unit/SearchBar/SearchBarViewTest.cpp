@@ -31,8 +31,8 @@ class SearchBarViewTest : public testing::Test {
   }
   ~SearchBarViewTest() override { platform::setDebugLogSink({}); }
 
-  void open() {
-    controller = std::make_shared<Controller>(SearchBarView{});
+  void open(SearchBarView content = {}) {
+    controller = std::make_shared<Controller>(std::move(content));
     controller->view();
     settle();
   }
@@ -528,6 +528,33 @@ TEST_F(SearchBarViewTest, theAnswersPageIsShutOffFromEverything) {
   EXPECT_TRUE(configuration.isIsolated);
   EXPECT_FALSE(configuration.usesPersistentDataStore);
   EXPECT_TRUE(configuration.userContentController.messageHandlers.empty());
+}
+
+TEST_F(SearchBarViewTest, panelsShareAViewThatIsEmptyBetweenThem) {
+  const auto kept = std::make_shared<KeptAnswerView>();
+  for (const std::string text : {"first", "second", "third"}) {
+    open(SearchBarView{.page = std::make_shared<AnswerPage>(kept)});
+    answerWith(text);
+    ask(text);
+    const auto& loads = desktop.webViews.back()->htmlLoads;
+    EXPECT_NE(loads.back().find(text), std::string::npos);
+    controller.reset();
+    settle();
+    EXPECT_EQ(loads.back(), "") << "nothing of an answer outlives its panel";
+    EXPECT_EQ(desktop.webViews.back()->pageZoom(), 1);
+  }
+  EXPECT_EQ(desktop.webViews.size(), 1U);
+}
+
+TEST_F(SearchBarViewTest, aPanelThatGoesLateLeavesTheNextOnesAnswerAlone) {
+  const auto kept = std::make_shared<KeptAnswerView>();
+  auto earlier = std::make_shared<AnswerPage>(kept);
+  earlier->controller();
+  open(SearchBarView{.page = std::make_shared<AnswerPage>(kept)});
+  answerWith("later");
+  ask("later");
+  earlier.reset();
+  EXPECT_NE(desktop.webViews.back()->htmlLoads.back().find("later"), std::string::npos);
 }
 
 TEST_F(SearchBarViewTest, typingBelowAnAnswerLoadsNothingAgain) {

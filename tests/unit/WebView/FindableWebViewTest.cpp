@@ -20,6 +20,7 @@ class FindableWebViewTest : public AppFixture {
       pages.emplace(type, helper.getWebUIView(type));
     }
     state->showToolbar.set(false);
+    desktop.attachedScreens = {{{{0, 0}, {5120, 2880}}, {{0, 0}, {5120, 2850}}}};
   }
 
   /// The container with the page of `main` in the main place.
@@ -227,6 +228,17 @@ TEST_F(FindableWebViewTest, ASmallOneHidesThemAndTheyComeBackWhenItGrows) {
   state->isJiring.set(true);
   desktop.queue.drain();
   EXPECT_EQ(tree.all<platform::HostedContent>().size(), 2U);
+}
+
+TEST_F(FindableWebViewTest, ASidebarsShareIsOfWhatTheScreenHas) {
+  desktop.attachedScreens = {{{{0, 0}, {1600, 1200}}, {{0, 0}, {1600, 1100}}}};
+  state->isJiring.set(true);
+  setSize(3840, 2160);
+  NSHostingController wide(container());
+  EXPECT_DOUBLE_EQ(*sidebarFrames(platform::headlessTree(wide)).at(0).width, 240);
+  setSize(600, 2160);
+  NSHostingController tall(container());
+  EXPECT_DOUBLE_EQ(*sidebarFrames(platform::headlessTree(tall)).at(0).height, 231);
 }
 
 TEST_F(FindableWebViewTest, ASidebarsWidthFollowsTheWindows) {

@@ -3,6 +3,7 @@
 #include "Platform/View/State.h"
 #include "Platform/View/ViewHost.h"
 
+#include <algorithm>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -291,6 +292,151 @@ TEST_F(ViewHostTest, ABubblesContentExistsWhileItIsPresented) {
   tree->control("Open")->press();
   desktop.queue.drain();
   EXPECT_TRUE(tree->showsText("Inside"));
+}
+
+struct Row {
+  std::string name;
+  State<int> count{0};
+
+  View body() const {
+    return HStack({Text(name + " " + std::to_string(count.get())),
+                   Button("Count " + name, [count = count] { count.set(count.get() + 1); })});
+  }
+};
+
+struct Rows {
+  State<std::vector<std::string>> names{std::vector<std::string>{"a", "b", "c"}};
+
+  View body() const {
+    return VStack({ForEach(
+        names.get(), [](const std::string& name) { return name; },
+        [](const std::string& name) { return Row{name}; })});
+  }
+};
+
+TEST_F(ViewHostTest, KeyedRowsKeepTheirStateAndTheirPlaceOnTheScreenWhereverTheyMove) {
+  Rows rows;
+  const auto tree = hosted(rows);
+  tree->control("Count a")->press();
+  desktop.queue.drain();
+  const auto* first = tree->all<TextContent>().front();
+  ASSERT_EQ(first->text(), "a 1");
+  rows.names.set({"c", "b", "a"});
+  desktop.queue.drain();
+  EXPECT_EQ(tree->roots().front()->text(), "c 0 Count c b 0 Count b a 1 Count a");
+  const auto texts = tree->all<TextContent>();
+  EXPECT_NE(std::find(texts.begin(), texts.end(), first), texts.end());
+  EXPECT_EQ(first->text(), "a 1");
+}
+
+TEST_F(ViewHostTest, ANewKeyedRowTakesNobodysState) {
+  Rows rows;
+  const auto tree = hosted(rows);
+  tree->control("Count a")->press();
+  desktop.queue.drain();
+  rows.names.set({"new", "a"});
+  desktop.queue.drain();
+  EXPECT_TRUE(tree->showsText("new 0"));
+  EXPECT_TRUE(tree->showsText("a 1"));
+  EXPECT_FALSE(tree->showsText("b 0"));
+  rows.names.set({"b", "a"});
+  desktop.queue.drain();
+  EXPECT_TRUE(tree->showsText("b 0"));
+}
+
+TEST_F(ViewHostTest, RowsOfTheSameKeyGoOnInTheirOrder) {
+  Rows rows;
+  rows.names.set({"x", "x"});
+  const auto tree = hosted(rows);
+  tree->control("Count x")->press();
+  desktop.queue.drain();
+  rows.names.set({"new", "x", "x"});
+  desktop.queue.drain();
+  EXPECT_EQ(tree->roots().front()->text(), "new 0 Count new x 1 Count x x 0 Count x");
+  rows.names.set({});
+  desktop.queue.drain();
+  EXPECT_EQ(tree->roots().front()->text(), "");
+}
+
+/// Remembers the rows that a grid is given.
+class GridRecorder : public RenderedView {
+ public:
+  explicit GridRecorder(const Element& element) { GridRecorder::update(element); }
+  void update(const Element& element) override {
+    const auto* text = std::get_if<TextContent>(&element.content);
+    name = text != nullptr ? text->text : "";
+  }
+  void setChildren(std::span<RenderedView* const>) override {}
+  void setRows(std::span<const Row> given) override {
+    rows.clear();
+    for (const auto& row : given) {
+      auto& names = rows.emplace_back();
+      for (auto* cell : row) names.push_back(cell != nullptr ? dynamic_cast<GridRecorder*>(cell)->name : "-");
+    }
+  }
+  std::string name;
+  std::vector<std::vector<std::string>> rows;
+};
+
+class GridRenderer : public ViewRenderer {
+ public:
+  std::unique_ptr<RenderedView> render(const Element& element) override {
+    auto view = std::make_unique<GridRecorder>(element);
+    if (std::holds_alternative<GridContent>(element.content)) grid = view.get();
+    return view;
+  }
+  void setRoot(std::span<RenderedView* const>) override {}
+  GridRecorder* grid = nullptr;
+};
+
+struct CellRow {
+  std::string name;
+  View body() const { return Group({Text(name + "1"), Text(name + "2")}); }
+};
+
+TEST_F(ViewHostTest, AGridIsToldItsRowsWithTheirEmptyCells) {
+  auto renderer = std::make_unique<GridRenderer>();
+  const auto& seen = *renderer;
+  const std::vector<std::string> names = {"p", "q"};
+  const ViewHost host(
+      Grid({Group({Text("a"), when(false, [] { return Text("b"); }), Text("c")}), EmptyView(), Text("alone"),
+            CellRow{"r"},
+            ForEach(
+                names, [](const auto& n) { return n; }, [](const auto& n) { return CellRow{n}; })}),
+      std::move(renderer));
+  EXPECT_EQ(seen.grid->rows, (std::vector<std::vector<std::string>>{
+                                 {"a", "-", "c"}, {"alone"}, {"r1", "r2"}, {"p1", "p2"}, {"q1", "q2"}}));
+}
+
+TEST_F(ViewHostTest, APlaceIsKnownWhileItsViewStands) {
+  const auto place = std::make_shared<ViewPlace>();
+  auto tree = hosted(VStack({Text("here").placed(place)}));
+  EXPECT_FALSE(place->inWindow().has_value());
+  tree->all<TextContent>().front()->place = ViewPlace::InWindow{3, {{1, 2}, {30, 40}}};
+  ASSERT_TRUE(place->inWindow().has_value());
+  EXPECT_EQ(place->inWindow()->windowNumber, 3);
+  tree.reset();
+  EXPECT_FALSE(place->inWindow().has_value());
+}
+
+TEST_F(ViewHostTest, EveryKindHasAWordForTests) {
+  const auto tree = hosted(VStack({Button(
+                                       "go", [] {}, ButtonStyle::link),
+                                   CheckBox("c", Binding<bool>::constant(true))}));
+  EXPECT_EQ(tree->roots().front()->kind(), "stack");
+  EXPECT_EQ(tree->control("go")->kind(), "link");
+  EXPECT_EQ(tree->control("c")->kind(), "check box");
+}
+
+TEST_F(ViewHostTest, HoldingDownTellsOfBothEndsUnlessDisabled) {
+  std::vector<bool> told;
+  const auto note = [&](bool isDown) { told.push_back(isDown); };
+  const auto tree = hosted(VStack({Text("a").onPress(note), Text("b").onPress(note).disabled(true)}));
+  for (auto* text : tree->all<TextContent>()) {
+    text->holdDown(true);
+    text->holdDown(false);
+  }
+  EXPECT_EQ(told, (std::vector<bool>{true, false}));
 }
 
 }  // namespace

@@ -1,0 +1,242 @@
+#include "Platform/Gtk/PageDialogues.h"
+
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/PageState.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtk/gtkunixprint.h>
+
+namespace platform {
+
+namespace {
+
+class FileChoice : public PageDialogue {
+ public:
+  FileChoice(WebKitWebView* view, WebEngine& engine, WebKitFileChooserRequest* request)
+      : view_(view),
+        request_(GObjectPtr<WebKitFileChooserRequest>::retain(request)),
+        pin_(engine.popover().keepOpen()) {
+    const bool takesSeveral = webkit_file_chooser_request_get_select_multiple(request);
+    dialog_ = GObjectPtr<GtkFileChooserNative>::adopt(
+        gtk_file_chooser_native_new(takesSeveral ? "Choose Files" : "Choose a File", windowOf(view),
+                                    GTK_FILE_CHOOSER_ACTION_OPEN, nullptr, nullptr));
+    gtk_native_dialog_set_modal(GTK_NATIVE_DIALOG(dialog_.get()), TRUE);
+    gtk_file_chooser_set_select_multiple(GTK_FILE_CHOOSER(dialog_.get()), takesSeveral);
+    if (GtkFileFilter* filter = webkit_file_chooser_request_get_mime_types_filter(request))
+      gtk_file_chooser_set_filter(GTK_FILE_CHOOSER(dialog_.get()), filter);
+    g_signal_connect(dialog_.get(), "response",
+                     G_CALLBACK(+[](GtkNativeDialog*, int response, gpointer self) {
+                       static_cast<FileChoice*>(self)->chosen(response == GTK_RESPONSE_ACCEPT);
+                     }),
+                     this);
+    gtk_native_dialog_show(GTK_NATIVE_DIALOG(dialog_.get()));
+  }
+
+  ~FileChoice() override {
+    g_signal_handlers_disconnect_by_data(dialog_.get(), this);
+    gtk_native_dialog_destroy(GTK_NATIVE_DIALOG(dialog_.get()));
+    if (request_) webkit_file_chooser_request_cancel(request_.get());
+  }
+
+ private:
+  void chosen(bool isAccepted) {
+    if (isAccepted) select();
+    PageState::of(view_).end(this);
+  }
+
+  void select() {
+    const auto request = std::exchange(request_, {});
+    const auto files =
+        GObjectPtr<GListModel>::adopt(gtk_file_chooser_get_files(GTK_FILE_CHOOSER(dialog_.get())));
+    std::vector<std::string> paths;
+    for (guint i = 0; i < g_list_model_get_n_items(files.get()); ++i) {
+      const auto file = GObjectPtr<GFile>::adopt(G_FILE(g_list_model_get_item(files.get(), i)));
+      const GStringPtr path(g_file_get_path(file.get()));
+      if (path) paths.emplace_back(path.get());
+    }
+    std::vector<const char*> pointers;
+    pointers.reserve(paths.size() + 1);
+    for (const auto& path : paths) pointers.push_back(path.c_str());
+    pointers.push_back(nullptr);
+    webkit_file_chooser_request_select_files(request.get(), pointers.data());
+  }
+
+  WebKitWebView* view_;
+  GObjectPtr<WebKitFileChooserRequest> request_;
+  std::shared_ptr<void> pin_;
+  GObjectPtr<GtkFileChooserNative> dialog_;
+};
+
+gboolean runFileChooser(WebKitWebView* view, WebKitFileChooserRequest* request, gpointer engine) {
+  auto& state = PageState::of(view);
+  if (state.open<FileChoice>() != nullptr) {
+    webkit_file_chooser_request_cancel(request);
+  } else {
+    state.add(std::make_unique<FileChoice>(view, *static_cast<WebEngine*>(engine), request));
+  }
+  return TRUE;
+}
+
+/// Prints what the operation was made for. It holds the view until that is done, whoever lets go of it.
+void print(WebKitWebView* view, WebKitPrintOperation* operation, GtkPrintUnixDialog* dialog) {
+  const auto settings = GObjectPtr<GtkPrintSettings>::adopt(gtk_print_unix_dialog_get_settings(dialog));
+  webkit_print_operation_set_print_settings(operation, settings.get());
+  webkit_print_operation_set_page_setup(operation, gtk_print_unix_dialog_get_page_setup(dialog));
+  g_object_ref(view);
+  g_signal_connect_data(
+      operation, "finished", G_CALLBACK(+[](WebKitPrintOperation* done, gpointer) { g_object_unref(done); }),
+      view, [](gpointer printed, GClosure*) { g_object_unref(printed); }, GConnectFlags(0));
+  webkit_print_operation_print(WEBKIT_PRINT_OPERATION(g_object_ref(operation)));
+}
+
+class PrintDialogue : public PageDialogue {
+ public:
+  PrintDialogue(WebKitWebView* view, WebEngine& engine, WebKitPrintOperation* operation)
+      : view_(view),
+        operation_(GObjectPtr<WebKitPrintOperation>::retain(operation)),
+        pin_(engine.popover().keepOpen()),
+        dialog_(gtk_print_unix_dialog_new("Print", windowOf(view))) {
+    auto* dialog = GTK_PRINT_UNIX_DIALOG(dialog_);
+    gtk_print_unix_dialog_set_manual_capabilities(
+        dialog, GtkPrintCapabilities(GTK_PRINT_CAPABILITY_NUMBER_UP | GTK_PRINT_CAPABILITY_NUMBER_UP_LAYOUT |
+                                     GTK_PRINT_CAPABILITY_PAGE_SET | GTK_PRINT_CAPABILITY_REVERSE |
+                                     GTK_PRINT_CAPABILITY_COPIES | GTK_PRINT_CAPABILITY_COLLATE |
+                                     GTK_PRINT_CAPABILITY_SCALE));
+    gtk_print_unix_dialog_set_embed_page_setup(dialog, TRUE);
+    if (auto* settings = webkit_print_operation_get_print_settings(operation))
+      gtk_print_unix_dialog_set_settings(dialog, settings);
+    gtk_window_set_modal(GTK_WINDOW(dialog_), TRUE);
+    g_signal_connect(dialog_, "response", G_CALLBACK(+[](GtkDialog*, int response, gpointer self) {
+                       static_cast<PrintDialogue*>(self)->answered(response);
+                     }),
+                     this);
+    g_signal_connect_swapped(dialog_, "destroy",
+                             G_CALLBACK(+[](PrintDialogue* self) { self->answered(GTK_RESPONSE_CANCEL); }),
+                             this);
+    gtk_window_present(GTK_WINDOW(dialog_));
+  }
+
+  ~PrintDialogue() override {
+    g_signal_handlers_disconnect_by_data(dialog_, this);
+    gtk_window_destroy(GTK_WINDOW(dialog_));
+  }
+
+ private:
+  void answered(int response) {
+    if (response == GTK_RESPONSE_OK) print(view_, operation_.get(), GTK_PRINT_UNIX_DIALOG(dialog_));
+    PageState::of(view_).end(this);
+  }
+
+  WebKitWebView* view_;
+  GObjectPtr<WebKitPrintOperation> operation_;
+  std::shared_ptr<void> pin_;
+  GtkWidget* dialog_;
+};
+
+gboolean runPrintDialogue(WebKitWebView* view, WebKitPrintOperation* operation, gpointer engine) {
+  auto& state = PageState::of(view);
+  // A view that is in no window yet has nobody to ask.
+  if (windowOf(view) != nullptr && state.open<PrintDialogue>() == nullptr)
+    state.add(std::make_unique<PrintDialogue>(view, *static_cast<WebEngine*>(engine), operation));
+  return TRUE;
+}
+
+/// What is said above a page that asks again and again, and what it gets when the user has had enough.
+class Silencing : public PageDialogue {
+ public:
+  explicit Silencing(WebKitWebView* view) : view_(view) {}
+
+  ~Silencing() override {
+    if (bar_ != nullptr) gtk_box_remove(GTK_BOX(gtk_widget_get_parent(bar_)), bar_);
+    if (held_ != nullptr) {
+      webkit_script_dialog_close(held_);
+      webkit_script_dialog_unref(held_);
+    }
+  }
+
+  bool isSilenced() const noexcept { return isSilenced_; }
+  bool isAsking() const noexcept { return held_ != nullptr; }
+
+  /// True if the user needn't see the dialogue.
+  bool asks(WebKitScriptDialog* dialog) {
+    constexpr std::int64_t sameRow = 5 * G_USEC_PER_SEC;
+    constexpr int manyInRow = 3;
+    constexpr int mostUnheard = 20;
+    if (isSilenced_) {
+      // A page that goes on for ever waits for this one's answer, and the machine has its peace.
+      if (++inRow_ > mostUnheard && held_ == nullptr) held_ = webkit_script_dialog_ref(dialog);
+      return true;
+    }
+    const auto now = g_get_monotonic_time();
+    inRow_ = now - last_ < sameRow ? inRow_ + 1 : 1;
+    last_ = now;
+    if (inRow_ >= manyInRow) showBar();
+    return false;
+  }
+
+ private:
+  void showBar() {
+    GtkWidget* parent = gtk_widget_get_parent(GTK_WIDGET(view_));
+    if (bar_ != nullptr || !GTK_IS_BOX(parent)) return;
+    bar_ = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 12);
+    gtk_widget_add_css_class(bar_, "toolbar");
+    GtkWidget* text = gtk_label_new("This page keeps asking.");
+    gtk_label_set_wrap(GTK_LABEL(text), TRUE);
+    gtk_label_set_xalign(GTK_LABEL(text), 0);
+    gtk_widget_set_hexpand(text, TRUE);
+    gtk_widget_set_margin_start(text, 6);
+    GtkWidget* button = gtk_button_new_with_mnemonic("_Stop this page from asking");
+    g_signal_connect_swapped(button, "clicked", G_CALLBACK(+[](Silencing* self) { self->silence(); }), this);
+    gtk_box_append(GTK_BOX(bar_), text);
+    gtk_box_append(GTK_BOX(bar_), button);
+    gtk_box_prepend(GTK_BOX(parent), bar_);
+  }
+
+  void silence() {
+    isSilenced_ = true;
+    inRow_ = 0;
+    gtk_box_remove(GTK_BOX(gtk_widget_get_parent(bar_)), bar_);
+    bar_ = nullptr;
+    gtk_widget_grab_focus(GTK_WIDGET(view_));
+  }
+
+  WebKitWebView* view_;
+  GtkWidget* bar_ = nullptr;
+  WebKitScriptDialog* held_ = nullptr;
+  bool isSilenced_ = false;
+  int inRow_ = 0;
+  std::int64_t last_ = 0;
+};
+
+gboolean scriptDialog(WebKitWebView* view, WebKitScriptDialog* dialog, gpointer) {
+  // Whether to leave the page is the user's question, not the page's.
+  if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
+    return FALSE;
+  auto& state = PageState::of(view);
+  auto* silencing = state.open<Silencing>();
+  if (silencing == nullptr) {
+    auto fresh = std::make_unique<Silencing>(view);
+    silencing = fresh.get();
+    state.add(std::move(fresh));
+  }
+  return silencing->asks(dialog);
+}
+
+}  // namespace
+
+void serveDialogues(WebKitWebView* view, WebEngine& engine) {
+  g_signal_connect(view, "run-file-chooser", G_CALLBACK(runFileChooser), &engine);
+  g_signal_connect(view, "print", G_CALLBACK(runPrintDialogue), &engine);
+  g_signal_connect(view, "script-dialog", G_CALLBACK(scriptDialog), nullptr);
+}
+
+bool isSilencedAndAsking(WebKitWebView* view) {
+  const auto* silencing = PageState::of(view).open<Silencing>();
+  return silencing != nullptr && silencing->isAsking();
+}
+
+}  // namespace platform

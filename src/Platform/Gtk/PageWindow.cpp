@@ -1,0 +1,76 @@
+#include "Platform/Gtk/PageWindow.h"
+
+#include "Platform/Gtk/GtkKeyEvents.h"
+
+#include <algorithm>
+
+namespace platform {
+
+WebKitWebView* PageWindow::open(WebKitWebView* opener, WebEngine& engine,
+                                void (*teach)(WebKitWebView*, WebEngine&)) {
+  auto* view = std::unique_ptr<PageWindow>(new PageWindow(opener, engine)).release()->view_;
+  teach(view, engine);
+  return view;
+}
+
+PageWindow::PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engine) {
+  view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", opener, "settings",
+                                       webkit_web_view_get_settings(opener), "user-content-manager",
+                                       webkit_web_view_get_user_content_manager(opener), nullptr));
+  g_object_ref_sink(view_);
+  window_ = GTK_WINDOW(gtk_window_new());
+  gtk_window_set_title(window_, "Velkin");
+  watchKeys(window_);
+  if (engine.popover().window() != nullptr) gtk_window_set_transient_for(window_, engine.popover().window());
+  GtkWidget* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  gtk_widget_set_vexpand(GTK_WIDGET(view_), TRUE);
+  gtk_box_append(GTK_BOX(box), GTK_WIDGET(view_));
+  gtk_window_set_child(window_, box);
+  g_signal_connect_swapped(view_, "ready-to-show", G_CALLBACK(+[](PageWindow* self) { self->show(); }), this);
+  g_signal_connect_swapped(view_, "close", G_CALLBACK(+[](PageWindow* self) { self->closeLater(); }), this);
+  // What it was opened for can't go on without the page that waits for it.
+  g_signal_connect_swapped(view_, "web-process-terminated",
+                           G_CALLBACK(+[](PageWindow* self) { self->closeLater(); }), this);
+  g_signal_connect_swapped(view_, "notify::title", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }),
+                           this);
+  g_signal_connect_swapped(window_, "destroy",
+                           G_CALLBACK(+[](PageWindow* self) { std::default_delete<PageWindow>()(self); }),
+                           this);
+}
+
+PageWindow::~PageWindow() {
+  if (closing_ != 0) g_source_remove(closing_);
+  g_signal_handlers_disconnect_by_data(view_, this);
+  g_signal_handlers_disconnect_by_data(window_, this);
+  g_object_unref(view_);
+}
+
+void PageWindow::closeLater() {
+  // The engine is in the middle of a call on the view.
+  if (closing_ != 0) return;
+  closing_ = g_idle_add(
+      [](gpointer data) -> gboolean {
+        auto* self = static_cast<PageWindow*>(data);
+        self->closing_ = 0;
+        gtk_window_destroy(self->window_);
+        return G_SOURCE_REMOVE;
+      },
+      this);
+}
+
+void PageWindow::show() {
+  WebKitWindowProperties* properties = webkit_web_view_get_window_properties(view_);
+  GdkRectangle wanted;
+  webkit_window_properties_get_geometry(properties, &wanted);
+  const auto within = [](int length, int usual) { return length > 100 ? std::min(length, 1200) : usual; };
+  gtk_window_set_default_size(window_, within(wanted.width, 520), within(wanted.height, 640));
+  pin_ = engine_.popover().keepOpen();
+  gtk_window_present(window_);
+}
+
+void PageWindow::retitle() {
+  const char* title = webkit_web_view_get_title(view_);
+  if (title != nullptr && *title != '\0') gtk_window_set_title(window_, title);
+}
+
+}  // namespace platform

@@ -1,0 +1,125 @@
+#include "Platform/Gtk/TextComposition.h"
+
+#include "Platform/Gtk/GObjectPtr.h"
+
+#include <memory>
+
+#include <webkit/webkit.h>
+
+namespace platform {
+
+namespace {
+
+struct Composition {
+  /// Text that the input method shows in the widget.
+  bool hasPreedit = false;
+  /// Dead keys and what followed them. The toolkit's own method shows nothing of them.
+  int keys = 0;
+
+  void setPreedit(const char* preedit) { hasPreedit = preedit != nullptr && *preedit != '\0'; }
+  /// Of a dead key alone nothing comes: what is committed then came before it, from a method in another
+  /// process.
+  void committed() {
+    if (keys != 1) forget();
+  }
+  void forget() {
+    hasPreedit = false;
+    keys = 0;
+  }
+};
+
+constexpr const char* compositionKey = "velkin-composition";
+
+Composition* known(GtkWidget* focus) {
+  if (focus == nullptr) return nullptr;
+  return static_cast<Composition*>(g_object_get_data(G_OBJECT(focus), compositionKey));
+}
+
+void followText(GtkWidget* text, Composition* composition) {
+  g_signal_connect(text, "preedit-changed", G_CALLBACK(+[](GtkWidget*, const char* preedit, gpointer self) {
+                     static_cast<Composition*>(self)->setPreedit(preedit);
+                   }),
+                   composition);
+  auto* source =
+      GTK_IS_TEXT_VIEW(text) ? G_OBJECT(gtk_text_view_get_buffer(GTK_TEXT_VIEW(text))) : G_OBJECT(text);
+  g_signal_connect_object(source, "changed", G_CALLBACK(+[](GObject*, gpointer widget) {
+                            if (auto* changed = known(GTK_WIDGET(widget))) changed->committed();
+                          }),
+                          text, GConnectFlags(0));
+}
+
+void followPage(WebKitWebView* view) {
+  auto* context = webkit_web_view_get_input_method_context(view);
+  if (context == nullptr) return;
+  g_signal_connect_object(context, "preedit-changed",
+                          G_CALLBACK(+[](WebKitInputMethodContext* method, gpointer page) {
+                            char* preedit = nullptr;
+                            webkit_input_method_context_get_preedit(method, &preedit, nullptr, nullptr);
+                            const GStringPtr owned(preedit);
+                            if (auto* composition = known(GTK_WIDGET(page))) composition->setPreedit(preedit);
+                          }),
+                          view, GConnectFlags(0));
+  g_signal_connect_object(context, "committed",
+                          G_CALLBACK(+[](WebKitInputMethodContext*, const char*, gpointer page) {
+                            if (auto* composition = known(GTK_WIDGET(page))) composition->committed();
+                          }),
+                          view, GConnectFlags(0));
+}
+
+Composition* compositionOf(GtkWidget* focus) {
+  if (auto* composition = known(focus)) return composition;
+  const bool isPage = focus != nullptr && WEBKIT_IS_WEB_VIEW(focus);
+  if (!isPage && !GTK_IS_TEXT(focus) && !GTK_IS_TEXT_VIEW(focus)) return nullptr;
+  auto* fresh = std::make_unique<Composition>().release();
+  g_object_set_data_full(G_OBJECT(focus), compositionKey, fresh, [](gpointer composition) {
+    std::default_delete<Composition>()(static_cast<Composition*>(composition));
+  });
+  if (isPage) {
+    followPage(WEBKIT_WEB_VIEW(focus));
+  } else {
+    followText(focus, fresh);
+  }
+  // What was begun isn't taken up again.
+  GtkEventController* leaving = gtk_event_controller_focus_new();
+  g_signal_connect_swapped(leaving, "leave", G_CALLBACK(+[](Composition* left) { left->forget(); }), fresh);
+  gtk_widget_add_controller(focus, leaving);
+  return fresh;
+}
+
+bool isDeadKey(guint keyval) {
+  return keyval == GDK_KEY_Multi_key ||
+         (keyval >= GDK_KEY_dead_grave && keyval <= GDK_KEY_dead_longsolidusoverlay);
+}
+
+bool isModifier(guint keyval) {
+  return (keyval >= GDK_KEY_Shift_L && keyval <= GDK_KEY_Hyper_R) ||
+         (keyval >= GDK_KEY_ISO_Lock && keyval <= GDK_KEY_ISO_Last_Group_Lock) ||
+         keyval == GDK_KEY_Mode_switch;
+}
+
+}  // namespace
+
+void noteKeyOfText(GtkWidget* focus, guint keyval) {
+  auto* composition = compositionOf(focus);
+  if (composition == nullptr || isModifier(keyval)) return;
+  if (composition->keys == 0 && !isDeadKey(keyval)) return;
+  if (keyval == GDK_KEY_BackSpace) {
+    --composition->keys;
+  } else if (isKeyOfCompositions(keyval)) {
+    composition->keys = 0;
+  } else {
+    ++composition->keys;
+  }
+}
+
+bool isComposing(GtkWidget* focus) {
+  const auto* composition = known(focus);
+  return composition != nullptr && (composition->hasPreedit || composition->keys > 0);
+}
+
+bool isKeyOfCompositions(guint keyval) {
+  return keyval == GDK_KEY_BackSpace || keyval == GDK_KEY_Delete || keyval == GDK_KEY_KP_Delete ||
+         keyval == GDK_KEY_Escape || keyval == GDK_KEY_Return || keyval == GDK_KEY_KP_Enter;
+}
+
+}  // namespace platform

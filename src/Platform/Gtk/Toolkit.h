@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Platform/NSAlert.h"
+#include "Platform/NSSavePanel.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include <gtk/gtk.h>
+
+namespace platform {
+
+// What the versions of the toolkit that we build with do in different ways, chosen when the program is
+// compiled.
+namespace toolkit {
+
+void loadStyle(GtkCssProvider* provider, const std::string& text);
+/// Shows the window on behalf of something that the user did at `time`.
+void presentWithTime(GtkWindow* window, std::uint32_t time);
+
+/// Takes back what was asked; the answer is then that of Escape. To be called at most once, and not after the
+/// answer.
+using Dismiss = std::function<void()>;
+
+/// `answer` is called once.
+Dismiss ask(GtkWindow* parent, const NSAlert& alert, std::function<void(std::size_t button)> answer);
+
+struct FileQuestion {
+  bool isSaving = false;
+  std::string title;
+  std::string name;
+  /// A path, or empty.
+  std::string folder;
+  std::vector<NSFileType> types;
+};
+/// The path and the position of the type; nothing if the user cancels. `answer` is called once.
+using FileAnswer = std::function<void(std::optional<NSSavePanel::Choice>)>;
+Dismiss askForFile(GtkWindow* parent, const FileQuestion& question, FileAnswer answer);
+
+}  // namespace toolkit
+}  // namespace platform

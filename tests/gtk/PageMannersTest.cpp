@@ -1,0 +1,388 @@
+#include "Platform/Gtk/GtkKeyEvents.h"
+#include "Platform/Gtk/GtkPlatform.h"
+#include "Platform/Gtk/GtkWebView.h"
+#include "Platform/Gtk/PagePermissions.h"
+#include "Platform/Gtk/PageState.h"
+#include "Platform/Gtk/PopoverWindow.h"
+#include "Platform/Gtk/WebEngine.h"
+#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/NSPopover.h"
+#include "gtk/GtkFixture.h"
+#include "gtk/LoopbackServer.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <adwaita.h>
+#include <unistd.h>
+
+namespace platform {
+namespace {
+
+class Loads : public WKNavigationDelegate {
+ public:
+  int finished = 0;
+  void didFinish(WKWebView&) override { ++finished; }
+};
+
+/// A page of a real server in a real window, clicked and typed at by a real pointer and keyboard.
+class PageMannersTest : public GtkFixture {
+ protected:
+  PageMannersTest()
+      : popover(NSPopover::make()),
+        webView(WKWebView::make({}, {.usesPersistentDataStore = false})),
+        server([this](int connection, const std::string& request) { serve(connection, request); }) {
+    webView->navigationDelegate = &loads;
+    engine().permissions().forget(site(), "location");
+    engine().permissions().forget(site(), "notifications");
+    engine().permissions().forget(site(), "downloads");
+  }
+  ~PageMannersTest() override {
+    webView.reset();
+    for (auto* other : otherWindows()) gtk_window_destroy(other);
+    turn();
+  }
+
+  void serve(int connection, const std::string& request) const {
+    if (request.starts_with("GET /file")) {
+      LoopbackServer::send(connection,
+                           LoopbackServer::answer(200, "content",
+                                                  "Content-Type: application/octet-stream\r\n"
+                                                  "Content-Disposition: attachment; filename=\"f.bin\"\r\n"));
+    } else if (request.starts_with("GET /frame")) {
+      LoopbackServer::send(connection, LoopbackServer::answer(200, frame, "Content-Type: text/html\r\n"));
+    } else {
+      LoopbackServer::send(connection, LoopbackServer::answer(200, page, "Content-Type: text/html\r\n"));
+    }
+  }
+
+  static WebEngine& engine() { return GtkPlatform::shared().webEngine(); }
+  PopoverWindow& popoverWindow() { return dynamic_cast<PopoverWindow&>(*popover); }
+  std::string site() const {
+    const auto address = server.address("");
+    return address;
+  }
+
+  void load(const std::string& html) {
+    page = "<!DOCTYPE html><title>page</title><body style='margin:0'>" + html;
+    webView->load(URLRequest{*URL::parse(server.address("/page"))});
+    show(dynamic_cast<GtkWebView&>(*webView).widget());
+    watchKeys(window);
+    ASSERT_TRUE(wait([&] { return loads.finished == 1; }));
+    // Or a question of the page's has the keyboard.
+    ASSERT_TRUE(wait([&] { return gtk_window_is_active(window) || question() != nullptr; }));
+    webView->makeFirstResponder();
+  }
+  WebKitWebView* engineView() {
+    return WEBKIT_WEB_VIEW(gtk_widget_get_first_child(dynamic_cast<GtkWebView&>(*webView).widget()));
+  }
+  std::string evaluate(const std::string& script) { return evaluateIn(*webView, script); }
+  static void run(const std::string& command) { ASSERT_EQ(std::system(command.c_str()), 0) << command; }
+  void click(int x, int y) {
+    const auto place = X11Desktop::frame(window);
+    run("xdotool mousemove " + std::to_string(place.x + x) + " " + std::to_string(place.y + y) +
+        " sleep 0.05 click 1");
+  }
+  /// Lets what is on its way arrive: the page has answered twice since.
+  void settle() {
+    evaluate("new Promise(done => setTimeout(done, 1)), 1");
+    evaluate("1");
+    turn();
+  }
+
+  /// The windows of the program beside the one with the page.
+  std::vector<GtkWindow*> otherWindows() const {
+    std::vector<GtkWindow*> found;
+    GList* windows = gtk_window_list_toplevels();
+    for (GList* entry = windows; entry != nullptr; entry = entry->next) {
+      auto* other = GTK_WINDOW(entry->data);
+      auto* own = dynamic_cast<PopoverWindow&>(*popover).window();
+      if (other != window && other != own && gtk_widget_get_visible(GTK_WIDGET(other)))
+        found.push_back(other);
+    }
+    g_list_free(windows);
+    return found;
+  }
+  AdwMessageDialog* question() const {
+    for (auto* other : otherWindows()) {
+      if (ADW_IS_MESSAGE_DIALOG(other)) return ADW_MESSAGE_DIALOG(other);
+    }
+    return nullptr;
+  }
+  bool waitForQuestion() {
+    return wait([&] { return question() != nullptr; });
+  }
+  /// By its button; without a name by closing it.
+  void answerQuestion(const std::string& name) {
+    auto* asked = question();
+    ASSERT_NE(asked, nullptr);
+    GtkWidget* chosen = nullptr;
+    for (auto* button : all(GTK_WIDGET(asked), GTK_TYPE_BUTTON)) {
+      const char* label = gtk_button_get_label(GTK_BUTTON(button));
+      if (label != nullptr && label == name) chosen = button;
+    }
+    if (name.empty()) {
+      gtk_window_close(GTK_WINDOW(asked));
+    } else {
+      ASSERT_NE(chosen, nullptr);
+      g_signal_emit_by_name(chosen, "clicked");
+    }
+    ASSERT_TRUE(wait([&] { return question() != asked; }));
+  }
+
+  /// Those below this process, and no others.
+  static void killWebProcesses() {
+    std::vector<pid_t> ours = {::getpid()};
+    int killed = 0;
+    for (std::size_t i = 0; i < ours.size(); ++i) {
+      for (const auto& task :
+           std::filesystem::directory_iterator("/proc/" + std::to_string(ours[i]) + "/task")) {
+        std::ifstream children(task.path() / "children");
+        for (pid_t child = 0; children >> child;) {
+          ours.push_back(child);
+          std::string name;
+          std::getline(std::ifstream("/proc/" + std::to_string(child) + "/comm"), name);
+          if (name.starts_with("WebKitWebProces") && ::kill(child, SIGKILL) == 0) ++killed;
+        }
+      }
+    }
+    ASSERT_GT(killed, 0);
+  }
+
+  std::string page;
+  std::string frame;
+  std::unique_ptr<NSPopover> popover;
+  Loads loads;
+  std::unique_ptr<WKWebView> webView;
+  LoopbackServer server;
+};
+
+const std::string wholePageButton =
+    "<button style='width:100vw;height:100vh' onclick=\"go()\">x</button><script>";
+
+TEST_F(PageMannersTest, OneClickOpensOneWindow) {
+  load(wholePageButton +
+       "window.tries = 0; function go() { for (let i = 0; i < 60; ++i) { window.open('/frame?' + i, "
+       "'w' + i, 'width=300,height=200'); ++tries; } }</script>");
+  click(100, 100);
+  ASSERT_TRUE(wait([&] { return evaluate("tries") == "60"; }));
+  ASSERT_TRUE(wait([&] { return !otherWindows().empty(); }));
+  settle();
+  EXPECT_EQ(otherWindows().size(), 1U);
+}
+
+TEST_F(PageMannersTest, TheNextClickOpensTheNextWindow) {
+  load(wholePageButton +
+       "window.tries = 0; function go() { ++tries; window.open('/frame?' + tries, 'w' + tries, "
+       "'width=80,height=60'); }</script>");
+  click(20, 280);
+  ASSERT_TRUE(wait([&] { return otherWindows().size() == 1; }));
+  gtk_window_destroy(otherWindows()[0]);
+  ASSERT_TRUE(wait([&] { return otherWindows().empty() && X11Desktop::isActive(window); }));
+  EXPECT_FALSE(popoverWindow().isKeptOpen());
+  click(20, 280);
+  ASSERT_TRUE(wait([&] { return evaluate("tries") == "2"; }));
+  EXPECT_TRUE(wait([&] { return otherWindows().size() == 1; }));
+}
+
+TEST_F(PageMannersTest, TheQuestionOfAWindowThatGoesGoesWithItAndKeepsNothingOpen) {
+  frame =
+      "<script>navigator.geolocation.getCurrentPosition(() => {}, () => {});"
+      "addEventListener('message', () => window.close());</script>";
+  load(wholePageButton +
+       "function go() { window.opened = window.open('/frame', 'w', 'width=300,height=200'); }"
+       "</script>");
+  click(100, 100);
+  ASSERT_TRUE(waitForQuestion());
+  EXPECT_TRUE(popoverWindow().isKeptOpen());
+  evaluate("opened.postMessage('end', '*'), 1");
+  ASSERT_TRUE(wait([&] { return otherWindows().empty(); }));
+  EXPECT_FALSE(popoverWindow().isKeptOpen());
+}
+
+TEST_F(PageMannersTest, APrintDialogueGoesWithItsWindow) {
+  frame =
+      "<script>addEventListener('message', e => e.data === 'print' ? window.print() : window.close());"
+      "</script>";
+  load(wholePageButton +
+       "function go() { window.opened = window.open('/frame', 'w', 'width=300,height=200'); }"
+       "</script>");
+  click(100, 100);
+  ASSERT_TRUE(wait([&] { return otherWindows().size() == 1; }));
+  ASSERT_TRUE(wait([&] {
+    evaluate("opened.postMessage('print', '*'), 1");
+    return otherWindows().size() == 2;
+  }));
+  evaluate("opened.postMessage('end', '*'), 1");
+  ASSERT_TRUE(wait([&] { return otherWindows().empty(); }));
+  EXPECT_FALSE(popoverWindow().isKeptOpen());
+}
+
+TEST_F(PageMannersTest, AFileDialogueGoesWithThePageThatAskedForIt) {
+  load("<input id=f type=file style='width:100vw;height:100vh'>");
+  click(50, 150);
+  ASSERT_TRUE(wait([&] { return otherWindows().size() == 1; }));
+  EXPECT_TRUE(popoverWindow().isKeptOpen());
+  webView->load(URLRequest{*URL::parse(server.address("/other"))});
+  ASSERT_TRUE(wait([&] { return otherWindows().empty(); }));
+  EXPECT_FALSE(popoverWindow().isKeptOpen());
+}
+
+TEST_F(PageMannersTest, AWindowWhoseProcessDiedCloses) {
+  load(wholePageButton + "function go() { window.open('/frame', 'w', 'width=300,height=200'); }</script>");
+  click(100, 100);
+  ASSERT_TRUE(wait([&] { return otherWindows().size() == 1; }));
+  ASSERT_TRUE(popoverWindow().isKeptOpen());
+  auto* opened = all(GTK_WIDGET(otherWindows()[0]), WEBKIT_TYPE_WEB_VIEW).at(0);
+  webkit_web_view_terminate_web_process(WEBKIT_WEB_VIEW(opened));
+  EXPECT_TRUE(wait([&] { return otherWindows().empty(); }));
+  EXPECT_FALSE(popoverWindow().isKeptOpen());
+}
+
+TEST_F(PageMannersTest, FramesThatAskForTheSameGetOneQuestion) {
+  frame =
+      "<script>navigator.geolocation.getCurrentPosition(() => {}, () => parent.postMessage('no', '*'))"
+      "</script>";
+  load(
+      "<script>window.refused = 0; addEventListener('message', () => ++refused);"
+      "for (let i = 0; i < 20; ++i) { const f = document.createElement('iframe'); f.allow = 'geolocation';"
+      "f.src = '/frame?' + i; document.body.append(f); }</script>");
+  ASSERT_TRUE(waitForQuestion());
+  settle();
+  EXPECT_EQ(otherWindows().size(), 1U);
+  answerQuestion("Block");
+  EXPECT_TRUE(wait([&] { return evaluate("refused") == "20"; })) << evaluate("refused");
+  EXPECT_TRUE(otherWindows().empty());
+}
+
+TEST_F(PageMannersTest, ASecondNoHoldsUntilThePageIsLeft) {
+  // The engine itself refuses a document that was refused before: so each time another one asks.
+  frame =
+      "<script>navigator.geolocation.getCurrentPosition(() => {}, () => parent.postMessage('no', '*'))"
+      "</script>";
+  load(
+      "<script>window.no = 0; addEventListener('message', () => ++no); function ask() { const f = "
+      "document.createElement('iframe'); f.allow = 'geolocation'; f.src = '/frame?' + Math.random(); "
+      "document.body.append(f); }</script>");
+  for (int refusal = 1; refusal <= 2; ++refusal) {
+    evaluate("ask(), 1");
+    ASSERT_TRUE(waitForQuestion());
+    answerQuestion("");
+    ASSERT_TRUE(wait([&] { return evaluate("no") == std::to_string(refusal); }));
+  }
+  evaluate("ask(), 1");
+  ASSERT_TRUE(wait([&] { return evaluate("no") == "3"; }));
+  EXPECT_EQ(question(), nullptr);
+  webView->reload();
+  ASSERT_TRUE(wait([&] { return loads.finished == 2; }));
+  evaluate("ask(), 1");
+  EXPECT_TRUE(waitForQuestion());
+}
+
+TEST_F(PageMannersTest, DownloadsThatNobodyAskedForAreAskedAboutOnce) {
+  load(
+      "<script>function take(n) { for (let i = 0; i < n; ++i) setTimeout(() => { const a = "
+      "document.createElement('a'); a.href = '/file?' + i; a.download = 'f'; document.body.append(a); "
+      "a.click(); "
+      "}, i * 20); }</script>");
+  evaluate("setTimeout(() => take(12), 0), 1");
+  ASSERT_TRUE(waitForQuestion());
+  ASSERT_TRUE(wait([&] { return evaluate("document.querySelectorAll('a').length") == "12"; }));
+  settle();
+  EXPECT_EQ(otherWindows().size(), 1U);
+  answerQuestion("Block");
+  evaluate("setTimeout(() => take(3), 0), 1");
+  ASSERT_TRUE(wait([&] { return evaluate("document.querySelectorAll('a').length") == "15"; }));
+  settle();
+  EXPECT_EQ(question(), nullptr);
+  EXPECT_EQ(engine().permissions().answer(site(), "downloads"), false);
+}
+
+TEST_F(PageMannersTest, WhatWasAllowedCanBeTakenBack) {
+  load("<p>page");
+  engine().permissions().remember(site(), "location", true);
+  showPermissions(engineView(), engine());
+  ASSERT_EQ(otherWindows().size(), 1U);
+  EXPECT_TRUE(popoverWindow().isKeptOpen());
+  const auto rows = all(GTK_WIDGET(otherWindows()[0]), ADW_TYPE_COMBO_ROW);
+  ASSERT_EQ(rows.size(), 1U);
+  EXPECT_STREQ(adw_preferences_row_get_title(ADW_PREFERENCES_ROW(rows[0])), "Location");
+  EXPECT_EQ(adw_combo_row_get_selected(ADW_COMBO_ROW(rows[0])), 1U);
+  adw_combo_row_set_selected(ADW_COMBO_ROW(rows[0]), 2);
+  EXPECT_EQ(engine().permissions().answer(site(), "location"), false);
+  adw_combo_row_set_selected(ADW_COMBO_ROW(rows[0]), 0);
+  EXPECT_EQ(engine().permissions().answer(site(), "location"), std::nullopt);
+  showPermissions(engineView(), engine());
+  EXPECT_EQ(otherWindows().size(), 1U);
+  gtk_window_close(otherWindows()[0]);
+  EXPECT_TRUE(wait([&] { return otherWindows().empty(); }));
+  EXPECT_FALSE(popoverWindow().isKeptOpen());
+}
+
+TEST_F(PageMannersTest, AReloadBringsAPageBackThatHangs) {
+  load("<p>page");
+  webView->evaluateJavaScript("for (;;);");
+  webView->reload();
+  ASSERT_TRUE(wait([&] { return loads.finished == 2; }));
+  EXPECT_EQ(evaluate("document.title"), "\"page\"");
+}
+
+TEST_F(PageMannersTest, APageThatAsksForEverCanBeSilencedAndLoadedAgain) {
+  load("<p>page<script>window.asked = 0</script>");
+  evaluate("setTimeout(() => { for (;;) alert(String(++asked)); }, 0), 1");
+  GtkWidget* holder = dynamic_cast<GtkWebView&>(*webView).widget();
+  const auto stopButton = [&]() -> GtkWidget* {
+    for (auto* button : all(holder, GTK_TYPE_BUTTON)) {
+      const char* label = gtk_button_get_label(GTK_BUTTON(button));
+      if (label != nullptr && std::string(label) == "_Stop this page from asking") return button;
+    }
+    return nullptr;
+  };
+  // The engine's own button for each of the first ones.
+  ASSERT_TRUE(wait([&] {
+    run("xdotool key Return");
+    return stopButton() != nullptr;
+  }));
+  g_signal_emit_by_name(stopButton(), "clicked");
+  EXPECT_EQ(stopButton(), nullptr);
+  run("xdotool key Return");
+  page = "<title>again</title>";
+  webView->reload();
+  ASSERT_TRUE(wait([&] { return loads.finished >= 2; }));
+  EXPECT_EQ(evaluate("document.title"), "\"again\"");
+}
+
+TEST_F(PageMannersTest, ACrashSendsNoFormAgain) {
+  load("<form id=f method=post action=/form><input name=a value=b></form>");
+  evaluate("f.submit(), 1");
+  ASSERT_TRUE(wait([&] { return loads.finished == 2; }));
+  const auto posts = [&] {
+    int count = 0;
+    for (const auto& request : server.requests()) count += request.starts_with("POST ") ? 1 : 0;
+    return count;
+  };
+  ASSERT_EQ(posts(), 1);
+  killWebProcesses();
+  ASSERT_TRUE(wait([&] { return loads.finished == 3; }));
+  EXPECT_EQ(evaluate("document.title"), "\"This page stopped working\"");
+  EXPECT_EQ(posts(), 1);
+  // Nor do the user's own ways of loading it again.
+  webView->reload();
+  ASSERT_TRUE(wait([&] { return loads.finished == 4; }));
+  EXPECT_EQ(posts(), 1);
+}
+
+TEST_F(PageMannersTest, ACrashLoadsAnyOtherPageAgain) {
+  load("<p>page");
+  killWebProcesses();
+  ASSERT_TRUE(wait([&] { return loads.finished == 2; }));
+  EXPECT_EQ(evaluate("document.title"), "\"page\"");
+}
+
+}  // namespace
+}  // namespace platform
