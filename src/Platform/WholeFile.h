@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -80,6 +81,10 @@ class FileLock {
   /// Waits for the lock on the file at `path`, for ever if need be (see PatientLock). The file is made if it
   /// is missing and stays. On a file system that knows no locks the result holds none.
   static tl::expected<FileLock, FileError> take(const std::filesystem::path& path);
+
+  /// The same if nobody holds it, without any waiting; else nothing, and nothing on a file system that may be
+  /// another machine's, where the question itself may wait.
+  static std::optional<FileLock> takeIfFree(const std::filesystem::path& path);
 
   FileLock(FileLock&&) noexcept = default;
   FileLock& operator=(FileLock&&) noexcept = default;
