@@ -532,9 +532,10 @@ TEST_F(SearchBarViewTest, theAnswersPageIsShutOffFromEverything) {
 
 TEST_F(SearchBarViewTest, panelsShareAViewThatIsEmptyBetweenThem) {
   const auto kept = std::make_shared<KeptAnswerView>();
-  for (const std::string text : {"first", "second", "third"}) {
+  const std::vector<std::string> texts = {"first", "second", "third"};
+  for (const auto& text : texts) answerWith(text);
+  for (const auto& text : texts) {
     open(SearchBarView{.page = std::make_shared<AnswerPage>(kept)});
-    answerWith(text);
     ask(text);
     const auto& loads = desktop.webViews.back()->htmlLoads;
     EXPECT_NE(loads.back().find(text), std::string::npos);
