@@ -547,6 +547,17 @@ TEST_F(SearchBarViewTest, panelsShareAViewThatIsEmptyBetweenThem) {
   EXPECT_EQ(desktop.webViews.size(), 1U);
 }
 
+TEST_F(SearchBarViewTest, theViewOfAVeryLongAnswerGoesWithItsPanel) {
+  const auto kept = std::make_shared<KeptAnswerView>();
+  open(SearchBarView{.page = std::make_shared<AnswerPage>(kept)});
+  answerWith(std::string(2'000'000, 'x'));
+  ask("long");
+  EXPECT_NE(kept->webView, nullptr);
+  controller.reset();
+  settle();
+  EXPECT_EQ(kept->webView, nullptr);
+}
+
 TEST_F(SearchBarViewTest, aPanelThatGoesLateLeavesTheNextOnesAnswerAlone) {
   const auto kept = std::make_shared<KeptAnswerView>();
   auto earlier = std::make_shared<AnswerPage>(kept);
