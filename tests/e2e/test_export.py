@@ -1,5 +1,4 @@
 """Saving the page on show: a PDF by Ctrl+P, and the page with all that it shows by Ctrl+S."""
-import pathlib
 import plistlib
 import subprocess
 
@@ -15,7 +14,7 @@ class Export(VelkinTestCase):
         return found[0] if found else None
 
     def begin(self):
-        self.documents = pathlib.Path(self.home.path) / "Documents"
+        self.documents = self.home.folder / "Documents"
         self.documents.mkdir(exist_ok=True)
         velkin = self.startOnChat()
         self.openPopover(velkin)
@@ -37,7 +36,7 @@ class Export(VelkinTestCase):
         path = self.documents / "page.pdf"
         self.saveAs("ctrl+p", path)
         text = subprocess.run(["pdftotext", str(path), "-"], capture_output=True, text=True, check=True).stdout
-        self.assertIn(self.chat.title(), text)
+        self.assertIn("A page elsewhere", text)
         self.assertIsNotNone(self.popover(), "the popover stays")
         self.assertTrue(velkin.running())
 
