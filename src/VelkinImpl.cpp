@@ -184,7 +184,8 @@ void VelkinImpl::handlePageUp() { rooms_->page.scrollPageUp(); }
 void VelkinImpl::handlePageDown() { rooms_->page.scrollPageDown(); }
 void VelkinImpl::handleEnter() { rooms_->page.submitForm(); }
 void VelkinImpl::handleEsc() {
-  rooms_->finding.end() || rooms_->searchPanel.close() || rooms_->pageExport.cancel() || rooms_->statusItem.closePopover();
+  rooms_->finding.end() || rooms_->searchPanel.close() || rooms_->pageExport.cancel() ||
+      rooms_->statusItem.closePopover();
 }
 
 void VelkinImpl::aboutClicked() { rooms_->panels.open(Panel::about); }

@@ -174,7 +174,8 @@ TEST_F(PageExportTest, AFailureIsLoggedAndTold) {
 
 TEST_F(PageExportTest, AFolderThatHasGoneIsToldAndNoHalfFileIsLeft) {
   print();
-  ASSERT_TRUE(desktop.openDialogs.save(NSSavePanel::Choice{(folder.path() / "gone" / "page.pdf").string(), 0}));
+  ASSERT_TRUE(
+      desktop.openDialogs.save(NSSavePanel::Choice{(folder.path() / "gone" / "page.pdf").string(), 0}));
   desktop.queue.drain();
   EXPECT_TRUE(log.back().starts_with("Encountered error during PDF save: ")) << log.back();
   EXPECT_TRUE(notices().back().starts_with("The page could not be saved: "));
