@@ -23,7 +23,7 @@ platform::View AppearanceButtonRow::body() const {
   for (const auto& row : rows) {
     if (&row != rows.data()) buttons.push_back(Divider().padding(EdgeInsets::horizontal(dividerPadding)));
     buttons.push_back(Button(
-        row.title,
+        Text(row.title).lineLimit(1),
         [target = delegate, action = row.action] {
           if (target != nullptr) (target->*action)();
         },

@@ -7,7 +7,7 @@ namespace velkin {
 namespace {
 
 constexpr const char* sampleText =
-    "<style>:root{color-scheme:light dark}body{margin:4px;font-family:sans-serif}</style>"
+    "<style>:root{color-scheme:light dark;overflow:hidden}body{margin:4px;font-family:sans-serif}</style>"
     "<p style=\"margin:0\">Of course! Here is a short plan for your week, with time to rest.</p>";
 
 std::shared_ptr<platform::WKWebView> makeView(std::shared_ptr<platform::WKProcessPool> pool) {

@@ -10,7 +10,7 @@ using namespace platform;
 namespace {
 
 constexpr const char* nothing = "---";
-constexpr double buttonWidth = 190;
+constexpr double buttonWidth = 150;
 constexpr double editorWidth = 300;
 
 std::string nameOf(const std::optional<WebViewSwitchType>& view) {
@@ -78,12 +78,15 @@ View EditSidebarGroupButtonView::label() const {
   return HStack({.spacing = 10},
                 {Symbol(imageIconName).frame({.height = 24}),
                  VStack({.spacing = 0, .alignment = Alignment::leading},
-                        {Text(firstLine()).lineLimit(1).frame({.alignment = Alignment::leading}),
-                         Text(secondLine())
-                             .font(Font::caption)
-                             .opacity(0.7)
-                             .lineLimit(1)
-                             .frame({.alignment = Alignment::leading})}),
+                        {Text(firstLine()).lineLimit(1).frame({.maxWidth = buttonWidth, .alignment = Alignment::leading}),
+                         when(!isGroupNil.get(),
+                              [this] {
+                                return Text(secondLine())
+                                    .font(Font::caption)
+                                    .opacity(0.7)
+                                    .lineLimit(1)
+                                    .frame({.maxWidth = buttonWidth, .alignment = Alignment::leading});
+                              })}),
                  Spacer()})
       .frame({.width = buttonWidth});
 }

@@ -9,7 +9,10 @@ platform::View ToolbarCheckboxUIView::body() const {
   // Whoever serves the action sets the state, for the menu too.
   const Binding<bool> isShown([state = sharedState.shared()] { return state->showToolbar.get(); }, [](bool) {});
   return VStack({.spacing = 8, .alignment = Alignment::fill},
-                {Text("Toolbar").font(Font::title2).accessibilityRole(AccessibilityRole::heading),
+                {Text("Toolbar")
+                     .font(Font::title2)
+                     .frame({.alignment = Alignment::leading})
+                     .accessibilityRole(AccessibilityRole::heading),
                  HStack({View(CheckboxUIView{.title = "Show Toolbar",
                                              .tooltip = "Check to show toolbar.",
                                              .isChecked = isShown,
@@ -21,7 +24,7 @@ platform::View ToolbarCheckboxUIView::body() const {
                      .cornerRadius(10),
                  Text("Alternatively, select \"Show Toolbar\" from the right-click menu")
                      .font(Font::subheadline)
-                     .frame({.width = 220})});
+                     .frame({.width = 200, .alignment = Alignment::leading})});
 }
 
 }  // namespace velkin

@@ -70,10 +70,9 @@ std::string_view find(const std::array<Name, size>& table, std::string_view name
 
 std::string iconNameOfSymbol(std::string_view symbol) { return std::string(find(symbols, symbol)); }
 
-std::filesystem::path fileOfOwnSymbol(std::string_view iconName) {
-  if (!iconName.starts_with("velkin-")) return {};
-  return ProgramFolders::data() / "icons" / (std::string(iconName) + ".svg");
-}
+bool isOwnSymbol(std::string_view iconName) { return iconName.starts_with("velkin-"); }
+
+std::filesystem::path folderOfOwnSymbols() { return ProgramFolders::data() / "icons"; }
 
 std::string iconNameOfStatusImage(std::string_view image) { return std::string(find(statusImages, image)); }
 

@@ -50,6 +50,16 @@ class LabelView : public GtkRenderedView {
   }
 };
 
+/// Symbols take the colour of the text around them only if the theme finds them by their names.
+void addOwnSymbols() {
+  static const bool isAdded = [] {
+    gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
+                                   folderOfOwnSymbols().c_str());
+    return true;
+  }();
+  (void)isAdded;
+}
+
 class SymbolView : public GtkRenderedView {
  public:
   explicit SymbolView(const Element& element) : GtkRenderedView(gtk_image_new()) { update(element); }
@@ -58,13 +68,8 @@ class SymbolView : public GtkRenderedView {
   void updateContent(const Element& element) override {
     auto* image = GTK_IMAGE(widget());
     const auto name = iconNameOfSymbol(contentOf<ImageContent>(element).name);
-    if (const auto file = fileOfOwnSymbol(name); !file.empty()) {
-      const auto icon = GObjectPtr<GIcon>::adopt(
-          g_file_icon_new(GObjectPtr<GFile>::adopt(g_file_new_for_path(file.c_str())).get()));
-      gtk_image_set_from_gicon(image, icon.get());
-    } else {
-      gtk_image_set_from_icon_name(image, name.c_str());
-    }
+    if (isOwnSymbol(name)) addOwnSymbols();
+    gtk_image_set_from_icon_name(image, name.c_str());
     const auto& height = element.modifiers.frame.height;
     gtk_image_set_pixel_size(image, height ? static_cast<int>(std::lround(*height)) : -1);
   }
