@@ -31,7 +31,6 @@ platform::View AppearanceButtonRow::body() const {
   }
   buttons.push_back(Spacer());
   return HStack({.spacing = 8}, std::move(buttons))
-      .padding(EdgeInsets::vertical(4))
       .frame({.minHeight = buttonAreaHeight});
 }
 

@@ -10,7 +10,7 @@ namespace velkin {
 platform::View AppearanceUIView::body() const {
   using namespace platform;
   return VStack({.spacing = 0, .alignment = Alignment::fill},
-                {HStack({Spacer(), AppIconUIView{}, Spacer()}).padding(EdgeInsets::vertical(10)), Divider(),
+                {HStack({Spacer(), AppIconUIView{}, Spacer()}).padding(EdgeInsets::vertical(4)), Divider(),
                  View(SizePickerUIView{.delegate = delegate, .defaults = defaults}), Divider(),
                  View(ZoomPickerUIView{.defaults = defaults, .webView = webView, .samples = samples}),
                  Divider(), sideBar, Divider(), View(AppearanceButtonRow{delegate})});

@@ -40,7 +40,7 @@ View SizePickerUIView::body() const {
                  View(DesktopUIView{.selectedWidth = selectedWidth.get(), .selectedHeight = selectedHeight.get()}),
                  View(SizeRadioUIView{delegate, defaults, selectedWidth.binding(), selectedHeight.binding()}),
                  Spacer()})
-      .padding(EdgeInsets{12, 16, 10, 16});
+      .padding(EdgeInsets{10, 16, 8, 16});
 }
 
 View SizeRadioUIView::body() const {

@@ -40,7 +40,7 @@ View ZoomPickerUIView::body() const {
                               [self = *this](int index) {
                                 self.select(allAppearanceFontSizes[static_cast<std::size_t>(index)]);
                               });
-  return VStack({.spacing = 8},
+  return VStack({.spacing = 6},
                 {Text("Font Size").font(Font::title2).accessibilityRole(AccessibilityRole::heading),
                  HStack({.spacing = spacing}, std::move(items)),
                  Picker("Font Size", std::move(labels), position, PickerStyle::radioRow)
@@ -49,7 +49,7 @@ View ZoomPickerUIView::body() const {
                       "\" may result in side bar being visible")
                      .font(Font::caption)
                      .opacity(0.7)})
-      .padding(EdgeInsets{10, 16, 10, 16});
+      .padding(EdgeInsets{8, 16, 8, 16});
 }
 
 View ZoomTextSelectionUIView::body() const {

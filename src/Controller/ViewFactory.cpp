@@ -62,7 +62,7 @@ ViewFactory::Controller ViewFactory::appearance() const {
       HStack({.spacing = 24, .alignment = Alignment::top},
              {Spacer(), SidebarGroupUIView{.sharedState = content_.sharedState},
               ToolbarCheckboxUIView{.sharedState = content_.sharedState, .action = toggleToolbar}, Spacer()})
-          .padding(EdgeInsets{10, 16, 10, 16});
+          .padding(EdgeInsets{8, 16, 8, 16});
   return host(AppearanceUIView{
       .delegate = delegate,
       .webView = [&content = content_]() -> WKWebView& { return *content.currentWebView.webView; },

@@ -88,7 +88,7 @@ View EditSidebarGroupButtonView::label() const {
                                     .frame({.maxWidth = buttonWidth, .alignment = Alignment::leading});
                               })}),
                  Spacer()})
-      .frame({.width = buttonWidth});
+      .frame({.width = buttonWidth, .minHeight = 34});
 }
 
 View EditSidebarGroupButtonView::editor() const {

@@ -13,6 +13,8 @@ using namespace platform;
 
 namespace {
 
+constexpr const char* hint = "⌘# changes groups. (e.g. '⌘1')";
+
 struct Place {
   UserDefault key;
   State<SidebarGroup> SidebarGroupUIView::*group;
@@ -62,7 +64,10 @@ View SidebarGroupUIView::body() const {
                 {Text("SideBar").font(Font::title2).accessibilityRole(AccessibilityRole::heading),
                  HStack({groupButton(*this, 0), groupButton(*this, 1)}),
                  HStack({groupButton(*this, 2), groupButton(*this, 3)}),
-                 Text("⌘# changes groups. (e.g. '⌘1')").font(Font::subheadline)});
+                 Text(hint)
+                     .font(Font::subheadline)
+                     .help(std::string(shortcutLegend))
+                     .accessibilityLabel(withShortcutLegend(hint))});
 }
 
 }  // namespace velkin

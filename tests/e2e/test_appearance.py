@@ -77,13 +77,21 @@ class Appearance(VelkinTestCase):
             waitFor(f"the page at {zoom}", lambda: abs(chat.ask("innerWidth") - 600 / zoom) <= 1, 10,
                     describe=lambda: chat.ask("innerWidth"))
 
-    def waitForButton(self, x, y):
-        settle()
-        return x, y
+    def openEditor(self, panel):
+        """By a click on the first group's button, above the panel's foot."""
+        self.desktop.click(panel.x + 100, panel.bottom - 135)
+        return waitFor("the editor", lambda: [w for w in self.desktop.windows() if w.overrideRedirect], 10,
+                       describe=self.describeWindows)[0]
 
     def testAGroupIsStoredByMouseAndRecalledByItsKey(self):
         panel = self.openPanel(hemingwayEnabled=True, viewWidth=340.0)
         # The first group's button: below the heading, at the left.
         self.desktop.picture(self.artefact("before.png"))
         self.openEditor(panel)
+        settle(1)
         self.desktop.picture(self.artefact("editor.png"))
+        self.desktop.key("Tab")
+        settle(0.5)
+        self.desktop.key("space")
+        settle(1)
+        self.desktop.picture(self.artefact("picker.png"))
