@@ -160,10 +160,8 @@ TEST_F(ImageTest, APictureOfAnySizeAsksForTheSizeInWhichItIsShown) {
 TEST_F(ImageTest, WhatIsNoPictureIsNeverWaitedForAndIsNone) {
   const auto pipe = (folder.path() / "pipe").string();
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  const auto whole = velkin::contentsOf(save("whole.png", 100, 100));
   for (const auto& path : {pipe, folder.path().string(), std::string("/dev/zero"), std::string("/nowhere"),
-                           write("text.jpg", "no picture"), write("empty.png", ""), save("line.png", 1, 3000),
-                           write("cut.png", whole.substr(0, whole.size() / 2))})
+                           write("text.jpg", "no picture"), write("empty.png", ""), save("line.png", 1, 3000)})
     EXPECT_EQ(load(path), nullptr) << path;
 }
 

@@ -102,7 +102,6 @@ Pixbuf decode(const FileDescriptor& file, PixelSize size) {
              !wish.isRefused;
     if (!isRead) break;
   }
-  // What is cut off is drawn as far as it goes by others; here it is no picture.
   const bool isWhole = gdk_pixbuf_loader_close(loader.get(), nullptr) != FALSE;
   if (!isRead || !isWhole || wish.isRefused) return {};
   return Pixbuf::retain(gdk_pixbuf_loader_get_pixbuf(loader.get()));
