@@ -25,7 +25,7 @@ using Panel = AuxiliaryPanels::Kind;
 struct VelkinImpl::Rooms {
   Rooms(VelkinImpl& owner, std::shared_ptr<platform::NSPopover> popover, ServicePages pages)
       : content(std::move(popover), std::move(pages)),
-        views({.menu = &owner, .releaseNotes = &owner}, content),
+        views({.menu = &owner, .releaseNotes = &owner, .appearance = &owner}, content),
         statusItem(content, owner, owner),
         panels(views, &owner) {}
 
@@ -136,6 +136,19 @@ void VelkinImpl::closeSideBarViews() { rooms_->sidebars.close(); }
 void VelkinImpl::resetSideBarViews() { rooms_->sidebars.reset(); }
 void VelkinImpl::setSidebarsForGroup(std::optional<WebViewSwitchType> type) { rooms_->sidebars.open(type); }
 void VelkinImpl::didClickReleaseNotesDone() { rooms_->switcher.releaseNotesAreRead(); }
+void VelkinImpl::didClickOnboardingButton() {
+  handleEsc();
+  switchWebViews(onboarding);
+}
+void VelkinImpl::didClickReleaseNotesButton() {
+  handleEsc();
+  switchWebViews(releaseNotes);
+}
+void VelkinImpl::didClickEditUrlsButton() {
+  handleEsc();
+  switchWebViews(editUrls);
+}
+void VelkinImpl::didClickToolbarCheckbox() { toolbarClicked(); }
 
 void VelkinImpl::updateWebViewWindowSize(double width, double height) {
   rooms_->geometry.updateWindowSize(width, height);
@@ -144,7 +157,7 @@ bool VelkinImpl::getIsInFullScreenMode() const { return rooms_->geometry.isFullS
 void VelkinImpl::updateCurrentWebViewZoomLevel(double zoom) { rooms_->geometry.updateCurrentZoom(zoom); }
 void VelkinImpl::updateSideBarZoomLevel(double zoom) { rooms_->sidebars.setZoom(zoom); }
 
-void VelkinImpl::windowWillClose(platform::NSPanel&) { rooms_->panels.releaseContents(); }
+void VelkinImpl::windowWillClose(platform::NSPanel& panel) { rooms_->panels.releaseContents(panel); }
 void VelkinImpl::showViewAsPanel(platform::NSPanel& panel, platform::NSPoint origin) {
   rooms_->panels.show(panel, origin);
 }

@@ -5,6 +5,7 @@
 #include "Platform/NSMenu.h"
 #include "Platform/NSPanel.h"
 #include "Platform/WKWebView.h"
+#include "Values/AppearanceUIViewDelegate.h"
 #include "Values/MenuHelperDelegate.h"
 #include "Values/PageDelegates.h"
 #include "WebView/WebView.h"
@@ -38,7 +39,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
                    public MenuHelperDelegate,
                    public QKKeyboardShortcutHelperDelegate,
                    public HotkeySolutionDelegate,
-                   public ReleaseNotesUIViewDelegate {
+                   public ReleaseNotesUIViewDelegate,
+                   public AppearanceUIViewDelegate {
  public:
   template <class V>
   using Host = std::shared_ptr<platform::NSHostingController<V>>;
@@ -102,9 +104,13 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void resetSideBarViews();
   void setSidebarsForGroup(std::optional<WebViewSwitchType> type);
   void didClickReleaseNotesDone() override;
+  void didClickOnboardingButton() override;
+  void didClickReleaseNotesButton() override;
+  void didClickEditUrlsButton() override;
+  void didClickToolbarCheckbox() override;
 
   // Sizes and zoom. Points.
-  void updateWebViewWindowSize(double width, double height);
+  void updateWebViewWindowSize(double width, double height) override;
   bool getIsInFullScreenMode() const;
   void updateCurrentWebViewZoomLevel(double zoom);
   void updateSideBarZoomLevel(double zoom);

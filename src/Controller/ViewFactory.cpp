@@ -1,9 +1,12 @@
 #include "Controller/ViewFactory.h"
 
+#include "Appearance/AppearanceUIView.h"
 #include "Keyboard/GlobalShortcutsNoticeUIView.h"
 #include "Markdown/MarkdownUIView.h"
 #include "Onboarding/PagePlace.h"
 #include "SearchBar/SearchBarView.h"
+#include "SideBar/SidebarGroupUIView.h"
+#include "SideBar/ToolbarCheckboxUIView.h"
 
 #include <utility>
 
@@ -49,6 +52,22 @@ ViewFactory::Controller ViewFactory::shortcuts() const {
   return host(PagePlace{"Shortcuts", globalShortcutsNotice()});
 }
 
-ViewFactory::Controller ViewFactory::appearance() const { return host(PagePlace{"Appearance"}); }
+ViewFactory::Controller ViewFactory::appearance() const {
+  using namespace platform;
+  auto* delegate = delegates_.appearance;
+  const auto toggleToolbar = [delegate] {
+    if (delegate != nullptr) delegate->didClickToolbarCheckbox();
+  };
+  const auto sideBar =
+      HStack({.spacing = 24, .alignment = Alignment::top},
+             {Spacer(), SidebarGroupUIView{.sharedState = content_.sharedState},
+              ToolbarCheckboxUIView{.sharedState = content_.sharedState, .action = toggleToolbar}, Spacer()})
+          .padding(EdgeInsets{8, 16, 8, 16});
+  return host(AppearanceUIView{
+      .delegate = delegate,
+      .webView = [&content = content_]() -> WKWebView& { return *content.currentWebView.webView; },
+      .sharedState = content_.sharedState,
+      .sideBar = sideBar});
+}
 
 }  // namespace velkin

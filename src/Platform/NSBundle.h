@@ -17,6 +17,8 @@ class NSBundle {
   std::optional<std::string> version;
   /// When the program was built, in seconds since 1970.
   double creationDate = 0;
+  /// "CFBundleName".
+  std::optional<std::string> name;
 };
 
 }  // namespace platform

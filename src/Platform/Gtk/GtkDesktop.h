@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <gio/gio.h>
@@ -18,6 +19,8 @@ class GtkWorkspace : public NSWorkspace {
 
   bool open(const URL& url) override;
   std::vector<NSRunningApplication> runningApplications() override;
+  std::optional<std::string> desktopImageURLForScreen(const NSScreen& screen) override;
+  void activateFileViewerSelecting(const std::string& path) override;
 
  private:
   std::function<GDBusConnection*()> connection_;
