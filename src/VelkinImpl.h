@@ -38,7 +38,10 @@ class VelkinImpl : public platform::NSMenuDelegate,
                    public MenuHelperDelegate,
                    public QKKeyboardShortcutHelperDelegate,
                    public HotkeySolutionDelegate,
-                   public ReleaseNotesUIViewDelegate {
+                   public ReleaseNotesUIViewDelegate,
+                   public AboutUIViewDelegate,
+                   public EasterEggUrlEditingUIViewDelegate,
+                   public OnboardingUIViewDelegate {
  public:
   template <class V>
   using Host = std::shared_ptr<platform::NSHostingController<V>>;
@@ -103,6 +106,15 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void setSidebarsForGroup(std::optional<WebViewSwitchType> type);
   void didClickReleaseNotesDone() override;
 
+  // The pages that lead in and around.
+  void didCompleteOnboarding() override;
+  void didClickEasterEggUrlEditingDone() override;
+  void didEnableDisableEasterEgg() override;
+  void didClickReleaseNotesButton() override;
+  void didClickOnboardingButton() override;
+  void didClickEditUrlsButton() override;
+  void didClickToolbarCheckbox() override;
+
   // Sizes and zoom. Points.
   void updateWebViewWindowSize(double width, double height);
   bool getIsInFullScreenMode() const;
@@ -164,6 +176,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
 
  private:
   struct Rooms;
+  /// From a panel's button to a page in the popover.
+  void leadTo(WebViewSwitchType page);
   std::unique_ptr<Rooms> rooms_;
 };
 

@@ -19,6 +19,9 @@ class ViewFactory {
   struct Delegates {
     MenuHelperDelegate* menu = nullptr;
     ReleaseNotesUIViewDelegate* releaseNotes = nullptr;
+    AboutUIViewDelegate* about = nullptr;
+    EasterEggUrlEditingUIViewDelegate* urlEditing = nullptr;
+    OnboardingUIViewDelegate* onboarding = nullptr;
   };
 
   ViewFactory(Delegates delegates, PopoverContent& content) : delegates_(delegates), content_(content) {}

@@ -21,6 +21,11 @@ class HeadlessWorkspace : public NSWorkspace {
     return true;
   }
   std::vector<NSRunningApplication> runningApplications() override { return running; }
+
+  std::vector<NSUserNotification> delivered;
+  int beeps = 0;
+  void deliver(NSUserNotification notification) override { delivered.push_back(std::move(notification)); }
+  void beep() override { ++beeps; }
 };
 
 /// Delivers at once and remembers what was posted.
