@@ -66,13 +66,13 @@ View AboutUIView::body() const {
              {.spacing = 2 * innerSpacing},
              {AppIconUIView{.iconSize = IconSize::large,
                             .action = [self = *this] { self.easterEggAction(); }},
-              Text(name).font(Font::title2).selectable(),
+              Text(name).font(Font::title2),
               Text("Made with care, for those who write.").foregroundColor(Color::Role::secondary),
               when(!buildDate.empty(), [&] { return small(buildDate); }),
               when(!libraries.empty(),
                    [&] {
                      return HStack({.spacing = innerSpacing},
-                                   {small(libraries),
+                                   {small(libraries).lineLimit(1),
                                     Button(
                                         Symbol("doc.on.doc").frame({.height = 14}),
                                         [text = name + ", " + libraries] {

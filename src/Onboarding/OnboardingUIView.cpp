@@ -15,6 +15,8 @@ using namespace platform;
 namespace {
 
 constexpr double addressWidth = 420;
+/// Of each of two columns.
+constexpr double shortcutWidth = 250;
 constexpr const char* firstDescription =
     "The feature rich menubar browser app. \nEnter URL then Click \"Next\" to get started. :-)";
 
@@ -37,11 +39,11 @@ OnboardingUIView::OnboardingUIView(OnboardingUIViewDelegate* target, std::functi
                                    .isValidURL = isValidURL.binding(),
                                    .action = [chatURL = chatURL](const std::string& text) { chatURL.set(text); },
                                    .validatesAtFirst = true})
-                              .frame({.minWidth = addressWidth})}),
+                              .frame({.width = addressWidth})}),
        .fontSize = OnboardingFontSizeUIView{.didSelect = std::move(pageZoom)},
        .windowSize = OnboardingWindowSizeUIView{},
        .apiKey = OnboardingApiKeyUIView{},
-       .shortcuts = ShortcutsUIView{.useSmallerFonts = true},
+       .shortcuts = ShortcutsUIView{.gridWidth = shortcutWidth, .useSmallerFonts = true},
        .menuItems = OnboardingMenuItemsUIView{}});
   pages = helper.getOnboardingPages();
   pages.front().description = firstDescription;
@@ -49,7 +51,7 @@ OnboardingUIView::OnboardingUIView(OnboardingUIViewDelegate* target, std::functi
 }
 
 View OnboardingUIView::page(const OnboardingPage& page) const {
-  return VStack({.spacing = 12},
+  return VStack({.spacing = 16},
                 {Text(page.title).font(Font::title).accessibilityRole(AccessibilityRole::heading),
                  when(!page.description.empty(),
                       [&] {
