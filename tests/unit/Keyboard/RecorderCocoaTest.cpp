@@ -223,10 +223,10 @@ TEST_F(RecorderCocoaTest, WhatAnotherProgramHoldsIsRefusedAndRecordingGoesOnAfte
 
 TEST_F(RecorderCocoaTest, WhatTheMainMenuHasIsRefusedByItsName) {
   auto menu = std::make_shared<platform::NSMenu>();
-  menu->addItem(std::make_shared<platform::NSMenuItem>("Open…", [] {}, "o"));
+  menu->addItem(std::make_shared<platform::NSMenuItem>("Open…", [] {}, "g"));
   platform::NSApp().mainMenu = menu;
   recorder->focus();
-  send(press(Key::o, NSEvent::commandFlag));
+  send(press(Key::g, NSEvent::commandFlag));
   ASSERT_EQ(desktop.openDialogs.alerts.size(), 1U);
   EXPECT_EQ(desktop.openDialogs.alerts.back().asked.messageText,
             "This shortcut is used by the menu item “Open…”.");
