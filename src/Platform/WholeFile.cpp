@@ -114,12 +114,13 @@ tl::expected<FileContents, FileError> readWholeFile(const std::filesystem::path&
   return contents;
 }
 
-tl::expected<ReplacedFile, FileError> replaceFile(const std::filesystem::path& path, std::string_view bytes) {
+tl::expected<ReplacedFile, FileError> replaceFile(const std::filesystem::path& path, std::string_view bytes,
+                                                  mode_t mode) {
   // One name for all: what a killed process left behind is cleared away by the next.
   const auto newPath = hiddenBeside(path, ".new");
   unlink(newPath.c_str());
   FileDescriptor file(retried(
-      [&] { return open(newPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600); }));
+      [&] { return open(newPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode); }));
   if (!file.isOpen()) return tl::unexpected(errorOf("a new file can't be made in its folder"));
   const auto fail = [&](std::string_view what) {
     const auto code = errno;

@@ -69,11 +69,12 @@ struct ReplacedFile {
   FileDescriptor file;
 };
 
-/// Puts a file with `bytes`, mode 0600, in the place of `path`: a new file in the same folder, on disk before
-/// it takes the name. Whatever fails and whenever the process dies, the name stands for the old file or the
-/// new one, whole. A size limit of the process is an error like a full disk, not a signal. Two at once on the
-/// same path must be kept apart by a `FileLock`.
-tl::expected<ReplacedFile, FileError> replaceFile(const std::filesystem::path& path, std::string_view bytes);
+/// Puts a file with `bytes`, of `mode` less the umask, in the place of `path`: a new file in the same folder,
+/// on disk before it takes the name. Whatever fails and whenever the process dies, the name stands for the
+/// old file or the new one, whole. A size limit of the process is an error like a full disk, not a signal.
+/// Two at once on the same path must be kept apart by a `FileLock`.
+tl::expected<ReplacedFile, FileError> replaceFile(const std::filesystem::path& path, std::string_view bytes,
+                                                  mode_t mode = 0600);
 
 /// Keeps other processes, and other threads with a lock of their own, out until its end or the process's.
 class FileLock {

@@ -28,6 +28,8 @@ constexpr const char* scrollScript = R"(
   });
 })();)";
 
+constexpr std::size_t keptLength = std::size_t{1} << 20U;
+
 /// An answer may hold the copy button's own handler, on an element that lies unseen over the text or reacts
 /// to any key. So handlers stay on buttons only that are where and what the page's own are.
 constexpr const char* buttonScript = R"(
@@ -65,6 +67,11 @@ AnswerPage::~AnswerPage() {
   auto& view = *controller_->webView;
   // Another panel may have taken the view over.
   if (view.navigationDelegate != controller_.get()) return;
+  if (controller_->shownLength() > keptLength) {
+    // The engine gives the memory of a long page back with its view only.
+    kept_->webView.reset();
+    return;
+  }
   view.setPageZoom(1);
   view.loadHTMLString({}, std::nullopt);
 }

@@ -1,5 +1,5 @@
-#include "Helpers/SearchRequestHelper.h"
 #include "Components/MarkdownHtmlHelper.h"
+#include "Helpers/SearchRequestHelper.h"
 #include "MarkdownEngine/ValidUtf8.h"
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "Platform/NSURLSession.h"

@@ -281,7 +281,8 @@ TEST(PropertyListEntitiesTest, CharactersOfPrivateUseAreNotTakenForThem) {
   for (char32_t c = 0xE000; c < 0xF000; ++c) {
     if (c % 5 != 0) appendUTF8(all, c);
   }
-  for (const std::string& text : std::vector<std::string>{"\xEE\x80\x80&\xEE\x80\x81<", "&", "<" + all + "&"}) {
+  for (const std::string& text :
+       std::vector<std::string>{"\xEE\x80\x80&\xEE\x80\x81<", "&", "<" + all + "&"}) {
     EXPECT_EQ(roundTrip(Value::Dictionary{{text, text}}), Value(Value::Dictionary{{text, text}}));
   }
 }
