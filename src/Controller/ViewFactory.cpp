@@ -4,6 +4,7 @@
 #include "Markdown/MarkdownUIView.h"
 #include "Onboarding/AboutUIView.h"
 #include "Onboarding/EasterEggUrlEditingUIView.h"
+#include "Onboarding/OnboardingBodies.h"
 #include "Onboarding/OnboardingUIView.h"
 #include "Onboarding/PagePlace.h"
 #include "SearchBar/SearchBarView.h"
@@ -37,9 +38,10 @@ std::shared_ptr<NSHostingController<ReleaseNotesUIView>> ViewFactory::releaseNot
 }
 
 ViewFactory::Controller ViewFactory::onboarding() const {
-  return host(OnboardingUIView(delegates_.onboarding, [page = content_.currentWebView.webView](double zoom) {
-    page->setPageZoom(zoom);
-  }));
+  const auto followZoom = [page = content_.currentWebView.webView](double zoom) { page->setPageZoom(zoom); };
+  return host(OnboardingUIView(delegates_.onboarding,
+                               {.fontSize = OnboardingFontSizeUIView{.didSelect = followZoom},
+                                .windowSize = OnboardingWindowSizeUIView{}}));
 }
 
 ViewFactory::Controller ViewFactory::editUrls() const {

@@ -4,6 +4,7 @@
 #include "Components/OnboardingEditChatUrlUIView.h"
 #include "Helpers/UserDefaultsHelper.h"
 #include "Keyboard/ShortcutsUIView.h"
+#include "Onboarding/OnboardingBodies.h"
 #include "Onboarding/PageControlUIView.h"
 
 #include <utility>
@@ -29,7 +30,7 @@ std::string storedAddress() {
 
 }  // namespace
 
-OnboardingUIView::OnboardingUIView(OnboardingUIViewDelegate* target, std::function<void(double)> pageZoom)
+OnboardingUIView::OnboardingUIView(OnboardingUIViewDelegate* target, Pickers pickers)
     : delegate(target), chatURL(storedAddress()) {
   const OnboardingPageHelper helper(
       {.address = VStack({.spacing = 24},
@@ -40,8 +41,8 @@ OnboardingUIView::OnboardingUIView(OnboardingUIViewDelegate* target, std::functi
                                    .action = [chatURL = chatURL](const std::string& text) { chatURL.set(text); },
                                    .validatesAtFirst = true})
                               .frame({.width = addressWidth})}),
-       .fontSize = OnboardingFontSizeUIView{.didSelect = std::move(pageZoom)},
-       .windowSize = OnboardingWindowSizeUIView{},
+       .fontSize = std::move(pickers.fontSize),
+       .windowSize = std::move(pickers.windowSize),
        .apiKey = OnboardingApiKeyUIView{},
        .shortcuts = ShortcutsUIView{.gridWidth = shortcutWidth, .useSmallerFonts = true},
        .menuItems = OnboardingMenuItemsUIView{}});

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "Onboarding/OnboardingBodies.h"
 #include "Onboarding/OnboardingPage.h"
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
 #include "Values/PageDelegates.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,8 +12,13 @@ namespace velkin {
 
 /// The pages that lead a new user in, one after the other.
 struct OnboardingUIView {
-  /// `pageZoom` brings a chosen zoom to the page on show.
-  OnboardingUIView(OnboardingUIViewDelegate* delegate, std::function<void(double)> pageZoom);
+  /// The choices of sizes, which other pages have too.
+  struct Pickers {
+    platform::View fontSize;
+    platform::View windowSize;
+  };
+
+  OnboardingUIView(OnboardingUIViewDelegate* delegate, Pickers pickers);
 
   OnboardingUIViewDelegate* delegate;
   platform::State<int> currentPage{0};

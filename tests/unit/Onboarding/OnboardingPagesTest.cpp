@@ -1,6 +1,7 @@
 #include "Keyboard/KeyboardShortcuts.h"
 #include "Onboarding/AboutUIView.h"
 #include "Onboarding/EasterEggUrlEditingUIView.h"
+#include "Onboarding/OnboardingBodies.h"
 #include "Onboarding/OnboardingUIView.h"
 #include "Onboarding/PageControlUIView.h"
 #include "Helpers/UserDefaultsHelper.h"
@@ -43,7 +44,9 @@ class OnboardingPagesTest : public testing::Test {
   std::vector<double> zooms;
 
   OnboardingUIView onboarding() {
-    return {&pages, [this](double zoom) { zooms.push_back(zoom); }};
+    return {&pages,
+            {.fontSize = OnboardingFontSizeUIView{.didSelect = [this](double z) { zooms.push_back(z); }},
+             .windowSize = OnboardingWindowSizeUIView{}}};
   }
   void press(platform::HeadlessHostingView& tree, std::string_view name) {
     auto* control = tree.control(name);
