@@ -4,6 +4,7 @@
 #include "Keyboard/RecorderMessages.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/NSAlert.h"
+#include "Platform/NSApplication.h"
 #include "Platform/NSSound.h"
 #include "Platform/UTF8.h"
 
@@ -90,6 +91,8 @@ bool RecorderCocoa::becomeFirstResponder() {
   setIsPaused(true);
   // A key that is grabbed comes to no window, so it couldn't be recorded for the other name, nor again.
   setIsEnabled(false);
+  // One that another program has grabbed would go to that one, and nobody could say that it is taken.
+  platform::NSApp().setTakesReservedKeys(true);
   eventMonitor_ = std::make_unique<LocalEventMonitor>(
       NSEvent::mask(keyDown) | NSEvent::mask(leftMouseUp) | NSEvent::mask(rightMouseUp),
       [weak = weak_from_this()](const NSEvent& event) -> std::optional<NSEvent> {
@@ -106,6 +109,7 @@ void RecorderCocoa::blur() { controlTextDidEndEditing(); }
 void RecorderCocoa::controlTextDidEndEditing() {
   if (!isRecording()) return;
   eventMonitor_.reset();
+  platform::NSApp().setTakesReservedKeys(false);
   setIsEnabled(true);
   setIsPaused(false);
   if (didChange) didChange();

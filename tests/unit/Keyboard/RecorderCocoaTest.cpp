@@ -337,6 +337,7 @@ TEST_F(RecorderCocoaTest, AgreesWithTheModelOnARandomWalk) {
     ASSERT_EQ(recorder->isRecording(), model.isRecording) << step;
     ASSERT_EQ(isPaused(), model.isRecording) << step;
     ASSERT_EQ(isEnabled(), !model.isRecording) << step;
+    ASSERT_EQ(desktop.app.takesReservedKeys, model.isRecording) << step;
     ASSERT_EQ(getShortcut(name).has_value(), model.isStored) << step;
     ASSERT_EQ(recorder->showsCancelButton(), model.isStored) << step;
   }
