@@ -40,7 +40,10 @@ class VelkinImpl : public platform::NSMenuDelegate,
                    public QKKeyboardShortcutHelperDelegate,
                    public HotkeySolutionDelegate,
                    public ReleaseNotesUIViewDelegate,
-                   public AppearanceUIViewDelegate {
+                   public AppearanceUIViewDelegate,
+                   public AboutUIViewDelegate,
+                   public EasterEggUrlEditingUIViewDelegate,
+                   public OnboardingUIViewDelegate {
  public:
   template <class V>
   using Host = std::shared_ptr<platform::NSHostingController<V>>;
@@ -104,8 +107,13 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void resetSideBarViews();
   void setSidebarsForGroup(std::optional<WebViewSwitchType> type);
   void didClickReleaseNotesDone() override;
-  void didClickOnboardingButton() override;
+
+  // The pages that lead in and around.
+  void didCompleteOnboarding() override;
+  void didClickEasterEggUrlEditingDone() override;
+  void didEnableDisableEasterEgg() override;
   void didClickReleaseNotesButton() override;
+  void didClickOnboardingButton() override;
   void didClickEditUrlsButton() override;
   void didClickToolbarCheckbox() override;
 
@@ -170,6 +178,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
 
  private:
   struct Rooms;
+  /// From a panel's button to a page in the popover.
+  void leadTo(WebViewSwitchType page);
   std::unique_ptr<Rooms> rooms_;
 };
 

@@ -21,6 +21,9 @@ class ViewFactory {
     MenuHelperDelegate* menu = nullptr;
     ReleaseNotesUIViewDelegate* releaseNotes = nullptr;
     AppearanceUIViewDelegate* appearance = nullptr;
+    AboutUIViewDelegate* about = nullptr;
+    EasterEggUrlEditingUIViewDelegate* urlEditing = nullptr;
+    OnboardingUIViewDelegate* onboarding = nullptr;
   };
 
   ViewFactory(Delegates delegates, PopoverContent& content) : delegates_(delegates), content_(content) {}

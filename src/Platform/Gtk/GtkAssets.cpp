@@ -31,6 +31,7 @@ constexpr std::array symbols = {
     Name{"chevron.up", "go-up-symbolic"},
     Name{"doc.on.doc", "edit-copy-symbolic"},
     Name{"ellipsis", "view-more-horizontal-symbolic"},
+    Name{"eye", "view-reveal-symbolic"},
     Name{"gear", "emblem-system-symbolic"},
     Name{"gearshape", "emblem-system-symbolic"},
     Name{"house.circle", "go-home-symbolic"},
@@ -45,6 +46,7 @@ constexpr std::array symbols = {
     Name{"square.and.arrow.down", "document-save-symbolic"},
     Name{"trash", "user-trash-symbolic"},
     Name{"x.circle", "application-exit-symbolic"},
+    Name{"xmark.circle", "edit-clear-symbolic"},
     Name{"xmark", "window-close-symbolic"},
 };
 

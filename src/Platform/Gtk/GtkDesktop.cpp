@@ -11,7 +11,10 @@
 #include <cmath>
 #include <filesystem>
 #include <iterator>
+#include <memory>
 #include <utility>
+
+#include <gdk/gdk.h>
 
 namespace platform {
 
@@ -20,6 +23,8 @@ namespace {
 constexpr const char* notificationPath = "/com/tarnvale/Velkin";
 constexpr const char* notificationInterface = "com.tarnvale.Velkin.Notifications";
 constexpr const char* notificationSignal = "Posted";
+constexpr const char* noticeService = "org.freedesktop.Notifications";
+constexpr const char* noticePath = "/org/freedesktop/Notifications";
 constexpr const char* ourPrefix = "com.tarnvale.";
 constexpr int answerTime = 500;
 /// A file manager may have to start first.
@@ -119,6 +124,78 @@ void GtkWorkspace::activateFileViewerSelecting(const std::string& path) {
         if (!reply) (*otherwise)();
       },
       std::make_unique<std::function<void()>>(openFolder).release());
+}
+
+GtkWorkspace::~GtkWorkspace() {
+  if (noticeSubscription_ != 0) g_dbus_connection_signal_unsubscribe(connection_(), noticeSubscription_);
+}
+
+void GtkWorkspace::listenToNotices(GDBusConnection* connection) {
+  if (noticeSubscription_ != 0) return;
+  noticeSubscription_ = g_dbus_connection_signal_subscribe(
+      connection, noticeService, noticeService, "ActionInvoked", noticePath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+      [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters,
+         gpointer self) {
+        if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(us)"))) return;
+        std::uint32_t id = 0;
+        g_variant_get(parameters, "(u&s)", &id, nullptr);
+        auto& actions = static_cast<GtkWorkspace*>(self)->noticeActions_;
+        const auto found = actions.find(id);
+        if (found == actions.end()) return;
+        // Once: the notice goes with the click.
+        const auto action = std::move(found->second);
+        actions.erase(found);
+        if (action) action();
+      },
+      this, nullptr);
+}
+
+void GtkWorkspace::deliver(NSUserNotification notification) {
+  auto* connection = connection_();
+  if (connection == nullptr) return;
+  listenToNotices(connection);
+  GVariantBuilder actions;
+  g_variant_builder_init(&actions, G_VARIANT_TYPE("as"));
+  if (!notification.actionButtonTitle.empty()) {
+    for (const char* name : {"default", "open"}) {
+      g_variant_builder_add(&actions, "s", name);
+      g_variant_builder_add(&actions, "s", notification.actionButtonTitle.c_str());
+    }
+  }
+  GVariantBuilder hints;
+  g_variant_builder_init(&hints, G_VARIANT_TYPE("a{sv}"));
+  g_variant_builder_add(&hints, "{sv}", "desktop-entry", g_variant_new_string("com.tarnvale.Velkin"));
+  struct Pending {
+    std::weak_ptr<bool> alive;
+    GtkWorkspace* workspace;
+    std::function<void()> action;
+  };
+  constexpr int asLongAsTheDesktopLikes = -1;
+  auto pending = std::make_unique<Pending>(Pending{isAlive_, this, std::move(notification.action)});
+  g_dbus_connection_call(
+      connection, noticeService, noticePath, noticeService, "Notify",
+      g_variant_new("(susssasa{sv}i)", "Velkin", 0U, "com.tarnvale.Velkin", notification.title.c_str(),
+                    notification.informativeText.c_str(), &actions, &hints, asLongAsTheDesktopLikes),
+      G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Pending> asked(static_cast<Pending*>(data));
+        GError* raw = nullptr;
+        const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &raw));
+        const GErrorPtr error(raw);
+        if (!reply) {
+          debugLog("GtkDesktop", "deliver(_:)", "The desktop shows no notices");
+          return;
+        }
+        std::uint32_t id = 0;
+        g_variant_get(reply.get(), "(u)", &id);
+        if (!asked->alive.expired() && asked->action)
+          asked->workspace->noticeActions_[id] = std::move(asked->action);
+      },
+      pending.release());
+}
+
+void GtkWorkspace::beep() {
+  if (auto* display = gdk_display_get_default()) gdk_display_beep(display);
 }
 
 class BusNotificationCenter::ObserverToken : public Token {

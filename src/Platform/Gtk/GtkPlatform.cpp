@@ -37,10 +37,22 @@
 #include <utility>
 
 #include <adwaita.h>
+#include <webkit/webkit.h>
 
 namespace platform {
 
 namespace {
+
+std::vector<std::string> libraryVersions() {
+  const auto version = [](const char* name, guint major, guint minor, guint micro) {
+    std::ostringstream text;
+    text << name << ' ' << major << '.' << minor << '.' << micro;
+    return text.str();
+  };
+  return {version("GTK", gtk_get_major_version(), gtk_get_minor_version(), gtk_get_micro_version()),
+          version("WebKitGTK", webkit_get_major_version(), webkit_get_minor_version(),
+                  webkit_get_micro_version())};
+}
 
 /// A panel that starts with the session may come some seconds after the programs that start with it.
 constexpr double trayPatience = 4;
@@ -69,7 +81,7 @@ GtkPlatform::GtkPlatform()
   keepLittleFreeMemory();
   sendLibraryMessagesToDebugLog();
   bundle_ = {bundle::identifier, bundle::shortVersion, bundle::buildNumber, bundle::creationDate,
-             bundle::name};
+             bundle::name, libraryVersions()};
   g_set_prgname("velkin");
   g_set_application_name("Velkin");
   application_.willLaunch = [this] {

@@ -31,6 +31,11 @@ class HeadlessWorkspace : public NSWorkspace {
     return found->second;
   }
   void activateFileViewerSelecting(const std::string& path) override { revealed.push_back(path); }
+
+  std::vector<NSUserNotification> delivered;
+  int beeps = 0;
+  void deliver(NSUserNotification notification) override { delivered.push_back(std::move(notification)); }
+  void beep() override { ++beeps; }
 };
 
 /// Delivers at once and remembers what was posted.

@@ -19,6 +19,7 @@ HeadlessPlatform::HeadlessPlatform() {
   bundle.bundleIdentifier = "com.tarnvale.Velkin";
   bundle.shortVersionString = "1.0.0";
   bundle.version = "23";
+  bundle.libraryVersions = {"Toolkit 4.0", "Web engine 2.0"};
   bundle.creationDate = 1'700'000'000.0;
   bundle.name = "Velkin";
   install(this);
