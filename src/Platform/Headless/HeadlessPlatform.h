@@ -48,6 +48,7 @@ class HeadlessPlatform : public Platform {
   /// Nothing: no layout writes ASCII.
   std::optional<HeadlessInputSource::Layout> keyboardLayout = HeadlessInputSource::us();
   std::optional<std::string> lastFatalError;
+  std::filesystem::path dataFolder;
 
   /// What the program has made, in order. They live as long as their owners keep them.
   std::vector<HeadlessStatusItem*> statusItems;
@@ -60,6 +61,7 @@ class HeadlessPlatform : public Platform {
   double now() const override { return queue.now(); }
   NSApplication& application() override { return app; }
   const NSBundle& mainBundle() const override { return bundle; }
+  std::filesystem::path userDataFolder() const override { return dataFolder; }
   NSWorkspace& sharedWorkspace() override { return workspace; }
   NSPasteboard& generalPasteboard() override { return pasteboard; }
   Dialogs& dialogs() override { return openDialogs; }
