@@ -7,6 +7,7 @@
 #include "Markdown/MarkdownTextUIView.h"
 #include "Markdown/SampleMarkdown.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velkin {
@@ -15,6 +16,7 @@ using namespace platform;
 
 namespace {
 
+constexpr double smallestZoom = 0.05;
 constexpr StackOptions tight = {.spacing = 0, .alignment = Alignment::fill};
 
 const char* noticeFor(NSTextView::Refusal reason) {
@@ -29,6 +31,11 @@ const char* noticeFor(NSTextView::Refusal reason) {
       break;
   }
   return "The program that copied this doesn't answer. Nothing was changed.";
+}
+
+/// The zoom has no lower limit on the tool bar; a page's has.
+Binding<double> pageZoom(const State<double>& zoom) {
+  return {[zoom] { return std::max(zoom.get(), smallestZoom); }, [zoom](double now) { zoom.set(now); }};
 }
 
 /// A line over the editor, quiet enough to be passed over.
@@ -136,7 +143,7 @@ View MarkdownUIView::panes() const {
   const bool isRight = isShowingPreviewVertically.get();
   const bool isShown = isRight || isShowingPreviewHorizontally.get();
   Views all = {editor(), when(isShown, [] { return Divider(); }), when(isShown, [this] {
-                 return View(MarkdownWebUIView{.zoomLevel = webZoom.binding(),
+                 return View(MarkdownWebUIView{.zoomLevel = pageZoom(webZoom),
                                                .controller = pad->preview(),
                                                .markdownState = html.binding()})
                      .frame({.maxWidth = infinity, .maxHeight = infinity});
