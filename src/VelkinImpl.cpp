@@ -39,7 +39,7 @@ struct VelkinImpl::Rooms {
   ViewSwitcher switcher{{content, views, sidebars, geometry, statusItem, searchPanel}};
   Finding finding{content};
   PageCommands page{content};
-  PageExport pageExport;
+  PageExport pageExport{content};
   std::unique_ptr<QKKeyboardShortcutHelper> keyboard;
 };
 
@@ -184,7 +184,8 @@ void VelkinImpl::handlePageUp() { rooms_->page.scrollPageUp(); }
 void VelkinImpl::handlePageDown() { rooms_->page.scrollPageDown(); }
 void VelkinImpl::handleEnter() { rooms_->page.submitForm(); }
 void VelkinImpl::handleEsc() {
-  rooms_->finding.end() || rooms_->searchPanel.close() || rooms_->statusItem.closePopover();
+  rooms_->finding.end() || rooms_->searchPanel.close() || rooms_->pageExport.cancel() ||
+      rooms_->statusItem.closePopover();
 }
 
 void VelkinImpl::aboutClicked() { rooms_->panels.open(Panel::about); }

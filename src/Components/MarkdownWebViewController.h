@@ -35,6 +35,8 @@ class MarkdownWebViewController : public platform::NSViewController, public plat
   void show(double zoom, const std::string& page);
   /// Has the next `show` load its page in any case.
   void forgetShown();
+  /// Bytes of the page that was shown last.
+  std::size_t shownLength() const noexcept { return shownPage_.size(); }
 
   platform::WKNavigationActionPolicy decidePolicyFor(platform::WKWebView& view,
                                                      const platform::WKNavigationAction& action) override;

@@ -53,8 +53,8 @@ struct NSEvent {
   EventType type = EventType::leftMouseUp;
   /// Of a click on the tray's icon: where the pointer was, in screen coordinates.
   NSPoint locationOnScreen = {};
-  /// Of a mouse button in a window of the program: where the pointer was, from the window's bottom left, and which
-  /// window it was (see `ViewPlace`). 0 is no window.
+  /// Of a mouse button in a window of the program: where the pointer was, from the window's bottom left, and
+  /// which window it was (see `ViewPlace`). 0 is no window.
   NSPoint locationInWindow = {};
   int windowNumber = 0;
   /// Of a key event: the key's position, as a virtual key code.

@@ -5,6 +5,7 @@
 #include "Platform/NSViewController.h"
 
 #include <memory>
+#include <string>
 
 namespace platform {
 
@@ -34,6 +35,8 @@ class NSPopover {
   virtual void show(NSRect rect, NSStatusBarButton& view, NSRectEdge edge) = 0;
   /// Closes it, if nothing that the user has open in it stands against that.
   virtual void performClose() = 0;
+  /// Says something in passing, above the content. Nothing is to be answered.
+  virtual void showNotice(const std::string& text) = 0;
 };
 
 }  // namespace platform

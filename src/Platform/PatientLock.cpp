@@ -59,6 +59,11 @@ PatientLock::~PatientLock() {
 
 PatientLock::Answer PatientLock::take() {
   if (isWaiting_) return tl::unexpected(isHeldElsewhere());
+  // Whatever the machine is busy with: a lock that is free is had.
+  if (auto lock = FileLock::takeIfFree(file_)) {
+    patience_ = wholePatience;
+    return *std::move(lock);
+  }
   using Clock = std::chrono::steady_clock;
   const auto start = Clock::now();
   std::unique_lock lock(request_->mutex);

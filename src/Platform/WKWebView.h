@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include <tl/expected.hpp>
+
 namespace platform {
 
 class WKWebView;
@@ -102,6 +104,11 @@ class WKUIDelegate {
   virtual ~WKUIDelegate() = default;
 };
 
+struct WKPDFConfiguration {
+  /// Points, on each side.
+  double margin = 10;
+};
+
 /// A page. The engine behind it starts when a page is first loaded or shown. Main thread.
 class WKWebView : public NSView {
  public:
@@ -152,6 +159,15 @@ class WKWebView : public NSView {
   using ScriptCompletion =
       std::function<void(const std::optional<std::string>& json, const std::optional<NSError>& error)>;
   virtual void evaluateJavaScript(const std::string& script, ScriptCompletion completion = {}) = 0;
+
+  /// Gets the file's bytes, or the error; never in the same turn, and not any more once the view has gone.
+  using DataCompletion = std::function<void(tl::expected<std::string, NSError>)>;
+  /// The page as it would be printed, on the paper that is usual here.
+  virtual void createPDF(const WKPDFConfiguration& configuration, DataCompletion completion) = 0;
+  /// The page as it is now with all that it shows, in the engine's own form.
+  virtual void createMHTMLData(DataCompletion completion) = 0;
+  /// The same as a web archive.
+  void createWebArchiveData(DataCompletion completion);
 };
 
 }  // namespace platform

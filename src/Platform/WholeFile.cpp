@@ -2,12 +2,16 @@
 
 #include "Platform/SignalBlock.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace platform {
@@ -31,6 +35,11 @@ FileIdentity identityOf(const struct stat& status) noexcept {
           nanoseconds(status.st_ctim),
           0};
 }
+
+/// The usual file systems of a disk or in memory: asking for a lock there never waits.
+constexpr std::array<std::uint64_t, 7> localTypes = {
+    EXT4_SUPER_MAGIC, 0x58465342 /* xfs */, BTRFS_SUPER_MAGIC,    0xF2F52010 /* f2fs */,
+    TMPFS_MAGIC,      0x2FC12FC1 /* zfs */, OVERLAYFS_SUPER_MAGIC};
 
 template <class Call>
 auto retried(Call call) {
@@ -105,12 +114,13 @@ tl::expected<FileContents, FileError> readWholeFile(const std::filesystem::path&
   return contents;
 }
 
-tl::expected<ReplacedFile, FileError> replaceFile(const std::filesystem::path& path, std::string_view bytes) {
+tl::expected<ReplacedFile, FileError> replaceFile(const std::filesystem::path& path, std::string_view bytes,
+                                                  mode_t mode) {
   // One name for all: what a killed process left behind is cleared away by the next.
   const auto newPath = hiddenBeside(path, ".new");
   unlink(newPath.c_str());
   FileDescriptor file(retried(
-      [&] { return open(newPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600); }));
+      [&] { return open(newPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode); }));
   if (!file.isOpen()) return tl::unexpected(errorOf("a new file can't be made in its folder"));
   const auto fail = [&](std::string_view what) {
     const auto code = errno;
@@ -139,6 +149,17 @@ tl::expected<FileLock, FileError> FileLock::take(const std::filesystem::path& pa
     return FileLock(FileDescriptor());
   }
   return tl::unexpected(errorOf("it can't be locked"));
+}
+
+std::optional<FileLock> FileLock::takeIfFree(const std::filesystem::path& path) {
+  FileDescriptor file(
+      retried([&] { return open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600); }));
+  struct statfs status {};
+  if (!file.isOpen() || fstatfs(file.number(), &status) != 0) return std::nullopt;
+  const auto type = static_cast<std::uint64_t>(status.f_type);
+  if (std::find(localTypes.begin(), localTypes.end(), type) == localTypes.end()) return std::nullopt;
+  if (retried([&] { return flock(file.number(), LOCK_EX | LOCK_NB); }) != 0) return std::nullopt;
+  return FileLock(std::move(file));
 }
 
 FileLock::~FileLock() {

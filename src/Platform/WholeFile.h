@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -68,11 +69,12 @@ struct ReplacedFile {
   FileDescriptor file;
 };
 
-/// Puts a file with `bytes`, mode 0600, in the place of `path`: a new file in the same folder, on disk before
-/// it takes the name. Whatever fails and whenever the process dies, the name stands for the old file or the
-/// new one, whole. A size limit of the process is an error like a full disk, not a signal. Two at once on the
-/// same path must be kept apart by a `FileLock`.
-tl::expected<ReplacedFile, FileError> replaceFile(const std::filesystem::path& path, std::string_view bytes);
+/// Puts a file with `bytes`, of `mode` less the umask, in the place of `path`: a new file in the same folder,
+/// on disk before it takes the name. Whatever fails and whenever the process dies, the name stands for the
+/// old file or the new one, whole. A size limit of the process is an error like a full disk, not a signal.
+/// Two at once on the same path must be kept apart by a `FileLock`.
+tl::expected<ReplacedFile, FileError> replaceFile(const std::filesystem::path& path, std::string_view bytes,
+                                                  mode_t mode = 0600);
 
 /// Keeps other processes, and other threads with a lock of their own, out until its end or the process's.
 class FileLock {
@@ -80,6 +82,10 @@ class FileLock {
   /// Waits for the lock on the file at `path`, for ever if need be (see PatientLock). The file is made if it
   /// is missing and stays. On a file system that knows no locks the result holds none.
   static tl::expected<FileLock, FileError> take(const std::filesystem::path& path);
+
+  /// The same if nobody holds it, without any waiting; else nothing, and nothing on a file system that may be
+  /// another machine's, where the question itself may wait.
+  static std::optional<FileLock> takeIfFree(const std::filesystem::path& path);
 
   FileLock(FileLock&&) noexcept = default;
   FileLock& operator=(FileLock&&) noexcept = default;

@@ -21,6 +21,7 @@ class ReleaseNotesWebViewController : public platform::NSViewController,
   void setupView(bool isDarkMode);
 
   void didFinish(platform::WKWebView& webView) override;
+  platform::WKWebView& webView() const { return *webView_; }
 
  protected:
   void loadView() override;

@@ -6,6 +6,12 @@
 
 namespace velkin {
 
+namespace {
+
+constexpr std::size_t keptLength = std::size_t{1} << 20U;
+
+}  // namespace
+
 AnswerPage::AnswerPage(std::shared_ptr<KeptAnswerView> kept) : kept_(std::move(kept)) {}
 
 AnswerPage::~AnswerPage() {
@@ -13,6 +19,11 @@ AnswerPage::~AnswerPage() {
   auto& view = *controller_->webView;
   // Another panel may have taken the view over.
   if (view.navigationDelegate != controller_.get()) return;
+  if (controller_->shownLength() > keptLength) {
+    // The engine gives the memory of a long page back with its view only.
+    kept_->webView.reset();
+    return;
+  }
   view.setPageZoom(1);
   view.loadHTMLString({}, std::nullopt);
 }

@@ -23,8 +23,13 @@ class Window(VelkinTestCase):
     def waitForSize(self, width, height):
         left, top, right, bottom = self.desktop.workArea()
         wanted = (min(width, right - left), min(height, bottom - top))
-        waitFor(f"the window to be {wanted}", lambda: self.popover()
-                and (self.popover().width, self.popover().height) == wanted, 10, describe=self.describeWindows)
+
+        def hasSize():
+            # Looked up once: a change of size may take it off the screen for a moment.
+            popover = self.popover()
+            return popover is not None and (popover.width, popover.height) == wanted
+
+        waitFor(f"the window to be {wanted}", hasSize, 10, describe=self.describeWindows)
 
     def testASidebarOpensBesideChatAndBecomesMain(self):
         window = self.openOnChat(viewWidth=980.0)

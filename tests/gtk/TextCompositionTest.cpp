@@ -31,10 +31,7 @@ class TextCompositionTest : public GtkFixture {
           return isTaken ? std::nullopt : std::optional(event);
         });
   }
-  ~TextCompositionTest() override {
-    NSApp().removeMonitor(monitor);
-    run("setxkbmap -option '' us");
-  }
+  ~TextCompositionTest() override { run("setxkbmap -option '' us"); }
 
   static void run(const std::string& command) { ASSERT_EQ(std::system(command.c_str()), 0) << command; }
   void keys(const std::string& keys) { run("xdotool key --delay 20 " + keys); }
@@ -51,7 +48,7 @@ class TextCompositionTest : public GtkFixture {
   std::unique_ptr<NSPopover> popover;
   GtkWidget* field = nullptr;
   int escapes = 0;
-  int monitor = 0;
+  NSEvent::MonitorToken monitor;
 };
 
 TEST_F(TextCompositionTest, BackspaceTakesBackTheDeadKeyAndNothingElse) {

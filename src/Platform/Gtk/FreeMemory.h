@@ -2,8 +2,8 @@
 
 namespace platform {
 
-/// For the program's start: has the C library give large blocks back as soon as they are freed, on any thread.
-/// By itself it keeps more and more once it had to get them.
+/// For the program's start: has the C library give large blocks back as soon as they are freed, on any
+/// thread. By itself it keeps more and more once it had to get them.
 void keepLittleFreeMemory();
 
 /// Some seconds from now, gives what was freed by then back to the system: the C library keeps what a thread

@@ -234,7 +234,7 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   if (isKept) return TRUE;
   focus = gtk_window_get_focus(window);
   if (focus == nullptr || !WEBKIT_IS_WEB_VIEW(focus)) return FALSE;
-  if (isPress) noteKeyToPage(focus);
+  if (isPress && modifier == 0) noteKeyToPage(focus);
   return !isPress;
 }
 

@@ -8,8 +8,8 @@
 
 namespace platform {
 
-/// Tells the program's monitors of every mouse button that goes down or up in `window`, in a bubble of it too. Main
-/// thread.
+/// Tells the program's monitors of every mouse button that goes down or up in `window`, in a bubble of it
+/// too. Main thread.
 void watchButtons(GtkWindow* window);
 
 /// The number by which the seam knows a window: the same for its life, and no other's while it lives.

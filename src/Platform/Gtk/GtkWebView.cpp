@@ -4,6 +4,7 @@
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/IsolatedPage.h"
 #include "Platform/Gtk/PageDialogues.h"
+#include "Platform/Gtk/PageFiles.h"
 #include "Platform/Gtk/WebViewManners.h"
 #include "Platform/LogText.h"
 #include "Platform/UTF8.h"
@@ -474,6 +475,25 @@ void GtkWebView::evaluateJavaScript(const std::string& script, ScriptCompletion 
   webkit_web_view_evaluate_javascript(
       view_, script.data(), static_cast<gssize>(script.size()), nullptr, nullptr, cancellable_, scriptEnded,
       std::make_unique<ScriptRun>(ScriptRun{std::move(completion)}).release());
+}
+
+void GtkWebView::createPDF(const WKPDFConfiguration& configuration, DataCompletion completion) {
+  printToPDF(engineView(), configuration, whileAlive(std::move(completion)));
+}
+
+void GtkWebView::createMHTMLData(DataCompletion completion) {
+  // The engine forgets the document type.
+  evaluateJavaScript("document.compatMode", [this, completion = whileAlive(std::move(completion))](
+                                                const std::optional<std::string>& mode, const auto& error) {
+    if (error) return completion(tl::unexpected(*error));
+    saveAsMHTML(engineView(), mode == "\"CSS1Compat\"", completion);
+  });
+}
+
+WKWebView::DataCompletion GtkWebView::whileAlive(DataCompletion completion) const {
+  return [alive = isAlive_, completion = std::move(completion)](tl::expected<std::string, NSError> data) {
+    if (*alive) completion(std::move(data));
+  };
 }
 
 }  // namespace platform

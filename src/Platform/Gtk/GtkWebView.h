@@ -47,6 +47,8 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   bool allowsBackForwardNavigationGestures() const override { return allowsGestures_; }
   void setAllowsBackForwardNavigationGestures(bool isAllowed) override;
   void evaluateJavaScript(const std::string& script, ScriptCompletion completion) override;
+  void createPDF(const WKPDFConfiguration& configuration, DataCompletion completion) override;
+  void createMHTMLData(DataCompletion completion) override;
 
  private:
   WebKitWebView* engineView();
@@ -62,6 +64,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   void endProcess();
   void showWhenPainted();
   void loadChanged(WebKitLoadEvent event);
+  DataCompletion whileAlive(DataCompletion completion) const;
 
   NSRect frame_;
   WKWebViewConfiguration configuration_;

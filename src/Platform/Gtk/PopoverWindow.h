@@ -50,6 +50,7 @@ class PopoverWindow : public NSPopover {
   bool isKeptOpen() const noexcept { return *pins_ > 0; }
   /// The window; nullptr before its first need.
   GtkWindow* window() const noexcept { return window_; }
+  void showNotice(const std::string& text) override { toasts_.show(text); }
   ToastHost& toasts() noexcept { return toasts_; }
   /// Makes the window, so that its first opening need not wait for it.
   void prepare();

@@ -40,6 +40,9 @@ int urlErrorCode(const GError& error) {
 
 /// Requests that hang end by themselves after a minute.
 constexpr int mostConnections = 256;
+/// Seconds. A server may close its end at once, and the client hears of it only when it wants the connection
+/// again.
+constexpr int idleTimeout = 10;
 constexpr std::size_t chunkSize = std::size_t{64} << 10U;
 constexpr std::size_t largeBody = std::size_t{1} << 20U;
 
@@ -63,8 +66,9 @@ class SoupURLSession::Loop {
   SoupSession* session() {
     // A server that lets a request hang holds up none that comes after it.
     if (!session_) {
-      session_ = GObjectPtr<SoupSession>::adopt(soup_session_new_with_options(
-          "max-conns", mostConnections, "max-conns-per-host", mostConnections, nullptr));
+      session_ = GObjectPtr<SoupSession>::adopt(
+          soup_session_new_with_options("max-conns", mostConnections, "max-conns-per-host", mostConnections,
+                                        "idle-timeout", idleTimeout, nullptr));
     }
     return session_.get();
   }

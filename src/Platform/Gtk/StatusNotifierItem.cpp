@@ -96,18 +96,16 @@ StatusNotifierItem::StatusNotifierItem(double length, GDBusConnection* connectio
       connection_(connection),
       events_(std::move(events)),
       button_(std::make_unique<Button>(*this)),
-      menuExporter_([this] { send(NSEvent::EventType::rightMouseUp, lastClick_); },
-                    [this] {
-                      if (preparedMenu() != nullptr && preparedMenu()->delegate != nullptr) {
-                        preparedMenu()->delegate->menuDidClose(*preparedMenu());
-                      }
-                    }) {
-  // A key that reaches a window of ours tells what panels don't: their menu, which had the keyboard, is gone.
-  keyMonitor_ = NSEvent::addLocalMonitorForEvents(NSEvent::mask(NSEvent::EventType::keyDown),
-                                                  [this](const NSEvent& event) -> std::optional<NSEvent> {
-                                                    menuExporter_.wasClosed();
-                                                    return event;
-                                                  });
+      menuExporter_(
+          [this] {
+            watchKeys();
+            send(NSEvent::EventType::rightMouseUp, lastClick_);
+          },
+          [this] {
+            if (preparedMenu() != nullptr && preparedMenu()->delegate != nullptr) {
+              preparedMenu()->delegate->menuDidClose(*preparedMenu());
+            }
+          }) {
   if (connection_ == nullptr) {
     settle();
     return;
@@ -125,6 +123,16 @@ StatusNotifierItem::StatusNotifierItem(double length, GDBusConnection* connectio
                                          G_DBUS_SIGNAL_FLAGS_NONE, onHostSignal, this, nullptr);
   watch_ = g_bus_watch_name_on_connection(connection_, watcherName, G_BUS_NAME_WATCHER_FLAGS_NONE,
                                           onWatcherAppeared, onWatcherVanished, this, nullptr);
+}
+
+void StatusNotifierItem::watchKeys() {
+  // A key that reaches a window of ours tells what panels don't: their menu, which had the keyboard, is gone.
+  // The newest monitor hears of it before the key's command runs, which may be the menu's own.
+  keyMonitor_ = NSEvent::addLocalMonitorForEvents(NSEvent::mask(NSEvent::EventType::keyDown),
+                                                  [this](const NSEvent& event) -> std::optional<NSEvent> {
+                                                    menuExporter_.wasClosed();
+                                                    return event;
+                                                  });
 }
 
 StatusNotifierItem::~StatusNotifierItem() {

@@ -46,6 +46,7 @@ class StatusNotifierItem : public NSStatusItem {
   std::function<bool()> shouldIgnoreClick;
 
  private:
+  void watchKeys();
   class Button;
 
   static void onMethodCall(GDBusConnection*, const char* sender, const char* path, const char* interface,

@@ -2,7 +2,9 @@
 
 #include "Platform/NSPopover.h"
 
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace platform {
 
@@ -28,6 +30,8 @@ class HeadlessPopover : public NSPopover {
     isShown_ = false;
     ++closeCount;
   }
+  std::vector<std::string> notices;
+  void showNotice(const std::string& text) override { notices.push_back(text); }
   /// As a user's click elsewhere.
   void clickOutside() {
     if (behavior == Behavior::transient) performClose();

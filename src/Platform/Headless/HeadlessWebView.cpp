@@ -1,5 +1,7 @@
 #include "Platform/Headless/HeadlessWebView.h"
 
+#include "Platform/DispatchQueue.h"
+
 namespace platform {
 
 void HeadlessWebView::load(const URLRequest& request) {
@@ -31,6 +33,16 @@ void HeadlessWebView::goForward() {
 void HeadlessWebView::evaluateJavaScript(const std::string& script, ScriptCompletion completion) {
   scripts.push_back(script);
   if (completion) completion(scriptError ? std::nullopt : scriptResult, scriptError);
+}
+
+void HeadlessWebView::createPDF(const WKPDFConfiguration&, DataCompletion completion) {
+  if (!pdf) return;
+  DispatchQueue::main().async([completion = std::move(completion), data = *pdf] { completion(data); });
+}
+
+void HeadlessWebView::createMHTMLData(DataCompletion completion) {
+  if (!mhtml) return;
+  DispatchQueue::main().async([completion = std::move(completion), data = *mhtml] { completion(data); });
 }
 
 }  // namespace platform

@@ -54,6 +54,11 @@ class HeadlessWebView : public WKWebView {
   bool allowsBackForwardNavigationGestures() const override { return gestures_; }
   void setAllowsBackForwardNavigationGestures(bool isAllowed) override { gestures_ = isAllowed; }
   void evaluateJavaScript(const std::string& script, ScriptCompletion completion) override;
+  /// What the next saving gives, in a later turn; with neither a page that doesn't answer.
+  std::optional<tl::expected<std::string, NSError>> pdf;
+  std::optional<tl::expected<std::string, NSError>> mhtml;
+  void createPDF(const WKPDFConfiguration& configuration, DataCompletion completion) override;
+  void createMHTMLData(DataCompletion completion) override;
 
  private:
   NSRect frame_;

@@ -1,6 +1,7 @@
-#include "Helpers/SearchRequestHelper.h"
 #include "Components/MarkdownHtmlHelper.h"
+#include "Helpers/SearchRequestHelper.h"
 #include "MarkdownEngine/ValidUtf8.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 #include "Platform/NSURLSession.h"
 #include "fuzz/support/Require.h"
 
@@ -15,6 +16,7 @@ using fuzz::require;
 /// Whatever a server answers: no crash; an answer, or an error that says something; and what becomes of an
 /// answer is a page and can be stored. The bytes are the body, and the text in a body of the right shape.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const platform::HeadlessPlatform desktop;
   static const auto parser = velkin::MarkdownHtmlHelper::makeParser();
   const std::string input(reinterpret_cast<const char*>(data), size);
   const platform::HTTPURLResponse response{200, {}, *platform::URL::parse("https://h.test/")};

@@ -1,5 +1,4 @@
 #include "Keyboard/HotkeySolution.h"
-
 #include "Platform/Headless/HeadlessPlatform.h"
 
 #include <gtest/gtest.h>

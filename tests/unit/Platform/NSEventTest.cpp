@@ -73,10 +73,11 @@ TEST_F(NSEventTest, AMovedTokenKeepsItsMonitor) {
 
 TEST_F(NSEventTest, AMonitorThatAnotherEndsDuringAnEventHearsNoMoreOfIt) {
   auto older = watch("older");
-  const auto newer = NSEvent::addLocalMonitorForEvents(NSEvent::mask(Type::keyDown), [&](const NSEvent& e) -> Passed {
-    older = {};
-    return e;
-  });
+  const auto newer =
+      NSEvent::addLocalMonitorForEvents(NSEvent::mask(Type::keyDown), [&](const NSEvent& e) -> Passed {
+        older = {};
+        return e;
+      });
   EXPECT_TRUE(send(Type::keyDown).has_value());
   EXPECT_TRUE(told.empty());
 }
@@ -97,10 +98,11 @@ TEST_F(NSEventTest, AMonitorMayEndItselfAndAddAnother) {
 
 TEST_F(NSEventTest, AMonitorMayHandOnAnotherEvent) {
   Type seen = Type::keyDown;
-  const auto older = NSEvent::addLocalMonitorForEvents(NSEvent::mask(Type::keyUp), [&](const NSEvent& e) -> Passed {
-    seen = e.type;
-    return e;
-  });
+  const auto older =
+      NSEvent::addLocalMonitorForEvents(NSEvent::mask(Type::keyUp), [&](const NSEvent& e) -> Passed {
+        seen = e.type;
+        return e;
+      });
   const auto newer = NSEvent::addLocalMonitorForEvents(
       NSEvent::mask(Type::keyDown), [](const NSEvent&) -> Passed { return NSEvent{.type = Type::keyUp}; });
   EXPECT_EQ(send(Type::keyDown)->type, Type::keyUp);

@@ -532,9 +532,10 @@ TEST_F(SearchBarViewTest, theAnswersPageIsShutOffFromEverything) {
 
 TEST_F(SearchBarViewTest, panelsShareAViewThatIsEmptyBetweenThem) {
   const auto kept = std::make_shared<KeptAnswerView>();
-  for (const std::string text : {"first", "second", "third"}) {
+  const std::vector<std::string> texts = {"first", "second", "third"};
+  for (const auto& text : texts) answerWith(text);
+  for (const auto& text : texts) {
     open(SearchBarView{.page = std::make_shared<AnswerPage>(kept)});
-    answerWith(text);
     ask(text);
     const auto& loads = desktop.webViews.back()->htmlLoads;
     EXPECT_NE(loads.back().find(text), std::string::npos);
@@ -544,6 +545,17 @@ TEST_F(SearchBarViewTest, panelsShareAViewThatIsEmptyBetweenThem) {
     EXPECT_EQ(desktop.webViews.back()->pageZoom(), 1);
   }
   EXPECT_EQ(desktop.webViews.size(), 1U);
+}
+
+TEST_F(SearchBarViewTest, theViewOfAVeryLongAnswerGoesWithItsPanel) {
+  const auto kept = std::make_shared<KeptAnswerView>();
+  open(SearchBarView{.page = std::make_shared<AnswerPage>(kept)});
+  answerWith(std::string(2'000'000, 'x'));
+  ask("long");
+  EXPECT_NE(kept->webView, nullptr);
+  controller.reset();
+  settle();
+  EXPECT_EQ(kept->webView, nullptr);
 }
 
 TEST_F(SearchBarViewTest, aPanelThatGoesLateLeavesTheNextOnesAnswerAlone) {

@@ -1,4 +1,4 @@
-#include "UserData/VelkinSettings.h"
+#include "UserData/VelkinSettingsJSON.h"
 
 #include "UserData/VelkinSettingsFields.h"
 #include "Values/PrettyJSON.h"

@@ -1,7 +1,7 @@
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "UserData/SettingsManager.h"
-#include "UserData/VelkinSettings.h"
 #include "UserData/VelkinSettingsFields.h"
+#include "UserData/VelkinSettingsJSON.h"
 
 #include <random>
 #include <string>

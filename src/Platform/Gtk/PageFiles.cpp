@@ -1,0 +1,132 @@
+#include "Platform/Gtk/PageFiles.h"
+
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/WebArchive.h"
+#include "Platform/WholeFile.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <glib/gstdio.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+using Data = tl::expected<std::string, NSError>;
+
+constexpr std::size_t pdfLimit = std::size_t{2} << 30U;
+
+NSError errorOf(const char* why) { return {"WebKitErrorDomain", 1, why}; }
+
+/// A print into a file of our own, which is gone with it.
+struct PrintRun {
+  explicit PrintRun(WKWebView::DataCompletion ended) : completion(std::move(ended)) {
+    const GStringPtr name(g_build_filename(g_get_user_runtime_dir(), "velkin-page-XXXXXX", nullptr));
+    if (const int file = g_mkstemp(name.get()); file >= 0) {
+      close(file);
+      path = name.get();
+      const GStringPtr address(g_filename_to_uri(path.c_str(), nullptr, nullptr));
+      uri = address.get();
+    }
+  }
+  ~PrintRun() {
+    if (path.empty()) return;
+    // The toolkit keeps what it prints in the list of the files used last.
+    gtk_recent_manager_remove_item(gtk_recent_manager_get_default(), uri.c_str(), nullptr);
+    g_unlink(path.c_str());
+  }
+  PrintRun(const PrintRun&) = delete;
+  PrintRun& operator=(const PrintRun&) = delete;
+
+  WKWebView::DataCompletion completion;
+  std::string path;
+  std::string uri;
+  GObjectPtr<WebKitPrintOperation> operation;
+  std::string failure;
+};
+
+GObjectPtr<GtkPageSetup> pageSetup(double margin) {
+  auto setup = GObjectPtr<GtkPageSetup>::adopt(gtk_page_setup_new());
+  // A4 or Letter, by the locale.
+  GtkPaperSize* size = gtk_paper_size_new(gtk_paper_size_get_default());
+  gtk_page_setup_set_paper_size(setup.get(), size);
+  gtk_paper_size_free(size);
+  gtk_page_setup_set_top_margin(setup.get(), margin, GTK_UNIT_POINTS);
+  gtk_page_setup_set_bottom_margin(setup.get(), margin, GTK_UNIT_POINTS);
+  gtk_page_setup_set_left_margin(setup.get(), margin, GTK_UNIT_POINTS);
+  gtk_page_setup_set_right_margin(setup.get(), margin, GTK_UNIT_POINTS);
+  return setup;
+}
+
+void printEnded(WebKitPrintOperation*, gpointer data) {
+  const std::unique_ptr<PrintRun> run(static_cast<PrintRun*>(data));
+  if (!run->failure.empty()) return run->completion(tl::unexpected(errorOf(run->failure.c_str())));
+  auto contents = readWholeFile(run->path, pdfLimit);
+  if (!contents) return run->completion(tl::unexpected(errorOf(contents.error().why.c_str())));
+  if (!contents->bytes.starts_with("%PDF-")) {
+    return run->completion(tl::unexpected(errorOf("Nothing was printed")));
+  }
+  run->completion(std::move(contents->bytes));
+}
+
+struct SaveRun {
+  bool hasDoctype;
+  WKWebView::DataCompletion completion;
+};
+
+Data bytesOf(GInputStream* stream) {
+  const auto memory = GObjectPtr<GOutputStream>::adopt(g_memory_output_stream_new_resizable());
+  GError* error = nullptr;
+  // It is in memory already.
+  g_output_stream_splice(memory.get(), stream, G_OUTPUT_STREAM_SPLICE_CLOSE_TARGET, nullptr, &error);
+  if (const GErrorPtr owned(error); owned) return tl::unexpected(errorOf(owned->message));
+  auto* const buffer = G_MEMORY_OUTPUT_STREAM(memory.get());
+  return std::string(static_cast<const char*>(g_memory_output_stream_get_data(buffer)),
+                     g_memory_output_stream_get_data_size(buffer));
+}
+
+void saveEnded(GObject* view, GAsyncResult* result, gpointer data) {
+  const std::unique_ptr<SaveRun> run(static_cast<SaveRun*>(data));
+  GError* error = nullptr;
+  const auto stream =
+      GObjectPtr<GInputStream>::adopt(webkit_web_view_save_finish(WEBKIT_WEB_VIEW(view), result, &error));
+  if (const GErrorPtr owned(error); owned) return run->completion(tl::unexpected(errorOf(owned->message)));
+  auto bytes = bytesOf(stream.get());
+  if (bytes && run->hasDoctype) bytes = mhtmlWithDoctype(*std::move(bytes));
+  run->completion(std::move(bytes));
+}
+
+}  // namespace
+
+void printToPDF(WebKitWebView* view, const WKPDFConfiguration& configuration,
+                WKWebView::DataCompletion completion) {
+  auto run = std::make_unique<PrintRun>(std::move(completion));
+  if (run->path.empty()) return run->completion(tl::unexpected(errorOf("No file can be made to print to")));
+  const auto settings = GObjectPtr<GtkPrintSettings>::adopt(gtk_print_settings_new());
+  // The name of the toolkit's own printer, as it is in the user's language.
+  gtk_print_settings_set_printer(settings.get(), g_dgettext("gtk40", "Print to File"));
+  gtk_print_settings_set(settings.get(), GTK_PRINT_SETTINGS_OUTPUT_FILE_FORMAT, "pdf");
+  gtk_print_settings_set(settings.get(), GTK_PRINT_SETTINGS_OUTPUT_URI, run->uri.c_str());
+  const auto setup = pageSetup(configuration.margin);
+  run->operation = GObjectPtr<WebKitPrintOperation>::adopt(webkit_print_operation_new(view));
+  auto* const operation = run->operation.get();
+  webkit_print_operation_set_print_settings(operation, settings.get());
+  webkit_print_operation_set_page_setup(operation, setup.get());
+  g_signal_connect(operation, "failed", G_CALLBACK(+[](WebKitPrintOperation*, GError* error, gpointer data) {
+                     static_cast<PrintRun*>(data)->failure = error->message;
+                   }),
+                   run.get());
+  // It comes after a failure, too.
+  g_signal_connect(operation, "finished", G_CALLBACK(printEnded), run.release());
+  webkit_print_operation_print(operation);
+}
+
+void saveAsMHTML(WebKitWebView* view, bool hasDoctype, WKWebView::DataCompletion completion) {
+  webkit_web_view_save(view, WEBKIT_SAVE_MODE_MHTML, nullptr, saveEnded,
+                       std::make_unique<SaveRun>(SaveRun{hasDoctype, std::move(completion)}).release());
+}
+
+}  // namespace platform
