@@ -41,6 +41,7 @@ class ViewFactory {
  private:
   Delegates delegates_;
   PopoverContent& content_;
+  std::shared_ptr<KeptPreview> preview_ = std::make_shared<KeptPreview>();
   std::shared_ptr<KeptAnswerView> answerView_ = std::make_shared<KeptAnswerView>();
 };
 

@@ -105,6 +105,8 @@ double GtkPlatform::now() const {
   return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
+std::filesystem::path GtkPlatform::userDataFolder() const { return ProgramFolders::userData(); }
+
 NSUserDefaults& GtkPlatform::standardUserDefaults() {
   if (!defaults_) {
     defaults_ = std::make_unique<FileUserDefaults>(ProgramFolders::userConfig() /
@@ -290,6 +292,9 @@ void GtkPlatform::startToolkit() {
   // one.
   if (!X11Desktop::isAvailable()) g_set_prgname(bundle::identifier);
   adw_init();
+  // Symbols that no icon theme has.
+  gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
+                                 (ProgramFolders::data() / "icons").c_str());
   isToolkitRunning_ = true;
   appearance_.followToolkit([this] { notifications_.deliver(interfaceThemeChangedNotification, ""); });
   for (const auto& work : std::exchange(waitingForToolkit_, {})) work();
