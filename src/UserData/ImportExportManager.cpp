@@ -10,9 +10,8 @@
 #include "Platform/NSWorkspace.h"
 #include "UserData/SettingsManager.h"
 #include "UserData/VelkinSettingsJSON.h"
+#include "extenstions/FileDescription.h"
 
-#include <array>
-#include <ctime>
 #include <utility>
 
 namespace velkin {
@@ -77,12 +76,7 @@ void ImportExportManager::importClicked(const platform::NSView* view) const {
 }
 
 std::string ImportExportManager::getFileName() const {
-  const auto seconds = static_cast<std::time_t>(platform::now());
-  std::tm local{};
-  localtime_r(&seconds, &local);
-  std::array<char, 32> date{};
-  std::strftime(date.data(), date.size(), "%m-%d-%y_%H%M", &local);
-  return platform::NSBundle::main().name.value_or("") + " (" + date.data() + ").json";
+  return platform::NSBundle::main().name.value_or("") + " (" + fileDescription(platform::now()) + ").json";
 }
 
 std::optional<std::string> ImportExportManager::writeTempFile(const std::string& name,

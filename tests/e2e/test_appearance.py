@@ -9,7 +9,7 @@ HEIGHTS = [480, 600, 980, 1240, 2160]
 WIDTHS = [340, 600, 980, 1420, 3840]
 
 
-class Appearance(VelkinTestCase):
+class PanelTestCase(VelkinTestCase):
     screen = "1600x1000"
 
     def openPanel(self, environment=None, **settings):
@@ -45,6 +45,8 @@ class Appearance(VelkinTestCase):
         waitFor(f"the window to be {wanted}", lambda: self.popover()
                 and (self.popover().width, self.popover().height) == wanted, 10, describe=self.describeWindows)
 
+
+class Appearance(PanelTestCase):
     def testLooksAsItShould(self):
         self.openPanel(sideBarGroup2="56-1", viewWidth=340.0)
         settle(4)
@@ -184,3 +186,16 @@ class Appearance(VelkinTestCase):
         panel = self.openPanel(environment={"XDG_CURRENT_DESKTOP": "XFCE"}, viewWidth=340.0)
         waitFor("the picture", lambda: self.desktop.colourAt(panel.x + 80, panel.y + 250) == (200, 60, 20), 10,
                 describe=lambda: self.desktop.colourAt(panel.x + 80, panel.y + 250))
+
+
+class SmallScreen(PanelTestCase):
+    screen = "1024x768"
+
+    def testThePanelIsOnTheScreenAsAWhole(self):
+        panel = self.openPanel(viewWidth=340.0)
+        left, top, right, bottom = self.desktop.workArea()
+        self.desktop.picture(self.artefact("panel.png"))
+        self.assertGreaterEqual(panel.x, left)
+        self.assertGreaterEqual(panel.y, top)
+        self.assertLessEqual(panel.right, right)
+        self.assertLessEqual(panel.bottom, bottom)

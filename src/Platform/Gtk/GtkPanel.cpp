@@ -5,12 +5,30 @@
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/X11Desktop.h"
+#include "Platform/NSScreen.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace platform {
+
+namespace {
+
+/// About as much as window managers put above a window.
+constexpr double titleHeight = 32;
+
+/// Where the upper edge of a panel goes that is to be at `frame`: all of it is on the main screen, or at least
+/// its title.
+double onScreen(const NSRect& frame, bool hasTitle) {
+  const auto screen = NSScreen::main();
+  if (!screen) return frame.maxY();
+  const auto& visible = screen->visibleFrame;
+  const double highest = visible.maxY() - (hasTitle ? titleHeight : 0);
+  return std::min(std::max(frame.maxY(), visible.minY() + frame.size.height), std::max(highest, visible.minY()));
+}
+
+}  // namespace
 
 GtkPanel::GtkPanel(NSRect contentRect, std::uint32_t styleMask)
     : frame_(contentRect), styleMask_(styleMask) {}
@@ -92,10 +110,9 @@ void GtkPanel::moveToFrame(bool beforeMap) {
   const int scale = X11Desktop::scale();
   // The program counts from the bottom left; the window system from the top left. The frame's own height: a
   // content that is higher, or becomes so, hangs down from the same edge.
-  const auto size = frame_.size;
-  const PixelPoint place{
-      monitor.x + static_cast<int>(std::lround(frame_.origin.x)) * scale,
-      monitor.y + monitor.height - static_cast<int>(std::lround(frame_.origin.y + size.height)) * scale};
+  const double top = onScreen(frame_, (styleMask_ & closable) != 0);
+  const PixelPoint place{monitor.x + static_cast<int>(std::lround(frame_.origin.x)) * scale,
+                         monitor.y + monitor.height - static_cast<int>(std::lround(top)) * scale};
   if (beforeMap) {
     X11Desktop::setPositionHint(window_, place);
   } else {
