@@ -217,7 +217,7 @@ TEST_F(RecorderCocoaTest, WhatAnotherProgramHoldsIsRefusedAndRecordingGoesOnAfte
             "You can change the system's shortcuts in its settings.");
   EXPECT_EQ(getShortcut(name), Shortcut(Key::t, commandShift));
   EXPECT_TRUE(desktop.openDialogs.press("OK"));
-  desktop.queue.drain();
+  desktop.queue.advance(1);
   EXPECT_TRUE(recorder->isRecording());
 }
 
