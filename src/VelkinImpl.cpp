@@ -30,6 +30,7 @@ struct VelkinImpl::Rooms {
         views({.menu = &owner,
                .releaseNotes = &owner,
                .about = &owner,
+               .appearance = &owner,
                .urlEditing = &owner,
                .onboarding = &owner},
               content),
@@ -156,7 +157,6 @@ void VelkinImpl::closeSideBarViews() { rooms_->sidebars.close(); }
 void VelkinImpl::resetSideBarViews() { rooms_->sidebars.reset(); }
 void VelkinImpl::setSidebarsForGroup(std::optional<WebViewSwitchType> type) { rooms_->sidebars.open(type); }
 void VelkinImpl::didClickReleaseNotesDone() { rooms_->switcher.releaseNotesAreRead(); }
-
 void VelkinImpl::didCompleteOnboarding() {
   platform::debugLog("didCompleteOnboarding()");
   rooms_->switcher.onboardingIsDone();
@@ -181,9 +181,9 @@ bool VelkinImpl::getIsInFullScreenMode() const { return rooms_->geometry.isFullS
 void VelkinImpl::updateCurrentWebViewZoomLevel(double zoom) { rooms_->geometry.updateCurrentZoom(zoom); }
 void VelkinImpl::updateSideBarZoomLevel(double zoom) { rooms_->sidebars.setZoom(zoom); }
 
-void VelkinImpl::windowWillClose(platform::NSPanel&) {
+void VelkinImpl::windowWillClose(platform::NSPanel& panel) {
   KeyboardShortcuts::RecorderCocoa::stopRecording();
-  rooms_->panels.releaseContents();
+  rooms_->panels.releaseContents(panel);
 }
 void VelkinImpl::showViewAsPanel(platform::NSPanel& panel, platform::NSPoint origin) {
   rooms_->panels.show(panel, origin);

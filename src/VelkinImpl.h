@@ -5,6 +5,7 @@
 #include "Platform/NSMenu.h"
 #include "Platform/NSPanel.h"
 #include "Platform/WKWebView.h"
+#include "Values/AppearanceUIViewDelegate.h"
 #include "Values/MenuHelperDelegate.h"
 #include "Values/PageDelegates.h"
 #include "WebView/WebView.h"
@@ -41,7 +42,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
                    public ReleaseNotesUIViewDelegate,
                    public AboutUIViewDelegate,
                    public EasterEggUrlEditingUIViewDelegate,
-                   public OnboardingUIViewDelegate {
+                   public OnboardingUIViewDelegate,
+                   public AppearanceUIViewDelegate {
  public:
   template <class V>
   using Host = std::shared_ptr<platform::NSHostingController<V>>;
@@ -116,7 +118,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void didClickToolbarCheckbox() override;
 
   // Sizes and zoom. Points.
-  void updateWebViewWindowSize(double width, double height);
+  void updateWebViewWindowSize(double width, double height) override;
   bool getIsInFullScreenMode() const;
   void updateCurrentWebViewZoomLevel(double zoom);
   void updateSideBarZoomLevel(double zoom);

@@ -3,6 +3,7 @@
 #include "Controller/PopoverContent.h"
 #include "Platform/NSViewController.h"
 #include "SearchBar/AnswerPage.h"
+#include "Values/AppearanceUIViewDelegate.h"
 #include "Values/MenuHelperDelegate.h"
 #include "Values/PageDelegates.h"
 
@@ -20,6 +21,7 @@ class ViewFactory {
     MenuHelperDelegate* menu = nullptr;
     ReleaseNotesUIViewDelegate* releaseNotes = nullptr;
     AboutUIViewDelegate* about = nullptr;
+    AppearanceUIViewDelegate* appearance = nullptr;
     EasterEggUrlEditingUIViewDelegate* urlEditing = nullptr;
     OnboardingUIViewDelegate* onboarding = nullptr;
   };

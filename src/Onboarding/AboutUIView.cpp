@@ -2,6 +2,7 @@
 
 #include "Components/AppIconUIView.h"
 #include "Platform/NSPasteboard.h"
+#include "UserData/ImportExportManager.h"
 
 #include <array>
 #include <ctime>
@@ -49,6 +50,34 @@ void AboutUIView::easterEggAction() const {
   if (delegate != nullptr) delegate->didEnableDisableEasterEgg();
 }
 
+View AboutUIView::userData() const {
+  const auto told = [failure = failure](const std::string& sentence) { failure.set(sentence); };
+  const auto message = failure.get();
+  return VStack({.spacing = innerSpacing},
+                {Text("User Data").font(Font::headline).accessibilityRole(AccessibilityRole::heading),
+                 HStack({.spacing = innerSpacing},
+                        {Button("Import",
+                                [told, failure = failure] {
+                                  failure.set({});
+                                  ImportExportManager().importFromFile(nullptr, told);
+                                }),
+                         Button("Export",
+                                [told, failure = failure] {
+                                  failure.set({});
+                                  ImportExportManager().exportToFile(nullptr, told);
+                                })}),
+                 when(!message.empty(), [&] {
+                   return Text(message)
+                       .font(Font::caption)
+                       .foregroundColor(Color::Role::red)
+                       .accessibilityRole(AccessibilityRole::alert)
+                       .frame({.width = 300});
+                 })})
+      .padding(innerSpacing)
+      .background({Color::Role::gray, 0.2})
+      .cornerRadius(innerSpacing);
+}
+
 View AboutUIView::body() const {
   const auto call = [target = delegate](void (AboutUIViewDelegate::*operation)()) {
     return [target, operation] {
@@ -83,7 +112,7 @@ View AboutUIView::body() const {
                                         ButtonStyle::borderless)
                                         .help("Copy the versions for a bug report")});
                    }),
-              Divider(),
+              userData(),
               HStack({.spacing = innerSpacing},
                      {Button("Release Notes", call(&AboutUIViewDelegate::didClickReleaseNotesButton)),
                       Button("Onboarding", call(&AboutUIViewDelegate::didClickOnboardingButton))}),

@@ -57,6 +57,14 @@ struct WKPreferences {
   bool developerExtrasEnabled = false;
 };
 
+/// Web views that are made with the same one share a process. For pages of the program's own only: what one
+/// page does to its process, it does to all.
+class WKProcessPool {
+ public:
+  /// Those that are there now, as their platform knows them.
+  std::vector<void*> views;
+};
+
 /// What a web view is made with.
 struct WKWebViewConfiguration {
   WKWebpagePreferences defaultWebpagePreferences;
@@ -70,6 +78,8 @@ struct WKWebViewConfiguration {
   /// What may run in an isolated page beside user scripts: texts of script elements and of event handlers, to
   /// the letter.
   std::vector<std::string> isolatedScripts;
+  /// nullptr: a process of its own.
+  std::shared_ptr<WKProcessPool> processPool;
 };
 
 enum class WKNavigationType { linkActivated, formSubmitted, backForward, reload, formResubmitted, other };

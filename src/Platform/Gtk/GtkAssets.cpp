@@ -14,12 +14,17 @@ struct Name {
 };
 
 constexpr std::array symbols = {
+    Name{"1.square", "velkin-1-square-symbolic"},
+    Name{"2.square", "velkin-2-square-symbolic"},
+    Name{"3.square", "velkin-3-square-symbolic"},
+    Name{"4.square", "velkin-4-square-symbolic"},
     Name{"arrow.clockwise", "view-refresh-symbolic"},
     Name{"arrow.counterclockwise", "edit-undo-symbolic"},
     Name{"arrow.down.right.and.arrow.up.left", "view-restore-symbolic"},
     Name{"arrow.up.left.and.arrow.down.right", "view-fullscreen-symbolic"},
     Name{"arrow.triangle.2.circlepath.circle", "view-refresh-symbolic"},
     Name{"checkmark", "object-select-symbolic"},
+    Name{"checkmark.rectangle", "checkbox-checked-symbolic"},
     Name{"chevron.down", "go-down-symbolic"},
     Name{"chevron.left", "go-previous-symbolic"},
     Name{"chevron.right", "go-next-symbolic"},
@@ -36,6 +41,7 @@ constexpr std::array symbols = {
     Name{"magnifyingglass", "system-search-symbolic"},
     Name{"paperplane", "document-send-symbolic"},
     Name{"plus", "list-add-symbolic"},
+    Name{"rectangle", "checkbox-symbolic"},
     Name{"safari", "web-browser-symbolic"},
     Name{"square.and.arrow.down", "document-save-symbolic"},
     Name{"trash", "user-trash-symbolic"},
@@ -65,6 +71,10 @@ std::string_view find(const std::array<Name, size>& table, std::string_view name
 }  // namespace
 
 std::string iconNameOfSymbol(std::string_view symbol) { return std::string(find(symbols, symbol)); }
+
+bool isOwnSymbol(std::string_view iconName) { return iconName.starts_with("velkin-"); }
+
+std::filesystem::path folderOfOwnSymbols() { return ProgramFolders::data() / "icons"; }
 
 std::string iconNameOfStatusImage(std::string_view image) { return std::string(find(statusImages, image)); }
 

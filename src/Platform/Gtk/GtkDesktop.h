@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <gio/gio.h>
@@ -24,6 +25,8 @@ class GtkWorkspace : public NSWorkspace {
   std::vector<NSRunningApplication> runningApplications() override;
   void deliver(NSUserNotification notification) override;
   void beep() override;
+  std::optional<std::string> desktopImageURLForScreen(const NSScreen& screen) override;
+  void activateFileViewerSelecting(const std::string& path) override;
 
  private:
   void listenToNotices(GDBusConnection* connection);

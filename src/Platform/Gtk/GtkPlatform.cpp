@@ -4,8 +4,10 @@
 #include "Platform/FatalError.h"
 #include "Platform/FileUserDefaults.h"
 #include "Platform/Gtk/FreeMemory.h"
+#include "Platform/Gtk/GtkAssets.h"
 #include "Platform/Gtk/GtkEventTarget.h"
 #include "Platform/Gtk/GtkHostingView.h"
+#include "Platform/Gtk/GtkImage.h"
 #include "Platform/Gtk/GtkInputSource.h"
 #include "Platform/Gtk/GtkPanel.h"
 #include "Platform/Gtk/GtkTextEditor.h"
@@ -79,7 +81,7 @@ GtkPlatform::GtkPlatform()
   keepLittleFreeMemory();
   sendLibraryMessagesToDebugLog();
   bundle_ = {bundle::identifier, bundle::shortVersion, bundle::buildNumber, bundle::creationDate,
-             libraryVersions()};
+             bundle::name, libraryVersions()};
   g_set_prgname("velkin");
   g_set_application_name("Velkin");
   application_.willLaunch = [this] {
@@ -247,6 +249,14 @@ std::unique_ptr<NSTextView> GtkPlatform::makeTextView() {
   startToolkit();
   return std::make_unique<GtkTextEditor>();
 }
+
+void GtkPlatform::loadImage(const std::string& path, NSSize size,
+                            std::function<void(std::shared_ptr<NSImage>)> completion) {
+  startToolkit();
+  platform::loadImage(path, size, std::move(completion));
+}
+
+std::string GtkPlatform::pathOfImage(const std::string& name) const { return fileOfImage(name).string(); }
 
 EventTarget& GtkPlatform::eventDispatcherTarget() {
   if (!eventTarget_) {

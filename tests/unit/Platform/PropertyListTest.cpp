@@ -3,6 +3,7 @@
 #include "gtest/gtest.h"
 #include "plist/plist.h"
 
+#include <cstdlib>
 #include <clocale>
 #include <cmath>
 #include <limits>
@@ -204,7 +205,8 @@ std::string binaryOf(const std::string& xml) {
   std::uint32_t length = 0;
   plist_to_bin(node, &bytes, &length);
   std::string result(bytes, length);
-  plist_to_bin_free(bytes);
+  // The name of the library's own function for it differs from version to version; it is this one in all.
+  std::free(bytes);
   plist_free(node);
   return result;
 }
