@@ -18,10 +18,9 @@ namespace {
 
 /// The entries of the menu that act, in its order.
 constexpr std::array menuRows = {
-    QKKeyboardShortcuts::about,          QKKeyboardShortcuts::shortcuts,  QKKeyboardShortcuts::stickyMenu,
-    QKKeyboardShortcuts::toolbar,        QKKeyboardShortcuts::preferencesMenu,
-    QKKeyboardShortcuts::appearance,     QKKeyboardShortcuts::reload,     QKKeyboardShortcuts::openBrowser,
-    QKKeyboardShortcuts::quit};
+    QKKeyboardShortcuts::about,   QKKeyboardShortcuts::shortcuts,       QKKeyboardShortcuts::stickyMenu,
+    QKKeyboardShortcuts::toolbar, QKKeyboardShortcuts::preferencesMenu, QKKeyboardShortcuts::appearance,
+    QKKeyboardShortcuts::reload,  QKKeyboardShortcuts::openBrowser,     QKKeyboardShortcuts::quit};
 
 std::string getCommandString(QKKeyboardShortcuts menuItem) {
   return getDisplayString(keyEquivalent(menuItem), category(menuItem));
@@ -32,26 +31,26 @@ std::string getCommandString(QKKeyboardShortcuts menuItem) {
 View OnboardingApiKeyUIView::body() const {
   return VStack({.spacing = 12, .alignment = Alignment::fill},
                 {EasterEggFeatureLabelUIView{.item = EasterEggItem::search},
-                 HStack({Button("Get Key",
-                                [] {
-                                  if (const auto page = URL::parse(serviceAddresses.keyPage))
-                                    NSWorkspace::shared().open(*page);
-                                })
-                             .help("Opens the page of the provider in the browser")})});
+                 HStack({Button("Get Key", [] {
+                           if (const auto page = URL::parse(serviceAddresses.keyPage))
+                             NSWorkspace::shared().open(*page);
+                         }).help("Opens the page of the provider in the browser")})});
 }
 
 View OnboardingMenuItemsUIView::body() const {
   Views rows;
   for (const auto item : menuRows) {
     const auto command = getCommandString(item);
-    rows.push_back(HStack({Text(std::string(rawValue(item)))
-                               .frame({.maxWidth = infinity, .alignment = Alignment::leading}),
-                           when(!command.empty(), [&] {
-                             return Text(command)
-                                 .foregroundColor(Color::Role::secondary)
-                                 .accessibilityLabel(spelledOut(command));
-                           })})
-                       .frame({.width = 260}));
+    rows.push_back(
+        HStack(
+            {Text(std::string(rawValue(item))).frame({.maxWidth = infinity, .alignment = Alignment::leading}),
+             when(!command.empty(),
+                  [&] {
+                    return Text(command)
+                        .foregroundColor(Color::Role::secondary)
+                        .accessibilityLabel(spelledOut(command));
+                  })})
+            .frame({.width = 260}));
   }
   rows.push_back(
       Text(std::string(shortcutLegend)).font(Font::caption).foregroundColor(Color::Role::secondary));

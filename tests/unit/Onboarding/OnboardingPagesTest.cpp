@@ -1,10 +1,10 @@
+#include "Helpers/UserDefaultsHelper.h"
 #include "Keyboard/KeyboardShortcuts.h"
 #include "Onboarding/AboutUIView.h"
 #include "Onboarding/EasterEggUrlEditingUIView.h"
 #include "Onboarding/OnboardingBodies.h"
 #include "Onboarding/OnboardingUIView.h"
 #include "Onboarding/PageControlUIView.h"
-#include "Helpers/UserDefaultsHelper.h"
 #include "Platform/Headless/HeadlessPlatform.h"
 
 #include <cstdlib>
@@ -37,14 +37,14 @@ class OnboardingPagesTest : public testing::Test {
  protected:
   ~OnboardingPagesTest() override { KeyboardShortcuts::shutDown(); }
 
-
   platform::HeadlessPlatform desktop;
   UserDefaultsHelper defaults;
   Pages pages;
 
   OnboardingUIView onboarding() {
     return {&pages,
-            {.fontSize = platform::Text("the sizes of fonts"), .windowSize = platform::Text("the sizes of windows")}};
+            {.fontSize = platform::Text("the sizes of fonts"),
+             .windowSize = platform::Text("the sizes of windows")}};
   }
   void press(platform::HeadlessHostingView& tree, std::string_view name) {
     auto* control = tree.control(name);
