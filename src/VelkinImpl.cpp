@@ -31,6 +31,7 @@ struct VelkinImpl::Rooms {
                .releaseNotes = &owner,
                .appearance = &owner,
                .about = &owner,
+               .appearance = &owner,
                .urlEditing = &owner,
                .onboarding = &owner},
               content),

@@ -99,12 +99,11 @@ void OnboardingEditChatUrlUIView::store(const std::string& text) const {
 
 View OnboardingEditChatUrlUIView::idleRow() const {
   const auto shown = shownText();
-  return Button(
-             Text(shown.empty() ? emptyText : shown)
-                 .lineLimit(1)
-                 .foregroundColor(shown.empty() ? Color::Role::secondary : Color::Role::primary)
-                 .frame({.maxWidth = infinity, .alignment = Alignment::leading}),
-             [self = *this] { self.startEditing(); })
+  return Button(Text(shown.empty() ? emptyText : shown)
+                    .lineLimit(1)
+                    .foregroundColor(shown.empty() ? Color::Role::secondary : Color::Role::primary)
+                    .frame({.maxWidth = infinity, .alignment = Alignment::leading}),
+                [self = *this] { self.startEditing(); })
       .help("Edit URL")
       .accessibilityLabel(shown.empty() ? std::string(emptyText) : "Edit URL " + shown)
       .frame({.maxWidth = infinity});
@@ -113,19 +112,20 @@ View OnboardingEditChatUrlUIView::idleRow() const {
 View OnboardingEditChatUrlUIView::editingRow() const {
   const auto commit = [self = *this] { self.validatAndSetUrl(self.inputText.get()); };
   const bool canCommit = !isChecking() && URL::parse(trimmedAddress(inputText.get())).has_value();
-  const auto text = Binding<std::string>([inputText = inputText] { return inputText.get(); },
-                                         [self = *this](const std::string& typed) { self.textChanged(typed); });
-  return HStack({.spacing = 4},
-                {TextField("https://", text, {.onCommit = commit})
-                     .focused(isFocused.binding())
-                     .accessibilityLabel("URL")
-                     .frame({.maxWidth = infinity}),
-                 when(isChecking(), [] { return ProgressView().accessibilityLabel("Checking the URL"); }),
-                 Button("✓", commit, ButtonStyle::borderless)
-                     .help("Check and save the URL")
-                     .disabled(!canCommit),
-                 Button("↺", [self = *this] { self.resetClicked(); }, ButtonStyle::borderless)
-                     .help("Back to the earlier URL")});
+  const auto text =
+      Binding<std::string>([inputText = inputText] { return inputText.get(); },
+                           [self = *this](const std::string& typed) { self.textChanged(typed); });
+  return HStack(
+      {.spacing = 4},
+      {TextField("https://", text, {.onCommit = commit})
+           .focused(isFocused.binding())
+           .accessibilityLabel("URL")
+           .frame({.maxWidth = infinity}),
+       when(isChecking(), [] { return ProgressView().accessibilityLabel("Checking the URL"); }),
+       Button("✓", commit, ButtonStyle::borderless).help("Check and save the URL").disabled(!canCommit),
+       Button(
+           "↺", [self = *this] { self.resetClicked(); }, ButtonStyle::borderless)
+           .help("Back to the earlier URL")});
 }
 
 View OnboardingEditChatUrlUIView::message() const {

@@ -12,8 +12,8 @@
 
 namespace velkin {
 
-/// A row that shows an address and edits it. What was typed is stored only once its server has answered, or by
-/// the user's express wish.
+/// A row that shows an address and edits it. What was typed is stored only once its server has answered, or
+/// by the user's express wish.
 struct OnboardingEditChatUrlUIView {
   /// Whose address it is.
   EasterEggItem item = EasterEggItem::chatGPT;

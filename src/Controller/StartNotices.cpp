@@ -59,7 +59,7 @@ void tellNewUser(std::function<void()> openPopover) {
 }  // namespace
 
 std::unique_ptr<platform::Timer> tellAfterStart(bool isFreshInstall, std::function<void()> openPopover,
-                    std::function<void()> openShortcuts) {
+                                                std::function<void()> openShortcuts) {
   return platform::DispatchQueue::main().timer(
       settlingTime, [isFreshInstall, openPopover = std::move(openPopover),
                      openShortcuts = std::move(openShortcuts)]() mutable {

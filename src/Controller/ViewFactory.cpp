@@ -1,11 +1,13 @@
 #include "Controller/ViewFactory.h"
 
 #include "Appearance/AppearanceUIView.h"
+#include "Appearance/DesktopUIView.h"
+#include "Appearance/SizePickerUIView.h"
+#include "Appearance/ZoomPickerUIView.h"
 #include "Keyboard/ShortcutsUIView.h"
 #include "Markdown/MarkdownUIView.h"
 #include "Onboarding/AboutUIView.h"
 #include "Onboarding/EasterEggUrlEditingUIView.h"
-#include "Onboarding/OnboardingBodies.h"
 #include "Onboarding/OnboardingUIView.h"
 #include "Onboarding/PagePlace.h"
 #include "SearchBar/SearchBarView.h"
@@ -24,6 +26,20 @@ template <class V>
 std::shared_ptr<NSHostingController<V>> host(V view) {
   return std::make_shared<NSHostingController<V>>(std::move(view));
 }
+
+/// The choice of the window's size in a page as narrow as the onboarding's, which keeps its own size.
+struct OnboardingSizeUIView {
+  platform::State<AppearanceWidth> width{fromRawValue<AppearanceWidth>(UserDefaultsHelper().webViewWidth())};
+  platform::State<AppearanceHeight> height{
+      fromRawValue<AppearanceHeight>(UserDefaultsHelper().webViewHeight())};
+
+  platform::View body() const {
+    return platform::VStack(
+        {.spacing = 12},
+        {DesktopUIView{.selectedWidth = width.get(), .selectedHeight = height.get()},
+         SizeRadioUIView{.selectedWidth = width.binding(), .selectedHeight = height.binding()}});
+  }
+};
 
 }  // namespace
 
@@ -44,10 +60,13 @@ std::shared_ptr<NSHostingController<ReleaseNotesUIView>> ViewFactory::releaseNot
 }
 
 ViewFactory::Controller ViewFactory::onboarding() const {
-  const auto followZoom = [page = content_.currentWebView.webView](double zoom) { page->setPageZoom(zoom); };
-  return host(OnboardingUIView(delegates_.onboarding,
-                               {.fontSize = OnboardingFontSizeUIView{.didSelect = followZoom},
-                                .windowSize = OnboardingWindowSizeUIView{}}));
+  return host(OnboardingUIView(
+      delegates_.onboarding,
+      {.fontSize = ZoomPickerUIView{.webView = [&content = content_]() -> platform::WKWebView& {
+                                      return *content.currentWebView.webView;
+                                    },
+                                    .samples = std::make_shared<ZoomSamples>()},
+       .windowSize = OnboardingSizeUIView{}}));
 }
 
 ViewFactory::Controller ViewFactory::editUrls() const {

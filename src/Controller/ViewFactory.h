@@ -20,8 +20,8 @@ class ViewFactory {
   struct Delegates {
     MenuHelperDelegate* menu = nullptr;
     ReleaseNotesUIViewDelegate* releaseNotes = nullptr;
-    AppearanceUIViewDelegate* appearance = nullptr;
     AboutUIViewDelegate* about = nullptr;
+    AppearanceUIViewDelegate* appearance = nullptr;
     EasterEggUrlEditingUIViewDelegate* urlEditing = nullptr;
     OnboardingUIViewDelegate* onboarding = nullptr;
   };

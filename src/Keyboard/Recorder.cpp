@@ -48,29 +48,27 @@ View Recorder::field() const {
                                         const auto field = weak.lock();
                                         if (!has && field) field->controlTextDidEndEditing();
                                       });
-  return HStack(
-      {.spacing = 4},
-      {Button(text,
-              [weak] {
-                if (const auto pressed = weak.lock()) pressed->focus();
-              })
-           .frame({.minWidth = RecorderCocoa::minimumWidth})
-           .focused(keyboard)
-           .placed(recorder->place)
-           .accessibilityLabel(spoken(*this, *recorder))
-           .onAppear([weak] {
-             if (const auto shown = weak.lock()) shown->viewDidMoveToWindow();
-           }),
-       Button(
-           Symbol("xmark.circle").frame({.height = cancelSize}),
-           [weak] {
-             if (const auto pressed = weak.lock()) pressed->performCancelClick();
-           },
-           ButtonStyle::borderless)
-           .help("Clear Shortcut")
-           .accessibilityLabel("Clear shortcut " + title)
-           .opacity(recorder->showsCancelButton() ? 0.7 : 0)
-           .disabled(!recorder->showsCancelButton())});
+  return HStack({.spacing = 4}, {Button(text,
+                                        [weak] {
+                                          if (const auto pressed = weak.lock()) pressed->focus();
+                                        })
+                                     .frame({.minWidth = RecorderCocoa::minimumWidth})
+                                     .focused(keyboard)
+                                     .placed(recorder->place)
+                                     .accessibilityLabel(spoken(*this, *recorder))
+                                     .onAppear([weak] {
+                                       if (const auto shown = weak.lock()) shown->viewDidMoveToWindow();
+                                     }),
+                                 Button(
+                                     Symbol("xmark.circle").frame({.height = cancelSize}),
+                                     [weak] {
+                                       if (const auto pressed = weak.lock()) pressed->performCancelClick();
+                                     },
+                                     ButtonStyle::borderless)
+                                     .help("Clear Shortcut")
+                                     .accessibilityLabel("Clear shortcut " + title)
+                                     .opacity(recorder->showsCancelButton() ? 0.7 : 0)
+                                     .disabled(!recorder->showsCancelButton())});
 }
 
 View Recorder::hint() const {
@@ -89,20 +87,18 @@ View Recorder::hint() const {
 View Recorder::body() const {
   const auto granted = GetEventDispatcherTarget().grantedTrigger(name.rawValue());
   const auto given = [&] {
-    return VStack({.spacing = 0, .alignment = Alignment::leading},
-                  {Text(granted->empty() ? "Not set" : *granted),
-                   Text("Set in the desktop's own settings.")
-                       .font(Font::caption)
-                       .foregroundColor(Color::Role::secondary)});
+    return VStack(
+        {.spacing = 0, .alignment = Alignment::leading},
+        {Text(granted->empty() ? "Not set" : *granted), Text("Set in the desktop's own settings.")
+                                                            .font(Font::caption)
+                                                            .foregroundColor(Color::Role::secondary)});
   };
-  return HStack({.spacing = 8},
-                {when(!title.empty(),
-                      [&] {
-                        return Text(title)
-                            .lineLimit(1)
-                            .frame({.width = titleWidth, .alignment = Alignment::leading});
-                      }),
-                 granted ? given() : field(), hint()});
+  return HStack({.spacing = 8}, {when(!title.empty(),
+                                      [&] {
+                                        return Text(title).lineLimit(1).frame(
+                                            {.width = titleWidth, .alignment = Alignment::leading});
+                                      }),
+                                 granted ? given() : field(), hint()});
 }
 
 }  // namespace velkin::KeyboardShortcuts

@@ -9,8 +9,8 @@
 
 namespace velkin::KeyboardShortcuts {
 
-/// A recorder among the described views, with a label before it if it has a title. On a desktop that hands out
-/// the keys itself it shows what the desktop gave, and records nothing.
+/// A recorder among the described views, with a label before it if it has a title. On a desktop that hands
+/// out the keys itself it shows what the desktop gave, and records nothing.
 struct Recorder {
   explicit Recorder(const Name& name, RecorderCocoa::OnChange onChange = {})
       : Recorder(std::string(), name, std::move(onChange)) {}

@@ -18,6 +18,9 @@ using enum NSEvent::EventType;
 
 namespace {
 
+/// Seconds.
+constexpr double timeToGetTheKeyboardBack = 0.3;
+
 /// There is one keyboard, so one control records at a time.
 std::weak_ptr<RecorderCocoa>& recording() {
   static std::weak_ptr<RecorderCocoa> recorder;
@@ -199,7 +202,10 @@ void RecorderCocoa::refuse(const std::string& title, const std::string& message)
   alert.messageText = title;
   alert.informativeText = message;
   alert.beginSheetModal(nullptr, [weak = weak_from_this()](std::size_t) {
-    if (const auto self = weak.lock()) self->focus();
+    // The desktop gives the window its keyboard back in its own time, and can't while all keys are taken.
+    platform::DispatchQueue::main().asyncAfter(timeToGetTheKeyboardBack, [weak] {
+      if (const auto self = weak.lock()) self->focus();
+    });
   });
 }
 

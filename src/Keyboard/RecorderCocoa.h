@@ -49,8 +49,8 @@ class RecorderCocoa : public std::enable_shared_from_this<RecorderCocoa> {
   bool isRecording() const noexcept { return eventMonitor_ != nullptr; }
   bool canBecomeKeyView() const noexcept { return canBecomeKey_; }
 
-  /// It is in a window now. It can take the keyboard from the next turn of the main loop on, so that it doesn't
-  /// by the window's opening.
+  /// It is in a window now. It can take the keyboard from the next turn of the main loop on, so that it
+  /// doesn't by the window's opening.
   void viewDidMoveToWindow();
   /// Takes the keyboard and starts recording.
   void focus();

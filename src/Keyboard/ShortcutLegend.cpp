@@ -18,9 +18,9 @@ constexpr std::array glyphs = {Glyph{"⌘", "Ctrl+"}, Glyph{"⌥", "Alt+"}, Glyp
                                Glyph{"⇧", "Shift+"}};
 
 constexpr std::array keys = {
-    Glyph{"↩", "Return"},  Glyph{"⌫", "Backspace"}, Glyph{"⌦", "Delete"}, Glyph{"↘", "End"},
-    Glyph{"⎋", "Escape"},  Glyph{"↖", "Home"},      Glyph{"⎵", "Space"},  Glyph{"⇥", "Tab"},
-    Glyph{"⇞", "Page Up"}, Glyph{"⇟", "Page Down"}, Glyph{"↑", "Up"},     Glyph{"→", "Right"},
+    Glyph{"↩", "Return"},  Glyph{"⌫", "Backspace"}, Glyph{"⌦", "Delete"},     Glyph{"↘", "End"},
+    Glyph{"⎋", "Escape"},  Glyph{"↖", "Home"},      Glyph{"⎵", "Space"},      Glyph{"⇥", "Tab"},
+    Glyph{"⇞", "Page Up"}, Glyph{"⇟", "Page Down"}, Glyph{"↑", "Up"},         Glyph{"→", "Right"},
     Glyph{"↓", "Down"},    Glyph{"←", "Left"},      Glyph{"pgup", "Page Up"}, Glyph{"pgdn", "Page Down"}};
 
 }  // namespace

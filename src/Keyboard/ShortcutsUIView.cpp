@@ -21,7 +21,8 @@ constexpr std::array rightColumn = {QKKeyboardShortcutCategory::view, QKKeyboard
 
 }  // namespace
 
-View ShortcutsUIView::getShortcutDescriptionStack(const std::string& shortcut, const std::string& desc) const {
+View ShortcutsUIView::getShortcutDescriptionStack(const std::string& shortcut,
+                                                  const std::string& desc) const {
   const auto font = useSmallerFonts ? Font::caption : Font::body;
   return HStack({.spacing = spacing},
                 {Text(desc).font(font).frame({.maxWidth = infinity, .alignment = Alignment::leading}),
@@ -91,17 +92,16 @@ View ShortcutsUIView::body() const {
   left.push_back(when(isHemingwayEnabled->get(), [this] { return sideBarSection(); }));
   Views right;
   for (const auto category : rightColumn) right.push_back(section(category));
-  return VStack(column,
-                {when(showGlobal, [this] { return globalSection(); }),
-                 HStack({.spacing = columnSpacing, .alignment = Alignment::top},
-                        {VStack(column, std::move(left)), VStack(column, std::move(right))}),
-                 Divider(), GlobalShortcutsEditUIView{.useSmallerFonts = useSmallerFonts},
-                 HStack({.spacing = columnSpacing},
-                        {Text(std::string(shortcutLegend))
-                             .font(Font::caption)
-                             .foregroundColor(Color::Role::secondary)
-                             .frame({.maxWidth = infinity, .alignment = Alignment::leading}),
-                         footnote()})})
+  return VStack(column, {when(showGlobal, [this] { return globalSection(); }),
+                         HStack({.spacing = columnSpacing, .alignment = Alignment::top},
+                                {VStack(column, std::move(left)), VStack(column, std::move(right))}),
+                         Divider(), GlobalShortcutsEditUIView{.useSmallerFonts = useSmallerFonts},
+                         HStack({.spacing = columnSpacing},
+                                {Text(std::string(shortcutLegend))
+                                     .font(Font::caption)
+                                     .foregroundColor(Color::Role::secondary)
+                                     .frame({.maxWidth = infinity, .alignment = Alignment::leading}),
+                                 footnote()})})
       .padding(viewPadding);
 }
 

@@ -2,6 +2,7 @@
 
 #include "Components/AppIconUIView.h"
 #include "Platform/NSPasteboard.h"
+#include "UserData/ImportExportManager.h"
 
 #include <array>
 #include <ctime>
@@ -49,49 +50,77 @@ void AboutUIView::easterEggAction() const {
   if (delegate != nullptr) delegate->didEnableDisableEasterEgg();
 }
 
+View AboutUIView::userData() const {
+  const auto told = [failure = failure](const std::string& sentence) { failure.set(sentence); };
+  const auto message = failure.get();
+  return VStack(
+             {.spacing = innerSpacing},
+             {Text("User Data").font(Font::headline).accessibilityRole(AccessibilityRole::heading),
+              HStack({.spacing = innerSpacing}, {Button("Import",
+                                                        [told, failure = failure] {
+                                                          failure.set({});
+                                                          ImportExportManager().importFromFile(nullptr, told);
+                                                        }),
+                                                 Button("Export",
+                                                        [told, failure = failure] {
+                                                          failure.set({});
+                                                          ImportExportManager().exportToFile(nullptr, told);
+                                                        })}),
+              when(!message.empty(),
+                   [&] {
+                     return Text(message)
+                         .font(Font::caption)
+                         .foregroundColor(Color::Role::red)
+                         .accessibilityRole(AccessibilityRole::alert)
+                         .frame({.width = 300});
+                   })})
+      .padding(innerSpacing)
+      .background({Color::Role::gray, 0.2})
+      .cornerRadius(innerSpacing);
+}
+
 View AboutUIView::body() const {
   const auto call = [target = delegate](void (AboutUIViewDelegate::*operation)()) {
     return [target, operation] {
       if (target != nullptr) (target->*operation)();
     };
   };
-  const auto name = "Velkin " + dictionary.shortVersionString.value_or("") + " (" +
-                    dictionary.version.value_or("") + ")";
+  const auto name =
+      "Velkin " + dictionary.shortVersionString.value_or("") + " (" + dictionary.version.value_or("") + ")";
   const auto buildDate = getBuildDate();
   const auto small = [](const std::string& text) {
     return Text(text).font(Font::caption).foregroundColor(Color::Role::secondary);
   };
   const auto libraries = versions();
-  return VStack(
-             {.spacing = 2 * innerSpacing},
-             {AppIconUIView{.iconSize = IconSize::large,
-                            .action = [self = *this] { self.easterEggAction(); }},
-              Text(name).font(Font::title2),
-              Text("Made with care, for those who write.").foregroundColor(Color::Role::secondary),
-              when(!buildDate.empty(), [&] { return small(buildDate); }),
-              when(!libraries.empty(),
-                   [&] {
-                     return HStack({.spacing = innerSpacing},
-                                   {small(libraries).lineLimit(1),
-                                    Button(
-                                        Symbol("doc.on.doc").frame({.height = 14}),
-                                        [text = name + ", " + libraries] {
-                                          auto& pasteboard = NSPasteboard::generalPasteboard();
-                                          pasteboard.clearContents();
-                                          pasteboard.setString(text, NSPasteboardTypeString);
-                                        },
-                                        ButtonStyle::borderless)
-                                        .help("Copy the versions for a bug report")});
-                   }),
-              Divider(),
-              HStack({.spacing = innerSpacing},
-                     {Button("Release Notes", call(&AboutUIViewDelegate::didClickReleaseNotesButton)),
-                      Button("Onboarding", call(&AboutUIViewDelegate::didClickOnboardingButton))}),
-              when(isHemingwayEnabled->get(),
-                   [&] {
-                     return Button("-- Edit URLs & API Key --",
-                                   call(&AboutUIViewDelegate::didClickEditUrlsButton), ButtonStyle::link);
-                   })})
+  return VStack({.spacing = 2 * innerSpacing},
+                {AppIconUIView{.iconSize = IconSize::large,
+                               .action = [self = *this] { self.easterEggAction(); }},
+                 Text(name).font(Font::title2),
+                 Text("Made with care, for those who write.").foregroundColor(Color::Role::secondary),
+                 when(!buildDate.empty(), [&] { return small(buildDate); }),
+                 when(!libraries.empty(),
+                      [&] {
+                        return HStack({.spacing = innerSpacing},
+                                      {small(libraries).lineLimit(1),
+                                       Button(
+                                           Symbol("doc.on.doc").frame({.height = 14}),
+                                           [text = name + ", " + libraries] {
+                                             auto& pasteboard = NSPasteboard::generalPasteboard();
+                                             pasteboard.clearContents();
+                                             pasteboard.setString(text, NSPasteboardTypeString);
+                                           },
+                                           ButtonStyle::borderless)
+                                           .help("Copy the versions for a bug report")});
+                      }),
+                 userData(),
+                 HStack({.spacing = innerSpacing},
+                        {Button("Release Notes", call(&AboutUIViewDelegate::didClickReleaseNotesButton)),
+                         Button("Onboarding", call(&AboutUIViewDelegate::didClickOnboardingButton))}),
+                 when(isHemingwayEnabled->get(),
+                      [&] {
+                        return Button("-- Edit URLs & API Key --",
+                                      call(&AboutUIViewDelegate::didClickEditUrlsButton), ButtonStyle::link);
+                      })})
       .frame({.minWidth = 360})
       .padding(24);
 }

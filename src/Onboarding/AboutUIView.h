@@ -2,6 +2,7 @@
 
 #include "Platform/NSBundle.h"
 #include "Platform/View/ObservableObject.h"
+#include "Platform/View/State.h"
 #include "Platform/View/View.h"
 #include "UserData/AdditionalViews.h"
 #include "Values/PageDelegates.h"
@@ -18,6 +19,9 @@ struct AboutUIView {
   AboutUIViewDelegate* delegate = nullptr;
   platform::ObservedObject<AdditionalViews> isHemingwayEnabled{std::make_shared<AdditionalViews>()};
 
+  /// What went wrong with the last import or export.
+  platform::State<std::string> failure{};
+
   platform::View body() const;
   /// Empty if the build doesn't say when it was made.
   std::string getBuildDate() const;
@@ -25,6 +29,7 @@ struct AboutUIView {
  private:
   void easterEggAction() const;
   std::string versions() const;
+  platform::View userData() const;
 };
 
 }  // namespace velkin

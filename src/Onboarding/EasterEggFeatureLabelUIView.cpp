@@ -41,9 +41,9 @@ std::string EasterEggFeatureLabelUIView::placeholder() const {
 }
 
 View EasterEggFeatureLabelUIView::field() const {
-  return TextField(placeholder(), inputText.binding(),
-                   {.onCommit = [self = *this] { self.saveClicked(); },
-                    .isSecure = isKey() && !isKeyShown.get()})
+  return TextField(
+             placeholder(), inputText.binding(),
+             {.onCommit = [self = *this] { self.saveClicked(); }, .isSecure = isKey() && !isKeyShown.get()})
       .accessibilityLabel(std::string(title(item)) + (isKey() ? "" : " URL"))
       .frame({.maxWidth = infinity})
       .disabled(!isEditable.get());
@@ -59,25 +59,26 @@ View EasterEggFeatureLabelUIView::showKeyButton() const {
 View EasterEggFeatureLabelUIView::body() const {
   const bool isOff = isUnchanged() || !isEditable.get();
   const auto edited = editedText.get();
-  const bool isStrange = !isKey() && !edited.empty() && edited == inputText.get() &&
-                         !isWebAddress(storableAddress(edited));
+  const bool isStrange =
+      !isKey() && !edited.empty() && edited == inputText.get() && !isWebAddress(storableAddress(edited));
   return VStack(
       {.spacing = 2, .alignment = Alignment::fill},
       {HStack({.spacing = 6},
-              {Text(std::string(title(item)))
-                   .frame({.width = titleWidth, .alignment = Alignment::leading}),
+              {Text(std::string(title(item))).frame({.width = titleWidth, .alignment = Alignment::leading}),
                Text(std::string(keyString(item)))
                    .foregroundColor(Color::Role::secondary)
                    .accessibilityLabel(spelledOut(keyString(item)))
                    .frame({.width = keyWidth, .alignment = Alignment::leading}),
                field(), when(isKey(), [this] { return showKeyButton(); }),
-               Button(Text("✓").foregroundColor(isOff ? Color(Color::Role::secondary, 0.5)
-                                                      : Color(Color::Role::blue)),
-                      [self = *this] { self.saveClicked(); }, ButtonStyle::borderless)
+               Button(
+                   Text("✓").foregroundColor(isOff ? Color(Color::Role::secondary, 0.5)
+                                                   : Color(Color::Role::blue)),
+                   [self = *this] { self.saveClicked(); }, ButtonStyle::borderless)
                    .help("Save")
                    .accessibilityLabel("Save " + std::string(title(item)))
                    .disabled(isOff),
-               Button("↺", [self = *this] { self.resetClicked(); }, ButtonStyle::borderless)
+               Button(
+                   "↺", [self = *this] { self.resetClicked(); }, ButtonStyle::borderless)
                    .help("Reset")
                    .accessibilityLabel("Reset " + std::string(title(item)))}),
        when(isStrange, [] {

@@ -23,13 +23,14 @@ platform::View EasterEggUrlEditingUIView::body() const {
   };
   return VStack(
       {.spacing = 0, .alignment = Alignment::fill},
-      {ScrollView(VStack({.spacing = 8, .alignment = Alignment::fill},
-                         {Text(std::string("Edit Shortcut") + (isHemingwayEnabled->get() ? "s & URLs" : ""))
-                              .font(Font::title)
-                              .accessibilityRole(AccessibilityRole::heading),
-                          note("Note: Reload while on page ('⌘⌥R') to use updated URLs."),
-                          note(std::string(shortcutLegend)), VStack({.alignment = Alignment::fill}, {page()})})
-                      .padding(24))
+      {ScrollView(
+           VStack({.spacing = 8, .alignment = Alignment::fill},
+                  {Text(std::string("Edit Shortcut") + (isHemingwayEnabled->get() ? "s & URLs" : ""))
+                       .font(Font::title)
+                       .accessibilityRole(AccessibilityRole::heading),
+                   note("Note: Reload while on page ('⌘⌥R') to use updated URLs."),
+                   note(std::string(shortcutLegend)), VStack({.alignment = Alignment::fill}, {page()})})
+               .padding(24))
            .frame({.maxWidth = infinity, .maxHeight = infinity}),
        Divider(),
        PageControlUIView{.pageCount = pageCount,

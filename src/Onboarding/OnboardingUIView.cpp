@@ -33,14 +33,15 @@ std::string storedAddress() {
 OnboardingUIView::OnboardingUIView(OnboardingUIViewDelegate* target, Pickers pickers)
     : delegate(target), chatURL(storedAddress()) {
   const OnboardingPageHelper helper(
-      {.address = VStack({.spacing = 24},
-                         {AppIconUIView{.iconSize = IconSize::large},
-                          View(OnboardingEditChatUrlUIView{
-                                   .initialText = chatURL.get(),
-                                   .isValidURL = isValidURL.binding(),
-                                   .action = [chatURL = chatURL](const std::string& text) { chatURL.set(text); },
-                                   .validatesAtFirst = true})
-                              .frame({.width = addressWidth})}),
+      {.address =
+           VStack({.spacing = 24},
+                  {AppIconUIView{.iconSize = IconSize::large},
+                   View(OnboardingEditChatUrlUIView{
+                            .initialText = chatURL.get(),
+                            .isValidURL = isValidURL.binding(),
+                            .action = [chatURL = chatURL](const std::string& text) { chatURL.set(text); },
+                            .validatesAtFirst = true})
+                       .frame({.width = addressWidth})}),
        .fontSize = std::move(pickers.fontSize),
        .windowSize = std::move(pickers.windowSize),
        .apiKey = OnboardingApiKeyUIView{},
@@ -68,20 +69,21 @@ View OnboardingUIView::page(const OnboardingPage& page) const {
 
 View OnboardingUIView::body() const {
   const auto& shown = pages[static_cast<std::size_t>(currentPage.get())];
-  return VStack({.spacing = 0, .alignment = Alignment::fill},
-                {ScrollView(ForEach(std::vector{shown},
-                                    [](const OnboardingPage& p) { return std::to_string(p.id); },
-                                    [this](const OnboardingPage& p) { return page(p); }))
-                     .frame({.maxWidth = infinity, .maxHeight = infinity}),
-                 Divider(),
-                 PageControlUIView{.pageCount = pageCount,
-                                   .currentPage = currentPage.binding(),
-                                   .isNextDisabled = !isValidURL.get(),
-                                   .done =
-                                       [target = delegate] {
-                                         if (target != nullptr) target->didCompleteOnboarding();
-                                       },
-                                   .pageControlAreaHeight = pageControlAreaHeight}});
+  return VStack(
+      {.spacing = 0, .alignment = Alignment::fill},
+      {ScrollView(ForEach(
+                      std::vector{shown}, [](const OnboardingPage& p) { return std::to_string(p.id); },
+                      [this](const OnboardingPage& p) { return page(p); }))
+           .frame({.maxWidth = infinity, .maxHeight = infinity}),
+       Divider(),
+       PageControlUIView{.pageCount = pageCount,
+                         .currentPage = currentPage.binding(),
+                         .isNextDisabled = !isValidURL.get(),
+                         .done =
+                             [target = delegate] {
+                               if (target != nullptr) target->didCompleteOnboarding();
+                             },
+                         .pageControlAreaHeight = pageControlAreaHeight}});
 }
 
 }  // namespace velkin

@@ -16,11 +16,11 @@ constexpr double buttonWidth = 96;
 View OnboardingPageIndicator::body() const {
   Views marks;
   for (int page = 0; page < pageCount; ++page) {
-    marks.push_back(HStack({.spacing = 0}, {})
-                        .frame({.width = markSize, .height = markSize})
-                        .background(page == currentPage ? Color(Color::Role::accent)
-                                                        : Color(Color::Role::primary, 0.25))
-                        .cornerRadius(markSize / 2));
+    marks.push_back(
+        HStack({.spacing = 0}, {})
+            .frame({.width = markSize, .height = markSize})
+            .background(page == currentPage ? Color(Color::Role::accent) : Color(Color::Role::primary, 0.25))
+            .cornerRadius(markSize / 2));
   }
   return HStack({.spacing = markSize}, std::move(marks))
       .accessibilityRole(AccessibilityRole::status)
@@ -49,7 +49,9 @@ View PageControlUIView::body() const {
              {Button("Previous", [turn] { turn(-1); }).frame({.minWidth = buttonWidth}).disabled(page == 0),
               Spacer(), OnboardingPageIndicator{pageCount, page}, Spacer(),
               when(!isLast,
-                   [&] { return View(OnboardingButton{"Next", [turn] { turn(+1); }, isNextDisabled}); }),
+                   [&] {
+                     return View(OnboardingButton{"Next", [turn] { turn(+1); }, isNextDisabled});
+                   }),
               when(isLast, [&] { return View(OnboardingDoneButton{.action = done}); })})
       .padding(EdgeInsets::horizontal(16))
       .frame({.minHeight = pageControlAreaHeight, .maxWidth = infinity});

@@ -27,7 +27,7 @@ struct NSAlert {
   /// Which button was chosen. The one of Escape also if the window goes.
   using Completion = std::function<void(std::size_t button)>;
 
-  /// Shows it at the window of `view`; one without a window, or nullptr, gives it a window of its own. The
+  /// Shows it at the window of `view`, or for nullptr at the one that has the keyboard; else by itself. The
   /// popover stays as long as it is open, and whoever closes that window closes this one. `completion` runs
   /// once, in a later turn of the main loop.
   void beginSheetModal(const NSView* view, Completion completion) const;

@@ -42,8 +42,8 @@ class NSApplication {
   /// was taken.
   virtual bool sendAction(std::string_view selector) = 0;
 
-  /// While it is true, the active window gets the keys that the desktop and other programs keep to themselves,
-  /// as far as the desktop lets it.
+  /// While it is true, the active window gets the keys that the desktop and other programs keep to
+  /// themselves, as far as the desktop lets it.
   virtual void setTakesReservedKeys(bool takes) = 0;
 
   [[nodiscard]] NSEvent::MonitorToken addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler);

@@ -7,8 +7,7 @@ namespace velkin {
 namespace {
 
 constexpr std::string_view blanks = " \t\r\n\f\v";
-constexpr std::string_view unreserved =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+constexpr std::string_view unreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
 constexpr std::string_view reserved = ":/?#[]@!$&'()*+,;=";
 constexpr std::string_view hexDigits = "0123456789ABCDEFabcdef";
 

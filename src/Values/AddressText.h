@@ -14,8 +14,8 @@ std::string trimmedAddress(std::string_view text);
 /// An http or https address with a host.
 bool isWebAddress(const platform::URL& url);
 bool isWebAddress(std::string_view text);
-/// The text with whatever an address can't hold percent-encoded, so that it always parses. An empty text stays
-/// empty.
+/// The text with whatever an address can't hold percent-encoded, so that it always parses. An empty text
+/// stays empty.
 std::string storableAddress(std::string_view text);
 
 }  // namespace velkin

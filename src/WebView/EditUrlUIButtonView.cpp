@@ -47,31 +47,31 @@ View EditUrlUIButtonView::settings() const {
   const auto present = updateUrlText.get();
   // Each address its own row: what was typed for another one is gone with it.
   const std::vector<std::string> address{initialText.get()};
-  return VStack({.spacing = 8, .alignment = Alignment::fill},
-                {wrapped("URL Settings", Font::body),
-                 wrapped("Enter custom url or use the action buttons.\nThis will change the saved url for this "
-                         "page only.",
-                         Font::subheadline),
-                 ForEach(
-                     address, [](const std::string& text) { return text; },
-                     [this](const std::string& text) {
-                       return OnboardingEditChatUrlUIView{
-                           .item = UserDefaultsHelper().lastVisibleEasterEgg(),
-                           .initialText = text,
-                           .isValidURL = isValidURL.binding(),
-                           .action = [urlText = urlText](const std::string& stored) { urlText.set(stored); }};
-                     }),
-                 MarkdownUIMenuButton{.title = "Update",
-                                      .toolTip = "Change saved URL to:\n\n" + present,
-                                      .shouldCenterTitle = true,
-                                      .action = [self = *this,
-                                                 present] { self.store(present); },
-                                      .isDisabled = present.empty()},
-                 MarkdownUIMenuButton{.title = "Reset",
-                                      .toolTip = "Reset URL to:\n\n" + defaultAddress(),
-                                      .shouldCenterTitle = true,
-                                      .action = [self = *this] { self.store(defaultAddress()); }},
-                 wrapped("Hover over buttons for details.", Font::caption)})
+  return VStack(
+             {.spacing = 8, .alignment = Alignment::fill},
+             {wrapped("URL Settings", Font::body),
+              wrapped("Enter custom url or use the action buttons.\nThis will change the saved url for this "
+                      "page only.",
+                      Font::subheadline),
+              ForEach(
+                  address, [](const std::string& text) { return text; },
+                  [this](const std::string& text) {
+                    return OnboardingEditChatUrlUIView{
+                        .item = UserDefaultsHelper().lastVisibleEasterEgg(),
+                        .initialText = text,
+                        .isValidURL = isValidURL.binding(),
+                        .action = [urlText = urlText](const std::string& stored) { urlText.set(stored); }};
+                  }),
+              MarkdownUIMenuButton{.title = "Update",
+                                   .toolTip = "Change saved URL to:\n\n" + present,
+                                   .shouldCenterTitle = true,
+                                   .action = [self = *this, present] { self.store(present); },
+                                   .isDisabled = present.empty()},
+              MarkdownUIMenuButton{.title = "Reset",
+                                   .toolTip = "Reset URL to:\n\n" + defaultAddress(),
+                                   .shouldCenterTitle = true,
+                                   .action = [self = *this] { self.store(defaultAddress()); }},
+              wrapped("Hover over buttons for details.", Font::caption)})
       .padding(12);
 }
 

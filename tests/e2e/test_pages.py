@@ -229,8 +229,7 @@ class Recording(Pages):
         waitFor("the alert", lambda: self.desktop.activeWindow() != panel.id, 10)
         self.assertEqual(self.shortcut("popUpShortcut"), {"carbonKeyCode": 17, "carbonModifiers": 768})
         self.desktop.key("Return")
-        waitFor("the panel to have the keyboard", lambda: self.desktop.activeWindow() == panel.id, 10)
-        settle(0.5)
+        settle(1)
         self.desktop.key("ctrl+alt+g")
         waitFor("the next shortcut", lambda: self.shortcut("popUpShortcut")["carbonKeyCode"] == 5, 10,
                 lambda: self.shortcut("popUpShortcut"))

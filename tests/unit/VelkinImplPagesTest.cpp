@@ -167,9 +167,8 @@ TEST_F(PagesTest, EscapeWhileRecordingLeavesThePopoverOpen) {
   desktop.queue.drain();
   auto& tree = platform::headlessTree(*controller.shortcutsPanel().contentViewController());
   tree.control("PopUp: Ctrl+Shift+T, change")->press();
-  const platform::NSEvent escape{.type = platform::NSEvent::EventType::keyDown,
-                                 .keyCode = 0x35,
-                                 .charactersIgnoringModifiers = "\x1b"};
+  const platform::NSEvent escape{
+      .type = platform::NSEvent::EventType::keyDown, .keyCode = 0x35, .charactersIgnoringModifiers = "\x1b"};
   EXPECT_FALSE(platform::NSApp().filterByMonitors(escape));
   EXPECT_TRUE(popover().isShown());
   platform::NSApp().filterByMonitors(escape);

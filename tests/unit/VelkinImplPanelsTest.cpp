@@ -183,8 +183,7 @@ TEST_F(PanelsTest, TheShortcutsPanelSaysWhereThereAreNoGlobalShortcutsAndWhatToD
   auto& controller = launch();
   controller.shortcutsClicked();
   const auto& tree = platform::headlessTree(*controller.shortcutsHostingController());
-  for (const auto* text :
-       {"Misc", "No shortcuts here.", "Open it", "command one", "Search", "command two"})
+  for (const auto* text : {"Misc", "No shortcuts here.", "Open it", "command one", "Search", "command two"})
     EXPECT_TRUE(tree.showsText(text)) << text;
 }
 

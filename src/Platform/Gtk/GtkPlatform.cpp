@@ -80,8 +80,8 @@ GtkPlatform::GtkPlatform()
       notifications_([this] { return application_.connection(); }) {
   keepLittleFreeMemory();
   sendLibraryMessagesToDebugLog();
-  bundle_ = {bundle::identifier, bundle::shortVersion, bundle::buildNumber, bundle::creationDate,
-             bundle::name, libraryVersions()};
+  bundle_ = {bundle::identifier,   bundle::shortVersion, bundle::buildNumber,
+             bundle::creationDate, bundle::name,         libraryVersions()};
   g_set_prgname("velkin");
   g_set_application_name("Velkin");
   application_.willLaunch = [this] {

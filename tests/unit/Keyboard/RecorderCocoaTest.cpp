@@ -22,9 +22,7 @@ constexpr auto commandShift = NSEvent::commandFlag | NSEvent::shiftFlag;
 class RecorderCocoaTest : public testing::Test {
  protected:
   RecorderCocoaTest() {
-    recorder->place->find = [] {
-      return platform::ViewPlace::InWindow{7, {{100, 100}, {130, 30}}};
-    };
+    recorder->place->find = [] { return platform::ViewPlace::InWindow{7, {{100, 100}, {130, 30}}}; };
     recorder->viewDidMoveToWindow();
     desktop.queue.drain();
   }
@@ -217,13 +215,14 @@ TEST_F(RecorderCocoaTest, WhatAnotherProgramHoldsIsRefusedAndRecordingGoesOnAfte
             "You can change the system's shortcuts in its settings.");
   EXPECT_EQ(getShortcut(name), Shortcut(Key::t, commandShift));
   EXPECT_TRUE(desktop.openDialogs.press("OK"));
-  desktop.queue.drain();
+  desktop.queue.advance(1);
   EXPECT_TRUE(recorder->isRecording());
 }
 
 TEST_F(RecorderCocoaTest, WhatTheMainMenuHasIsRefusedByItsName) {
   auto menu = std::make_shared<platform::NSMenu>();
-  menu->addItem(std::make_shared<platform::NSMenuItem>("Open…", [] {}, "g"));
+  menu->addItem(std::make_shared<platform::NSMenuItem>(
+      "Open…", [] {}, "g"));
   platform::NSApp().mainMenu = menu;
   recorder->focus();
   send(press(Key::g, NSEvent::commandFlag));
@@ -246,7 +245,8 @@ TEST_F(RecorderCocoaTest, FollowsChangesOfItsOwnNameOnly) {
 }
 
 TEST_F(RecorderCocoaTest, OneRecordsAtATime) {
-  const auto other = std::make_shared<RecorderCocoa>(Name("searchBarShortcut", Shortcut(Key::r, commandShift)));
+  const auto other =
+      std::make_shared<RecorderCocoa>(Name("searchBarShortcut", Shortcut(Key::r, commandShift)));
   other->viewDidMoveToWindow();
   desktop.queue.drain();
   recorder->focus();
@@ -269,11 +269,11 @@ TEST_F(RecorderCocoaTest, NothingStaysPausedWhenItGoesWhileItRecords) {
 
 TEST_F(RecorderCocoaTest, TheNewestMonitorSeesAKeyFirst) {
   int seen = 0;
-  const auto router = NSEvent::addLocalMonitorForEvents(
-      NSEvent::mask(NSEvent::EventType::keyDown), [&](const NSEvent& event) -> std::optional<NSEvent> {
-        ++seen;
-        return event;
-      });
+  const auto router = NSEvent::addLocalMonitorForEvents(NSEvent::mask(NSEvent::EventType::keyDown),
+                                                        [&](const NSEvent& event) -> std::optional<NSEvent> {
+                                                          ++seen;
+                                                          return event;
+                                                        });
   recorder->focus();
   send(press(Key::q, NSEvent::commandFlag));
   EXPECT_EQ(seen, 0);

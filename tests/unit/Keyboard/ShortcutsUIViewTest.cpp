@@ -53,9 +53,9 @@ TEST_F(ShortcutsUIViewTest, TheRowsOfASectionStandInTheirOrderWithTheirKeys) {
   platform::NSHostingController host(ShortcutsUIView{});
   const auto all = texts(platform::headlessTree(host));
   const auto misc = at(all, "Misc");
-  const std::vector<std::string> expected = {"Misc",   "About Velkin", "Appearance...", "⇧⌘A", "Open In Browser",
-                                             "⌘o",     "Toggle Menu",  "⌘,",            "Preview", "Shortcuts",
-                                             "Show Toolbar", "⌥⌘t"};
+  const std::vector<std::string> expected = {
+      "Misc",        "About Velkin", "Appearance...", "⇧⌘A",       "Open In Browser", "⌘o",
+      "Toggle Menu", "⌘,",           "Preview",       "Shortcuts", "Show Toolbar",    "⌥⌘t"};
   ASSERT_LE(misc + expected.size(), all.size());
   EXPECT_EQ(std::vector<std::string>(all.begin() + static_cast<std::ptrdiff_t>(misc),
                                      all.begin() + static_cast<std::ptrdiff_t>(misc + expected.size())),

@@ -206,10 +206,17 @@ TEST_F(AddressRowsTest, ARowSavesWhatIsTypedOnceAndWithoutACheck) {
 }
 
 TEST_F(AddressRowsTest, WhatARowStoresAlwaysParses) {
-  const std::vector<std::string> texts = {"two words",        "https://a b/ü?x=[1]#a#b", "javascript:alert(1)",
-                                          "100%",             "http://[broken",          "http://host:port/",
-                                          "https://münchen.de", "\xFF\xFE",              std::string(1 << 20, '<'),
-                                          "a\nb",             "1:2"};
+  const std::vector<std::string> texts = {"two words",
+                                          "https://a b/ü?x=[1]#a#b",
+                                          "javascript:alert(1)",
+                                          "100%",
+                                          "http://[broken",
+                                          "http://host:port/",
+                                          "https://münchen.de",
+                                          "\xFF\xFE",
+                                          std::string(1 << 20, '<'),
+                                          "a\nb",
+                                          "1:2"};
   for (const auto& text : texts) {
     const auto stored = storableAddress(text);
     EXPECT_TRUE(platform::URL::parse(stored).has_value()) << text.substr(0, 40);

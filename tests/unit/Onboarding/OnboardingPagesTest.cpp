@@ -1,10 +1,10 @@
+#include "Helpers/UserDefaultsHelper.h"
 #include "Keyboard/KeyboardShortcuts.h"
 #include "Onboarding/AboutUIView.h"
 #include "Onboarding/EasterEggUrlEditingUIView.h"
 #include "Onboarding/OnboardingBodies.h"
 #include "Onboarding/OnboardingUIView.h"
 #include "Onboarding/PageControlUIView.h"
-#include "Helpers/UserDefaultsHelper.h"
 #include "Platform/Headless/HeadlessPlatform.h"
 
 #include <cstdlib>
@@ -37,16 +37,14 @@ class OnboardingPagesTest : public testing::Test {
  protected:
   ~OnboardingPagesTest() override { KeyboardShortcuts::shutDown(); }
 
-
   platform::HeadlessPlatform desktop;
   UserDefaultsHelper defaults;
   Pages pages;
-  std::vector<double> zooms;
 
   OnboardingUIView onboarding() {
     return {&pages,
-            {.fontSize = OnboardingFontSizeUIView{.didSelect = [this](double z) { zooms.push_back(z); }},
-             .windowSize = OnboardingWindowSizeUIView{}}};
+            {.fontSize = platform::Text("the sizes of fonts"),
+             .windowSize = platform::Text("the sizes of windows")}};
   }
   void press(platform::HeadlessHostingView& tree, std::string_view name) {
     auto* control = tree.control(name);
@@ -119,23 +117,6 @@ TEST_F(OnboardingPagesTest, WithTheAdditionalViewsThereIsThePageOfTheKey) {
   EXPECT_FALSE(slim.pages[3] == view.pages[3]);
 }
 
-TEST_F(OnboardingPagesTest, ThePickersStoreAtOnceAndTheLivePageFollows) {
-  NSHostingController fonts(OnboardingFontSizeUIView{.didSelect = [this](double z) { zooms.push_back(z); }});
-  auto& tree = platform::headlessTree(fonts);
-  auto* picker = tree.all<platform::PickerContent>().front();
-  EXPECT_EQ(std::get<platform::PickerContent>(picker->element().content).selection.get(), 2);
-  picker->select(0);
-  EXPECT_EQ(defaults.webViewZoom(), 1.45);
-  EXPECT_EQ(zooms, std::vector<double>{1.45});
-  NSHostingController sizes(OnboardingWindowSizeUIView{});
-  const auto pickers = platform::headlessTree(sizes).all<platform::PickerContent>();
-  ASSERT_EQ(pickers.size(), 2U);
-  pickers[0]->select(2);
-  pickers[1]->select(0);
-  EXPECT_EQ(defaults.webViewWidth(), 980);
-  EXPECT_EQ(defaults.webViewHeight(), 480);
-}
-
 TEST_F(OnboardingPagesTest, TheKeysPageOpensTheProvidersPageAndTakesTheKey) {
   NSHostingController host(OnboardingApiKeyUIView{});
   auto& tree = platform::headlessTree(host);
@@ -157,6 +138,23 @@ TEST_F(OnboardingPagesTest, AboutHasItsElementsInOrder) {
   EXPECT_EQ(pages.calls, (std::vector<std::string>{"notes", "onboarding"}));
   press(tree, "Copy the versions for a bug report");
   EXPECT_EQ(desktop.pasteboard.string, "Velkin 1.0.0 (23), Toolkit 4.0, Web engine 2.0");
+}
+
+TEST_F(OnboardingPagesTest, AboutExportsAndImportsTheSettingsAndTellsWhatWentWrong) {
+  NSHostingController host(AboutUIView{.delegate = &pages});
+  auto& tree = platform::headlessTree(host);
+  EXPECT_TRUE(tree.showsText("User Data"));
+  press(tree, "Export");
+  EXPECT_EQ(desktop.openDialogs.savePanels.size(), 1U);
+  press(tree, "Import");
+  ASSERT_EQ(desktop.openDialogs.openPanels.size(), 1U);
+  desktop.openDialogs.open("/nowhere/at all.json");
+  desktop.queue.drain();
+  if (desktop.openDialogs.press("Import")) desktop.queue.drain();
+  bool isTold = false;
+  for (const auto* text : tree.all<platform::TextContent>())
+    isTold = isTold || text->element().modifiers.role == platform::AccessibilityRole::alert;
+  EXPECT_TRUE(isTold);
 }
 
 TEST_F(OnboardingPagesTest, TheBuildDateIsInWordsOrNotThereAtAll) {
