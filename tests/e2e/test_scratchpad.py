@@ -78,6 +78,12 @@ class ScratchpadCase(VelkinTestCase):
         else:
             self.desktop.click(self.window.x + FOOTER[name], self.window.bottom - FOOTER_BAR)
 
+    def waitForOwner(self, kind):
+        """Until the clipboard offers something of this kind."""
+        waitFor(f"{kind} on the clipboard",
+                lambda: kind in self.session.output("timeout", "2", "xclip", "-selection", "clipboard", "-o", "-t",
+                                                    "TARGETS", check=False), 20)
+
     def clipboard(self):
         return self.session.output("timeout", "2", "xclip", "-selection", "clipboard", "-o", check=False)
 
@@ -130,7 +136,7 @@ class Scratchpad(ScratchpadCase):
         self.write("-")
         holder = self.desktop.copy("far ä".encode())
         self.addCleanup(holder.kill)
-        settle(0.3)
+        self.waitForOwner("UTF8_STRING")
         self.tool("Bold")
         self.desktop.type("y")
         self.waitForText("-**far ä**y")
@@ -247,7 +253,7 @@ class BadInput(ScratchpadCase):
     def paste(self, content, kind="UTF8_STRING"):
         holder = self.desktop.copy(content, kind)
         self.addCleanup(holder.kill)
-        settle(0.5)
+        self.waitForOwner(kind)
         self.desktop.key("ctrl+v")
 
     def testWhatIsTooLongOrNoTextIsRefusedWithANotice(self):
@@ -277,7 +283,7 @@ class BadInput(ScratchpadCase):
         self.openScratchpad()
         self.write("-")
         holder = self.desktop.copy(b"never")
-        settle(0.3)
+        self.waitForOwner("UTF8_STRING")
         holder.send_signal(signal.SIGSTOP)
         self.addCleanup(holder.kill)
         self.addCleanup(holder.send_signal, signal.SIGCONT)
