@@ -6,11 +6,13 @@
 #include "Controller/PageExport.h"
 #include "Controller/SearchPanel.h"
 #include "Controller/Sidebars.h"
+#include "Controller/StartNotices.h"
 #include "Controller/StatusItem.h"
 #include "Controller/ViewSwitcher.h"
 #include "Controller/WindowGeometry.h"
 #include "Keyboard/KeyboardShortcuts.h"
 #include "Keyboard/QKKeyboardShortcutHelper.h"
+#include "Keyboard/RecorderCocoa.h"
 #include "Platform/DebugLog.h"
 #include "Platform/NSApplication.h"
 #include "Values/AppearanceFontSize.h"
@@ -25,7 +27,13 @@ using Panel = AuxiliaryPanels::Kind;
 struct VelkinImpl::Rooms {
   Rooms(VelkinImpl& owner, std::shared_ptr<platform::NSPopover> popover, ServicePages pages)
       : content(std::move(popover), std::move(pages)),
-        views({.menu = &owner, .releaseNotes = &owner}, content),
+        views({.menu = &owner,
+               .releaseNotes = &owner,
+               .appearance = &owner,
+               .about = &owner,
+               .urlEditing = &owner,
+               .onboarding = &owner},
+              content),
         statusItem(content, owner, owner),
         panels(views, &owner) {}
 
@@ -41,6 +49,9 @@ struct VelkinImpl::Rooms {
   PageCommands page{content};
   PageExport pageExport{content};
   std::unique_ptr<QKKeyboardShortcutHelper> keyboard;
+  std::unique_ptr<platform::Timer> startNotices;
+  /// For what comes back after a while.
+  std::shared_ptr<bool> isAlive = std::make_shared<bool>(true);
 };
 
 VelkinImpl::VelkinImpl(std::shared_ptr<platform::NSPopover> popover, WebView bard, WebView bitbucket,
@@ -56,12 +67,22 @@ VelkinImpl::VelkinImpl(std::shared_ptr<platform::NSPopover> popover, WebView bar
   KeyboardShortcuts::onKeyDown(Name::searchBarShortcut(), [this] { handleSearchBarDelegate(); });
   KeyboardShortcuts::onKeyDown(Name::popUpShortcut(), [this] { didUseGlobalHotKeys(); });
   rooms_->content.isInitialLaunch = true;
+  const bool isFreshInstall = UserDefaultsHelper().releaseNoteBuildVersion() == 0;
   rooms_->switcher.showFirst();
   isFindingWebState()->showToolbar.set(UserDefaultsHelper().showToolBar());
   rooms_->keyboard =
       std::make_unique<QKKeyboardShortcutHelper>(*this, *rooms_->content.popover, menuBarItem(), *this);
   keyboardHelper().resetKeyPressBools();
   keyboardHelper().modifierKeyBools();
+  const std::weak_ptr<bool> alive = rooms_->isAlive;
+  rooms_->startNotices = tellAfterStart(
+      isFreshInstall,
+      [this, alive] {
+        if (!alive.expired() && !this->popover().isShown()) togglePopover();
+      },
+      [this, alive] {
+        if (!alive.expired()) shortcutsClicked();
+      });
 }
 
 VelkinImpl::~VelkinImpl() { KeyboardShortcuts::shutDown(); }
@@ -136,6 +157,22 @@ void VelkinImpl::closeSideBarViews() { rooms_->sidebars.close(); }
 void VelkinImpl::resetSideBarViews() { rooms_->sidebars.reset(); }
 void VelkinImpl::setSidebarsForGroup(std::optional<WebViewSwitchType> type) { rooms_->sidebars.open(type); }
 void VelkinImpl::didClickReleaseNotesDone() { rooms_->switcher.releaseNotesAreRead(); }
+void VelkinImpl::didCompleteOnboarding() {
+  platform::debugLog("didCompleteOnboarding()");
+  rooms_->switcher.onboardingIsDone();
+}
+void VelkinImpl::didClickEasterEggUrlEditingDone() { rooms_->switcher.backToChat(); }
+void VelkinImpl::didEnableDisableEasterEgg() { rooms_->switcher.backToChat(); }
+void VelkinImpl::didClickReleaseNotesButton() { leadTo(releaseNotes); }
+void VelkinImpl::didClickOnboardingButton() { leadTo(onboarding); }
+void VelkinImpl::didClickEditUrlsButton() { leadTo(editUrls); }
+void VelkinImpl::didClickToolbarCheckbox() { toolbarClicked(); }
+void VelkinImpl::leadTo(WebViewSwitchType page) {
+  handleEsc();
+  switchWebViews(page);
+  // A button that was clicked leads somewhere: a page in a closed popover would be nowhere.
+  if (!popover().isShown()) showPopover(true);
+}
 
 void VelkinImpl::updateWebViewWindowSize(double width, double height) {
   rooms_->geometry.updateWindowSize(width, height);
@@ -144,7 +181,10 @@ bool VelkinImpl::getIsInFullScreenMode() const { return rooms_->geometry.isFullS
 void VelkinImpl::updateCurrentWebViewZoomLevel(double zoom) { rooms_->geometry.updateCurrentZoom(zoom); }
 void VelkinImpl::updateSideBarZoomLevel(double zoom) { rooms_->sidebars.setZoom(zoom); }
 
-void VelkinImpl::windowWillClose(platform::NSPanel&) { rooms_->panels.releaseContents(); }
+void VelkinImpl::windowWillClose(platform::NSPanel& panel) {
+  KeyboardShortcuts::RecorderCocoa::stopRecording();
+  rooms_->panels.releaseContents(panel);
+}
 void VelkinImpl::showViewAsPanel(platform::NSPanel& panel, platform::NSPoint origin) {
   rooms_->panels.show(panel, origin);
 }

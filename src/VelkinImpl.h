@@ -5,6 +5,7 @@
 #include "Platform/NSMenu.h"
 #include "Platform/NSPanel.h"
 #include "Platform/WKWebView.h"
+#include "Values/AppearanceUIViewDelegate.h"
 #include "Values/MenuHelperDelegate.h"
 #include "Values/PageDelegates.h"
 #include "WebView/WebView.h"
@@ -38,7 +39,11 @@ class VelkinImpl : public platform::NSMenuDelegate,
                    public MenuHelperDelegate,
                    public QKKeyboardShortcutHelperDelegate,
                    public HotkeySolutionDelegate,
-                   public ReleaseNotesUIViewDelegate {
+                   public ReleaseNotesUIViewDelegate,
+                   public AppearanceUIViewDelegate,
+                   public AboutUIViewDelegate,
+                   public EasterEggUrlEditingUIViewDelegate,
+                   public OnboardingUIViewDelegate {
  public:
   template <class V>
   using Host = std::shared_ptr<platform::NSHostingController<V>>;
@@ -103,8 +108,17 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void setSidebarsForGroup(std::optional<WebViewSwitchType> type);
   void didClickReleaseNotesDone() override;
 
+  // The pages that lead in and around.
+  void didCompleteOnboarding() override;
+  void didClickEasterEggUrlEditingDone() override;
+  void didEnableDisableEasterEgg() override;
+  void didClickReleaseNotesButton() override;
+  void didClickOnboardingButton() override;
+  void didClickEditUrlsButton() override;
+  void didClickToolbarCheckbox() override;
+
   // Sizes and zoom. Points.
-  void updateWebViewWindowSize(double width, double height);
+  void updateWebViewWindowSize(double width, double height) override;
   bool getIsInFullScreenMode() const;
   void updateCurrentWebViewZoomLevel(double zoom);
   void updateSideBarZoomLevel(double zoom);
@@ -164,6 +178,8 @@ class VelkinImpl : public platform::NSMenuDelegate,
 
  private:
   struct Rooms;
+  /// From a panel's button to a page in the popover.
+  void leadTo(WebViewSwitchType page);
   std::unique_ptr<Rooms> rooms_;
 };
 

@@ -11,7 +11,8 @@ int main(int argc, char** argv) {
   gsize length = 0;
   if (!g_file_get_contents(argv[3], &text, &length, nullptr)) return 1;
   GtkCssProvider* style = gtk_css_provider_new();
-  gtk_css_provider_load_from_data(style, "textview text { background: white; color: rgba(0, 0, 0, 0.7); }", -1);
+  gtk_css_provider_load_from_data(style, "textview text { background: white; color: rgba(0, 0, 0, 0.7); }",
+                                  -1);
   gtk_style_context_add_provider_for_display(gdk_display_get_default(), GTK_STYLE_PROVIDER(style),
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
   GtkWidget* window = gtk_window_new();

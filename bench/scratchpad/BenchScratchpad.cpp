@@ -1,6 +1,6 @@
-// bench-scratchpad [--rounds N]: from a key press to the painted letter, in the scratchpad with its preview and
-// in a bare window with the toolkit's text view, both with the same text; and what the journal takes of the
-// main loop for a key. Runs on a desktop with a tray; ./dev bench scratchpad makes one.
+// bench-scratchpad [--rounds N]: from a key press to the painted letter, in the scratchpad with its preview
+// and in a bare window with the toolkit's text view, both with the same text; and what the journal takes of
+// the main loop for a key. Runs on a desktop with a tray; ./dev bench scratchpad makes one.
 #include "Desktop.h"
 #include "Markdown/ScratchpadJournal.h"
 #include "Observer.h"
@@ -32,7 +32,9 @@ constexpr int rightOfTheCursor = 3;
 std::string textOfLength(std::size_t length) {
   std::string text = "\n\n";
   while (text.size() < length) {
-    text += "Some *words* in a paragraph that is long enough to be wrapped, with `code` and a [link](address).\n\n";
+    text +=
+        "Some *words* in a paragraph that is long enough to be wrapped, with `code` and a "
+        "[link](address).\n\n";
   }
   return text;
 }

@@ -65,10 +65,12 @@ void AuxiliaryPanels::open(Kind kind) {
   slot.panel = std::move(panel);
 }
 
-void AuxiliaryPanels::releaseContents() {
+void AuxiliaryPanels::releaseContents(NSPanel& closing) {
   for (auto& slot : slots_) {
     if (slot.panel->isVisible()) slot.content.reset();
   }
+  // A closed panel stays until the next one; its pages and their processes don't.
+  closing.setContentViewController(nullptr);
 }
 
 void AuxiliaryPanels::show(NSPanel& panel, platform::NSPoint origin) const {

@@ -20,8 +20,8 @@ class AuxiliaryPanels {
 
   /// A new panel, unless the kind's present one is visible. With no main screen nothing opens.
   void open(Kind kind);
-  /// Lets go of the content of each visible panel.
-  void releaseContents();
+  /// Lets go of the content of each visible panel; that of `closing` ends with this.
+  void releaseContents(platform::NSPanel& closing);
   /// Makes it a floating window at `origin`, which has the keyboard.
   void show(platform::NSPanel& panel, platform::NSPoint origin) const;
 

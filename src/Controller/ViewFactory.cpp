@@ -1,9 +1,16 @@
 #include "Controller/ViewFactory.h"
 
-#include "Keyboard/GlobalShortcutsNoticeUIView.h"
+#include "Appearance/AppearanceUIView.h"
+#include "Keyboard/ShortcutsUIView.h"
 #include "Markdown/MarkdownUIView.h"
+#include "Onboarding/AboutUIView.h"
+#include "Onboarding/EasterEggUrlEditingUIView.h"
+#include "Onboarding/OnboardingBodies.h"
+#include "Onboarding/OnboardingUIView.h"
 #include "Onboarding/PagePlace.h"
 #include "SearchBar/SearchBarView.h"
+#include "SideBar/SidebarGroupUIView.h"
+#include "SideBar/ToolbarCheckboxUIView.h"
 
 #include <utility>
 
@@ -36,22 +43,47 @@ std::shared_ptr<NSHostingController<ReleaseNotesUIView>> ViewFactory::releaseNot
   return host(ReleaseNotesUIView{delegates_.releaseNotes, content_.sharedState});
 }
 
-ViewFactory::Controller ViewFactory::onboarding() const { return host(PagePlace{"Onboarding"}); }
-ViewFactory::Controller ViewFactory::editUrls() const { return host(PagePlace{"Edit URLs"}); }
+ViewFactory::Controller ViewFactory::onboarding() const {
+  const auto followZoom = [page = content_.currentWebView.webView](double zoom) { page->setPageZoom(zoom); };
+  return host(OnboardingUIView(delegates_.onboarding,
+                               {.fontSize = OnboardingFontSizeUIView{.didSelect = followZoom},
+                                .windowSize = OnboardingWindowSizeUIView{}}));
+}
+
+ViewFactory::Controller ViewFactory::editUrls() const {
+  return host(EasterEggUrlEditingUIView{.delegate = delegates_.urlEditing});
+}
+
 ViewFactory::Controller ViewFactory::searchBar() const {
   return host(SearchBarView{.page = std::make_shared<AnswerPage>(answerView_)});
 }
 
 ViewFactory::Controller ViewFactory::about() const {
-  auto controller = host(PagePlace{"About Velkin"});
+  auto controller = host(AboutUIView{.delegate = delegates_.about});
   controller->title = "Velkin";
   return controller;
 }
 
 ViewFactory::Controller ViewFactory::shortcuts() const {
-  return host(PagePlace{"Shortcuts", globalShortcutsNotice()});
+  return host(ShortcutsUIView{.delegate = delegates_.about});
 }
 
-ViewFactory::Controller ViewFactory::appearance() const { return host(PagePlace{"Appearance"}); }
+ViewFactory::Controller ViewFactory::appearance() const {
+  using namespace platform;
+  auto* delegate = delegates_.appearance;
+  const auto toggleToolbar = [delegate] {
+    if (delegate != nullptr) delegate->didClickToolbarCheckbox();
+  };
+  const auto sideBar =
+      HStack({.spacing = 24, .alignment = Alignment::top},
+             {Spacer(), SidebarGroupUIView{.sharedState = content_.sharedState},
+              ToolbarCheckboxUIView{.sharedState = content_.sharedState, .action = toggleToolbar}, Spacer()})
+          .padding(EdgeInsets{8, 16, 8, 16});
+  return host(AppearanceUIView{
+      .delegate = delegate,
+      .webView = [&content = content_]() -> WKWebView& { return *content.currentWebView.webView; },
+      .sharedState = content_.sharedState,
+      .sideBar = sideBar});
+}
 
 }  // namespace velkin

@@ -3,6 +3,7 @@
 #include "Controller/PopoverContent.h"
 #include "Platform/NSViewController.h"
 #include "SearchBar/AnswerPage.h"
+#include "Values/AppearanceUIViewDelegate.h"
 #include "Values/MenuHelperDelegate.h"
 #include "Values/PageDelegates.h"
 
@@ -19,6 +20,10 @@ class ViewFactory {
   struct Delegates {
     MenuHelperDelegate* menu = nullptr;
     ReleaseNotesUIViewDelegate* releaseNotes = nullptr;
+    AppearanceUIViewDelegate* appearance = nullptr;
+    AboutUIViewDelegate* about = nullptr;
+    EasterEggUrlEditingUIViewDelegate* urlEditing = nullptr;
+    OnboardingUIViewDelegate* onboarding = nullptr;
   };
 
   ViewFactory(Delegates delegates, PopoverContent& content) : delegates_(delegates), content_(content) {}

@@ -175,8 +175,32 @@ void ViewSwitcher::releaseNotesAreRead() {
   if (notes && notes->presentingViewController != nullptr) notes->presentingViewController->dismiss(*notes);
   // The content stays on show until the next one takes its place, and with it the button that was clicked.
   notes.reset();
-  // There is no onboarding page yet: whoever has read the notes is on board.
+  const bool wasShown = rooms_.content.popover->isShown();
+  if (defaults_.onboardingCompleted()) {
+    switchTo(chatgpt);
+    return;
+  }
+  switchTo(onboarding);
+  // The switch closed what the reader was in the middle of.
+  if (wasShown) rooms_.statusItem.showPopover(true);
+}
+
+void ViewSwitcher::onboardingIsDone() {
   defaults_.set(true, UserDefault::onboardingCompleted);
+  const int build = buildNumber();
+  if (defaults_.releaseNoteBuildVersion() == build) {
+    switchTo(chatgpt);
+    if (!rooms_.content.popover->isShown()) rooms_.statusItem.showPopover(false);
+    return;
+  }
+  switchTo(releaseNotes);
+  defaults_.set(std::int64_t{build}, UserDefault::releaseNoteBuildVersion);
+  if (!rooms_.content.popover->isShown()) rooms_.statusItem.showPopover(true);
+}
+
+void ViewSwitcher::backToChat() {
+  // Without the additional views there is none to stand beside chat.
+  if (!defaults_.hemingwayEnabled()) rooms_.sidebars.close();
   switchTo(chatgpt);
 }
 

@@ -39,7 +39,12 @@ class ViewSwitcher {
   void updateCurrentWebView();
   /// Opens the search bar, or closes what Escape would close.
   void toggleSearchBar(const std::function<void()>& escape);
+  /// To the onboarding, until it was completed once.
   void releaseNotesAreRead();
+  /// Notes it, and goes on to the release notes if they are new to the user, else to chat.
+  void onboardingIsDone();
+  /// From a page that changed what there is to see. Whether the popover is open stays as it is.
+  void backToChat();
 
  private:
   void showPage(WebViewSwitchType view, bool isToggle);

@@ -139,6 +139,12 @@ void unregisterAll() {
   state().hotKeys.clear();
 }
 
+bool isRegistered(const Shortcut& shortcut) {
+  const auto& hotKeys = state().hotKeys;
+  return std::any_of(hotKeys.begin(), hotKeys.end(),
+                     [&](const auto& entry) { return entry.second.shortcut == shortcut; });
+}
+
 void updateEventHandler() {
   if (!state().eventHandler) return;
   auto& target = GetEventDispatcherTarget();

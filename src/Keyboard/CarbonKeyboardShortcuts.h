@@ -20,6 +20,8 @@ inline constexpr std::uint32_t hotKeySignature = platform::fourCharCode("QKHK");
 void registerShortcut(const Shortcut& shortcut, Action onKeyDown, Action onKeyUp);
 void unregister(const Shortcut& shortcut);
 void unregisterAll();
+/// The desktop has given it to us, also while it is let go for a time.
+bool isRegistered(const Shortcut& shortcut);
 /// Adapts to `KeyboardShortcuts::isEnabled` and `isMenuOpen`.
 void updateEventHandler();
 /// What comes from the desktop.

@@ -1,5 +1,7 @@
 #include "Keyboard/GlobalShortcutsNoticeUIView.h"
 
+#include "Platform/NSPasteboard.h"
+
 namespace velkin {
 
 using platform::Alignment;
@@ -19,7 +21,20 @@ platform::View GlobalShortcutsNoticeUIView::body() const {
     rows.push_back(platform::VStack(
         {.spacing = labelSpacing, .alignment = Alignment::leading},
         {Text(command.what).font(Font::headline),
-         Text(command.commandLine).font(Font::monospaced).foregroundColor(Color::Role::secondary)}));
+         platform::HStack({Text(command.commandLine)
+                               .font(Font::monospaced)
+                               .foregroundColor(Color::Role::secondary)
+                               .selectable(),
+                           platform::Button(
+                               platform::Symbol("doc.on.doc"),
+                               [line = command.commandLine] {
+                                 auto& pasteboard = platform::NSPasteboard::generalPasteboard();
+                                 pasteboard.clearContents();
+                                 pasteboard.setString(line, platform::NSPasteboardTypeString);
+                               },
+                               platform::ButtonStyle::borderless)
+                               .help("Copy the command")
+                               .accessibilityLabel("Copy the command for: " + command.what)})}));
   }
   return platform::VStack({.spacing = lineSpacing, .alignment = Alignment::leading}, std::move(rows))
       .padding(platform::EdgeInsets::all(lineSpacing));

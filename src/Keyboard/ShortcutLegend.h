@@ -13,4 +13,7 @@ inline std::string withShortcutLegend(std::string_view tooltip) {
   return std::string(tooltip).append("\n").append(shortcutLegend);
 }
 
+/// A shortcut in glyphs, with its modifiers by the names of this keyboard's keys: "⇧⌘T" becomes "Ctrl+Shift+T".
+std::string spelledOut(std::string_view glyphs);
+
 }  // namespace velkin

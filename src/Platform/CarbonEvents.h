@@ -132,6 +132,9 @@ class EventTarget {
   /// that stays the same over restarts, and a title for people.
   virtual void describeHotKey(HotKeyCombination, std::string_view /*name*/, std::string_view /*title*/) {}
   virtual std::optional<HotKeyNotice> notice() { return std::nullopt; }
+  /// What the user has bound to the name in the desktop's own dialogue, in the desktop's words; empty for
+  /// nothing. nullopt where a program asks for keys itself.
+  virtual std::optional<std::string> grantedTrigger(std::string_view /*name*/) { return std::nullopt; }
 
   /// Hands an event to the handlers that want its type, the newest first, until one takes it.
   OSStatus sendEvent(const CarbonEvent& event);

@@ -42,6 +42,10 @@ class NSApplication {
   /// was taken.
   virtual bool sendAction(std::string_view selector) = 0;
 
+  /// While it is true, the active window gets the keys that the desktop and other programs keep to themselves,
+  /// as far as the desktop lets it.
+  virtual void setTakesReservedKeys(bool takes) = 0;
+
   [[nodiscard]] NSEvent::MonitorToken addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler);
   /// Shows an event to the monitors, to the newest first. Nothing if one of them kept it.
   std::optional<NSEvent> filterByMonitors(NSEvent event);

@@ -57,6 +57,8 @@ struct NSEvent {
   /// which window it was (see `ViewPlace`). 0 is no window.
   NSPoint locationInWindow = {};
   int windowNumber = 0;
+  /// Of a key that no virtual key code stands for.
+  static constexpr std::uint16_t unknownKeyCode = 0xFF;
   /// Of a key event: the key's position, as a virtual key code.
   std::uint16_t keyCode = 0;
   std::uint32_t modifierFlags = 0;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,6 +20,7 @@ class NSApplication;
 class NSBundle;
 class NSDistributedNotificationCenter;
 class NSHostingView;
+class NSImage;
 class NSPanel;
 class NSPasteboard;
 class NSPopover;
@@ -70,6 +72,11 @@ class Platform {
   virtual std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) = 0;
   virtual std::unique_ptr<NSHostingView> makeHostingView(View root) = 0;
   virtual std::unique_ptr<NSTextView> makeTextView() = 0;
+  /// See `NSImage::contentsOf`.
+  virtual void loadImage(const std::string& path, NSSize size,
+                         std::function<void(std::shared_ptr<NSImage>)> completion) = 0;
+  /// The file of an image of the program.
+  virtual std::string pathOfImage(const std::string& name) const = 0;
   virtual NSURLSession& sharedURLSession() = 0;
 
   virtual EventTarget& eventDispatcherTarget() = 0;

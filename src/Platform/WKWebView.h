@@ -57,6 +57,14 @@ struct WKPreferences {
   bool developerExtrasEnabled = false;
 };
 
+/// Web views that are made with the same one share a process. For pages of the program's own only: what one
+/// page does to its process, it does to all.
+class WKProcessPool {
+ public:
+  /// Those that are there now, as their platform knows them.
+  std::vector<void*> views;
+};
+
 /// What a web view is made with.
 struct WKWebViewConfiguration {
   WKWebpagePreferences defaultWebpagePreferences;
@@ -73,6 +81,8 @@ struct WKWebViewConfiguration {
   /// An isolated page may show pictures from elsewhere, over https. It is then the user's own text, which may
   /// also stay on view while the next state of it loads.
   bool isolatedPictures = false;
+  /// nullptr: a process of its own.
+  std::shared_ptr<WKProcessPool> processPool;
 };
 
 enum class WKNavigationType { linkActivated, formSubmitted, backForward, reload, formResubmitted, other };

@@ -8,7 +8,8 @@ platform::View ReleaseNotesUIView::body() const {
                 {View(notes).frame({.maxWidth = infinity, .maxHeight = infinity}), Divider(),
                  HStack({Spacer(), Button(
                                        "Done", [target = delegate] { target->didClickReleaseNotesDone(); },
-                                       ButtonStyle::prominent)})
+                                       ButtonStyle::prominent)
+                                       .focused(isDoneFocused.binding())})
                      .padding(12)});
 }
 

@@ -3,7 +3,10 @@
 #include "UserData/VelkinSettingsFields.h"
 #include "Values/PrettyJSON.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <limits>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -57,6 +60,79 @@ std::string_view documentKey(const VelkinSettingsField& field) {
   return settingRow(field.setting).documentKey;
 }
 
+/// Takes the fields out of a document as they come by. Nothing else of it is kept: a file of brackets only
+/// would take a hundred times its size.
+class DocumentReader : public nlohmann::json_sax<json> {
+ public:
+  VelkinSettings settings;
+  /// Why it is no settings document, if it is JSON as far as it was read.
+  std::string error;
+
+  bool null() override { return isField_ ? forget() : isInside(); }
+  bool boolean(bool value) override { return take(value); }
+  bool number_integer(std::int64_t value) override { return take(value); }
+  bool number_unsigned(std::uint64_t value) override { return take(value); }
+  bool number_float(double value, const std::string&) override { return take(value); }
+  bool string(std::string& value) override { return take(value); }
+  bool binary(json::binary_t&) override { return false; }
+  bool start_object(std::size_t) override {
+    if (depth_ > 0 && !take(json::value_t::object)) return false;
+    ++depth_;
+    return true;
+  }
+  bool start_array(std::size_t) override {
+    if (!take(json::value_t::array)) return false;
+    ++depth_;
+    return true;
+  }
+  bool end_object() override { return end(); }
+  bool end_array() override { return end(); }
+  bool key(std::string& name) override {
+    if (depth_ != 1) return true;
+    field_ = std::ranges::find(velkinSettingsFields, name, documentKey);
+    isField_ = field_ != velkinSettingsFields.end();
+    return true;
+  }
+  bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception&) override {
+    return false;
+  }
+
+ private:
+  bool end() {
+    --depth_;
+    return true;
+  }
+  /// False for a document that is a value alone.
+  bool isInside() {
+    if (depth_ == 0) error = "it is JSON, but no object";
+    return depth_ > 0;
+  }
+  /// The last one of several with the same name counts.
+  bool forget() {
+    isField_ = false;
+    std::visit([&](auto member) { (settings.*member).reset(); }, field_->member);
+    return true;
+  }
+  template <class Value>
+  bool take(const Value& found) {
+    if (!isInside()) return false;
+    if (!std::exchange(isField_, false)) return true;
+    std::visit(
+        [&](auto member) {
+          auto& value = (settings.*member).emplace();
+          if (read(json(found), value)) return;
+          error.append("\"").append(documentKey(*field_)).append("\" is not ").append(nameOfType(value));
+        },
+        field_->member);
+    return error.empty();
+  }
+
+  std::size_t depth_ = 0;
+  /// The next value is this field's.
+  bool isField_ = false;
+  decltype(velkinSettingsFields)::const_iterator field_ = velkinSettingsFields.end();
+};
+
 }  // namespace
 
 tl::expected<std::string, std::string> encode(const VelkinSettings& settings) {
@@ -72,24 +148,11 @@ tl::expected<std::string, std::string> encode(const VelkinSettings& settings) {
 }
 
 tl::expected<VelkinSettings, std::string> decodeVelkinSettings(std::string_view text) {
-  const auto document = json::parse(text, nullptr, false);
-  if (document.is_discarded()) return tl::unexpected<std::string>("it is not JSON");
-  if (!document.is_object()) return tl::unexpected<std::string>("it is JSON, but no object");
-  VelkinSettings settings;
-  for (const auto& field : velkinSettingsFields) {
-    const auto found = document.find(documentKey(field));
-    if (found == document.end() || found->is_null()) continue;
-    std::string error;
-    std::visit(
-        [&](auto member) {
-          auto& value = (settings.*member).emplace();
-          if (read(*found, value)) return;
-          error.append("\"").append(documentKey(field)).append("\" is not ").append(nameOfType(value));
-        },
-        field.member);
-    if (!error.empty()) return tl::unexpected(error);
-  }
-  return settings;
+  DocumentReader reader;
+  const bool isRead = json::sax_parse(text, &reader);
+  if (!reader.error.empty()) return tl::unexpected(std::move(reader.error));
+  if (!isRead) return tl::unexpected<std::string>("it is not JSON");
+  return std::move(reader.settings);
 }
 
 std::vector<std::string_view> presentFields(const VelkinSettings& settings) {

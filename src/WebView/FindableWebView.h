@@ -52,7 +52,7 @@ struct FindableWebView {
   bool isMarkdownMainView() const;
 
   platform::View body() const;
-  ToolbarUIView toolbar() const { return {menuDelegate}; }
+  ToolbarUIView toolbar() const { return {.menuDelegate = menuDelegate, .webView = webView}; }
   /// The main web view with its find bar.
   platform::View findableWebView() const;
 

@@ -2,6 +2,7 @@
 
 #include "Components/MarkdownUIButton.h"
 #include "Keyboard/ShortcutLegend.h"
+#include "WebView/EditUrlUIButtonView.h"
 
 #include <array>
 
@@ -37,6 +38,7 @@ platform::View ToolbarUIView::body() const {
                                          if (target != nullptr) (target->*action)();
                                        }});
   }
+  buttons.push_back(EditUrlUIButtonView{.webButton = webView, .iconSize = iconSize});
   buttons.push_back(Spacer());
   return VStack({.spacing = 0, .alignment = Alignment::fill},
                 {HStack({.spacing = 2}, std::move(buttons)).padding(padding)})

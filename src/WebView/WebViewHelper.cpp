@@ -3,14 +3,13 @@
 #include "Helpers/ViewAddresses.h"
 #include "Values/AppearanceHeight.h"
 #include "Values/AppearanceWidth.h"
+#include "Values/UserAgents.h"
+
+#include <string>
 
 namespace velkin {
 
 namespace {
-
-constexpr const char* desktopUserAgent =
-    "Mozilla/5.0 (Macintosh; Intel Mac OS X 10_11_3) AppleWebKit/605.1.15 (KHTML, like Gecko) "
-    "Version/14.1.1 Safari/605.1.15";
 
 bool isChatService(WebViewSwitchType type) {
   return type == WebViewSwitchType::chatgpt || type == WebViewSwitchType::bard;
@@ -42,7 +41,8 @@ void WebViewHelper::setAllows(platform::WKWebView& webView) const {
 }
 
 void WebViewHelper::setUserAgent(WebViewSwitchType type, platform::WKWebView& webView) const {
-  if (isChatService(type)) webView.setCustomUserAgent(desktopUserAgent);
+  const auto name = customUserAgent(type);
+  if (!name.empty()) webView.setCustomUserAgent(std::string(name));
 }
 
 std::shared_ptr<platform::WKWebView> WebViewHelper::makeWebView(WebViewSwitchType type) {

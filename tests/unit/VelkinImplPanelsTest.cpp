@@ -184,15 +184,16 @@ TEST_F(PanelsTest, TheShortcutsPanelSaysWhereThereAreNoGlobalShortcutsAndWhatToD
   controller.shortcutsClicked();
   const auto& tree = platform::headlessTree(*controller.shortcutsHostingController());
   for (const auto* text :
-       {"Shortcuts", "No shortcuts here.", "Open it", "command one", "Search", "command two"})
+       {"Misc", "No shortcuts here.", "Open it", "command one", "Search", "command two"})
     EXPECT_TRUE(tree.showsText(text)) << text;
 }
 
-TEST_F(PanelsTest, TheShortcutsPanelSaysNothingOfThatWhereThereAreGlobalShortcuts) {
+TEST_F(PanelsTest, TheShortcutsPanelHasRecordersWhereThereAreGlobalShortcuts) {
   auto& controller = launch();
   controller.shortcutsClicked();
   const auto& tree = platform::headlessTree(*controller.shortcutsHostingController());
-  EXPECT_EQ(tree.all<platform::TextContent>().size(), 1U);
+  EXPECT_TRUE(tree.showsText("PopUp:"));
+  EXPECT_TRUE(tree.showsText("SearchBar:"));
 }
 
 TEST_F(PanelsTest, ClosingOnePanelLetsGoOfTheContentOfEachThatIsVisible) {
@@ -308,7 +309,7 @@ TEST_F(PanelsTest, TheToolbarGoesFromThePopoverAtOnce) {
   auto& controller = launch();
   desktop.queue.drain();
   auto& tree = platform::headlessTree(*controller.hostedWebView());
-  EXPECT_EQ(tree.all<platform::ButtonContent>().size(), 5U);
+  EXPECT_EQ(tree.all<platform::ButtonContent>().size(), 6U);
   controller.toolbarClicked();
   desktop.queue.drain();
   EXPECT_TRUE(tree.all<platform::ButtonContent>().empty());

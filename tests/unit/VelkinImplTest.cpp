@@ -240,6 +240,7 @@ TEST_F(VelkinImplTest, OpenInBrowserOpensThePagesAddressAndNothingWithoutOne) {
 }
 
 TEST_F(VelkinImplTest, TheDoneOfTheReleaseNotesGoesToChat) {
+  defaults.set(true, UserDefault::onboardingCompleted);
   auto& controller = launch();
   auto& tree = platform::headlessTree(*controller.hostedNotesView());
   tree.control("Done")->press();

@@ -18,6 +18,7 @@
 
 #include <fcntl.h>
 #include <glib-unix.h>
+#include <gtk/gtk.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -85,6 +86,20 @@ void GtkApplicationHost::exit(int code) {
 
 bool GtkApplicationHost::sendAction(std::string_view selector) {
   return sendEditAction(std::string(selector).c_str());
+}
+
+void GtkApplicationHost::setTakesReservedKeys(bool takes) {
+  GListModel* windows = gtk_window_get_toplevels();
+  for (guint i = 0; i < g_list_model_get_n_items(windows); ++i) {
+    const auto window = GObjectPtr<GtkWindow>::adopt(GTK_WINDOW(g_list_model_get_item(windows, i)));
+    GdkSurface* surface = gtk_native_get_surface(GTK_NATIVE(window.get()));
+    if (surface == nullptr || !GDK_IS_TOPLEVEL(surface)) continue;
+    if (!takes) {
+      gdk_toplevel_restore_system_shortcuts(GDK_TOPLEVEL(surface));
+    } else if (gtk_window_is_active(window.get())) {
+      gdk_toplevel_inhibit_system_shortcuts(GDK_TOPLEVEL(surface), nullptr);
+    }
+  }
 }
 
 GDBusConnection* GtkApplicationHost::connection() const {

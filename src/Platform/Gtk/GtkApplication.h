@@ -23,6 +23,7 @@ class GtkApplicationHost : public NSApplication {
   int run(NSApplicationDelegate& delegate) override;
   [[noreturn]] void exit(int code) override;
   bool sendAction(std::string_view selector) override;
+  void setTakesReservedKeys(bool takes) override;
 
   /// nullptr where there is no session bus, and before `run`.
   GDBusConnection* connection() const;

@@ -14,6 +14,10 @@ struct Name {
 };
 
 constexpr std::array symbols = {
+    Name{"1.square", "velkin-1-square-symbolic"},
+    Name{"2.square", "velkin-2-square-symbolic"},
+    Name{"3.square", "velkin-3-square-symbolic"},
+    Name{"4.square", "velkin-4-square-symbolic"},
     Name{"arrow.clockwise", "view-refresh-symbolic"},
     Name{"arrow.counterclockwise", "edit-undo-symbolic"},
     Name{"arrow.down.right.and.arrow.up.left", "view-restore-symbolic"},
@@ -21,6 +25,7 @@ constexpr std::array symbols = {
     Name{"arrow.up.left.and.arrow.down.right", "view-fullscreen-symbolic"},
     Name{"bold", "velkin-bold-symbolic"},
     Name{"checkmark", "object-select-symbolic"},
+    Name{"checkmark.rectangle", "checkbox-checked-symbolic"},
     Name{"chevron.down", "go-down-symbolic"},
     Name{"chevron.left", "go-previous-symbolic"},
     Name{"chevron.right", "go-next-symbolic"},
@@ -29,6 +34,7 @@ constexpr std::array symbols = {
     Name{"doc.on.doc", "edit-copy-symbolic"},
     Name{"ellipsis", "view-more-horizontal-symbolic"},
     Name{"ellipsis.curlybraces", "velkin-inline-code-symbolic"},
+    Name{"eye", "view-reveal-symbolic"},
     Name{"gear", "emblem-system-symbolic"},
     Name{"gearshape", "emblem-system-symbolic"},
     Name{"h.square", "velkin-header-symbolic"},
@@ -45,6 +51,7 @@ constexpr std::array symbols = {
     Name{"plus", "list-add-symbolic"},
     Name{"rectangle.bottomhalf.inset.filled", "velkin-preview-bottom-symbolic"},
     Name{"rectangle.righthalf.inset.filled", "velkin-preview-right-symbolic"},
+    Name{"rectangle", "checkbox-symbolic"},
     Name{"safari", "web-browser-symbolic"},
     Name{"square.and.arrow.down", "document-save-symbolic"},
     Name{"strikethrough", "velkin-strikethrough-symbolic"},
@@ -55,6 +62,7 @@ constexpr std::array symbols = {
     Name{"textformat.size.smaller", "velkin-text-smaller-symbolic"},
     Name{"trash", "user-trash-symbolic"},
     Name{"x.circle", "application-exit-symbolic"},
+    Name{"xmark.circle", "edit-clear-symbolic"},
     Name{"xmark", "window-close-symbolic"},
 };
 
@@ -79,6 +87,10 @@ std::string_view find(const std::array<Name, size>& table, std::string_view name
 }  // namespace
 
 std::string iconNameOfSymbol(std::string_view symbol) { return std::string(find(symbols, symbol)); }
+
+bool isOwnSymbol(std::string_view iconName) { return iconName.starts_with("velkin-"); }
+
+std::filesystem::path folderOfOwnSymbols() { return ProgramFolders::data() / "icons"; }
 
 std::string iconNameOfStatusImage(std::string_view image) { return std::string(find(statusImages, image)); }
 

@@ -9,6 +9,10 @@ namespace platform {
 /// The icon theme's name for a symbol of the system; an unknown name is taken as the theme's own.
 std::string iconNameOfSymbol(std::string_view symbol);
 
+/// True for a symbol that the program brings itself, in its own folder.
+bool isOwnSymbol(std::string_view iconName);
+std::filesystem::path folderOfOwnSymbols();
+
 /// The icon's name, in the program's own icon folder, of the status item's image.
 std::string iconNameOfStatusImage(std::string_view image);
 

@@ -50,6 +50,16 @@ class LabelView : public GtkRenderedView {
   }
 };
 
+/// Symbols take the colour of the text around them only if the theme finds them by their names.
+void addOwnSymbols() {
+  static const bool isAdded = [] {
+    gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
+                                   folderOfOwnSymbols().c_str());
+    return true;
+  }();
+  (void)isAdded;
+}
+
 class SymbolView : public GtkRenderedView {
  public:
   explicit SymbolView(const Element& element) : GtkRenderedView(gtk_image_new()) { update(element); }
@@ -57,7 +67,9 @@ class SymbolView : public GtkRenderedView {
  protected:
   void updateContent(const Element& element) override {
     auto* image = GTK_IMAGE(widget());
-    gtk_image_set_from_icon_name(image, iconNameOfSymbol(contentOf<ImageContent>(element).name).c_str());
+    const auto name = iconNameOfSymbol(contentOf<ImageContent>(element).name);
+    if (isOwnSymbol(name)) addOwnSymbols();
+    gtk_image_set_from_icon_name(image, name.c_str());
     const auto& height = element.modifiers.frame.height;
     gtk_image_set_pixel_size(image, height ? static_cast<int>(std::lround(*height)) : -1);
   }
@@ -297,6 +309,12 @@ class ChoiceView : public GtkRenderedView {
     const auto& content = contentOf<PickerContent>(element);
     if (content.options != options_) rebuild(content);
     name(widget(), content.title);
+    // In a row of a fixed width each choice has the same room, as what stands above it may have.
+    const bool isEven = element.modifiers.frame.width.has_value();
+    gtk_box_set_homogeneous(GTK_BOX(widget()), isEven);
+    if (isEven && content.style == PickerStyle::radioRow) {
+      for (auto* button : buttons_) gtk_widget_set_halign(button, GTK_ALIGN_CENTER);
+    }
     for (auto* button : buttons_) gtk_widget_set_focus_on_click(button, !element.modifiers.leavesKeyboard);
     const auto selected = content.selection.get();
     for (std::size_t i = 0; i < buttons_.size(); ++i) {

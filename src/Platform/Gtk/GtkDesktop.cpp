@@ -1,12 +1,20 @@
 #include "Platform/Gtk/GtkDesktop.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/Gtk/DesktopPictures.h"
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/X11Desktop.h"
 #include "Platform/LogText.h"
+#include "Platform/NSAppearance.h"
 
 #include <algorithm>
+#include <cmath>
+#include <filesystem>
 #include <iterator>
+#include <memory>
 #include <utility>
+
+#include <gdk/gdk.h>
 
 namespace platform {
 
@@ -15,8 +23,47 @@ namespace {
 constexpr const char* notificationPath = "/com/tarnvale/Velkin";
 constexpr const char* notificationInterface = "com.tarnvale.Velkin.Notifications";
 constexpr const char* notificationSignal = "Posted";
+constexpr const char* noticeService = "org.freedesktop.Notifications";
+constexpr const char* noticePath = "/org/freedesktop/Notifications";
 constexpr const char* ourPrefix = "com.tarnvale.";
 constexpr int answerTime = 500;
+/// A file manager may have to start first.
+constexpr int fileManagerTime = 25000;
+
+/// How the connection of the monitor is called that `screen` is; empty if it can't be told.
+std::string connectorOf(const NSScreen& screen) {
+  auto* display = gdk_display_get_default();
+  if (display == nullptr) return {};
+  // Screens are counted from the main one's bottom left corner, the toolkit's monitors from the top left.
+  double left = screen.frame.minX();
+  double top = 0;
+  if (X11Desktop::isAvailable()) {
+    std::size_t primary = 0;
+    const auto monitors = X11Desktop::monitors(primary);
+    if (monitors.empty()) return {};
+    const double scale = X11Desktop::scale();
+    const auto& main = monitors[primary];
+    left += main.x / scale;
+    top = (main.y + main.height) / scale - screen.frame.maxY();
+  }
+  GListModel* monitors = gdk_display_get_monitors(display);
+  for (guint i = 0; i < g_list_model_get_n_items(monitors); ++i) {
+    const auto monitor =
+        GObjectPtr<GdkMonitor>::adopt(static_cast<GdkMonitor*>(g_list_model_get_item(monitors, i)));
+    GdkRectangle area;
+    gdk_monitor_get_geometry(monitor.get(), &area);
+    const char* name = gdk_monitor_get_connector(monitor.get());
+    if (name != nullptr && area.x == std::lround(left) && area.y == std::lround(top)) return name;
+  }
+  return {};
+}
+
+int numberOf(const NSScreen& screen) {
+  const auto all = NSScreen::screens();
+  const auto found =
+      std::find_if(all.begin(), all.end(), [&](const NSScreen& one) { return one.frame == screen.frame; });
+  return found == all.end() ? 0 : static_cast<int>(found - all.begin());
+}
 
 }  // namespace
 
@@ -46,6 +93,109 @@ std::vector<NSRunningApplication> GtkWorkspace::runningApplications() {
   }
   g_variant_iter_free(names);
   return running;
+}
+
+std::optional<std::string> GtkWorkspace::desktopImageURLForScreen(const NSScreen& screen) {
+  const auto appearance = NSAppearance::currentAppearance();
+  return desktopPicture({connectorOf(screen), numberOf(screen), appearance && appearance->isDark()});
+}
+
+void GtkWorkspace::activateFileViewerSelecting(const std::string& path) {
+  const auto openFolder = [folder = std::filesystem::path(path).parent_path().string()] {
+    const GStringPtr uri(g_filename_to_uri(folder.c_str(), nullptr, nullptr));
+    GError* raw = nullptr;
+    if (uri) g_app_info_launch_default_for_uri(uri.get(), nullptr, &raw);
+    const GErrorPtr error(raw);
+    if (error) debugLog("GtkDesktop", "activateFileViewerSelecting(_:)", forLog(error->message));
+  };
+  const GStringPtr uri(g_filename_to_uri(path.c_str(), nullptr, nullptr));
+  auto* connection = connection_();
+  if (connection == nullptr || !uri) return openFolder();
+  GVariantBuilder files;
+  g_variant_builder_init(&files, G_VARIANT_TYPE("as"));
+  g_variant_builder_add(&files, "s", uri.get());
+  g_dbus_connection_call(
+      connection, "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
+      "org.freedesktop.FileManager1", "ShowItems", g_variant_new("(ass)", &files, ""), nullptr,
+      G_DBUS_CALL_FLAGS_NONE, fileManagerTime, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<std::function<void()>> otherwise(static_cast<std::function<void()>*>(data));
+        const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
+        if (!reply) (*otherwise)();
+      },
+      std::make_unique<std::function<void()>>(openFolder).release());
+}
+
+GtkWorkspace::~GtkWorkspace() {
+  if (noticeSubscription_ != 0) g_dbus_connection_signal_unsubscribe(connection_(), noticeSubscription_);
+}
+
+void GtkWorkspace::listenToNotices(GDBusConnection* connection) {
+  if (noticeSubscription_ != 0) return;
+  noticeSubscription_ = g_dbus_connection_signal_subscribe(
+      connection, noticeService, noticeService, "ActionInvoked", noticePath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+      [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters,
+         gpointer self) {
+        if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(us)"))) return;
+        std::uint32_t id = 0;
+        g_variant_get(parameters, "(u&s)", &id, nullptr);
+        auto& actions = static_cast<GtkWorkspace*>(self)->noticeActions_;
+        const auto found = actions.find(id);
+        if (found == actions.end()) return;
+        // Once: the notice goes with the click.
+        const auto action = std::move(found->second);
+        actions.erase(found);
+        if (action) action();
+      },
+      this, nullptr);
+}
+
+void GtkWorkspace::deliver(NSUserNotification notification) {
+  auto* connection = connection_();
+  if (connection == nullptr) return;
+  listenToNotices(connection);
+  GVariantBuilder actions;
+  g_variant_builder_init(&actions, G_VARIANT_TYPE("as"));
+  if (!notification.actionButtonTitle.empty()) {
+    for (const char* name : {"default", "open"}) {
+      g_variant_builder_add(&actions, "s", name);
+      g_variant_builder_add(&actions, "s", notification.actionButtonTitle.c_str());
+    }
+  }
+  GVariantBuilder hints;
+  g_variant_builder_init(&hints, G_VARIANT_TYPE("a{sv}"));
+  g_variant_builder_add(&hints, "{sv}", "desktop-entry", g_variant_new_string("com.tarnvale.Velkin"));
+  struct Pending {
+    std::weak_ptr<bool> alive;
+    GtkWorkspace* workspace;
+    std::function<void()> action;
+  };
+  constexpr int asLongAsTheDesktopLikes = -1;
+  auto pending = std::make_unique<Pending>(Pending{isAlive_, this, std::move(notification.action)});
+  g_dbus_connection_call(
+      connection, noticeService, noticePath, noticeService, "Notify",
+      g_variant_new("(susssasa{sv}i)", "Velkin", 0U, "com.tarnvale.Velkin", notification.title.c_str(),
+                    notification.informativeText.c_str(), &actions, &hints, asLongAsTheDesktopLikes),
+      G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Pending> asked(static_cast<Pending*>(data));
+        GError* raw = nullptr;
+        const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &raw));
+        const GErrorPtr error(raw);
+        if (!reply) {
+          debugLog("GtkDesktop", "deliver(_:)", "The desktop shows no notices");
+          return;
+        }
+        std::uint32_t id = 0;
+        g_variant_get(reply.get(), "(u)", &id);
+        if (!asked->alive.expired() && asked->action)
+          asked->workspace->noticeActions_[id] = std::move(asked->action);
+      },
+      pending.release());
+}
+
+void GtkWorkspace::beep() {
+  if (auto* display = gdk_display_get_default()) gdk_display_beep(display);
 }
 
 class BusNotificationCenter::ObserverToken : public Token {

@@ -3,9 +3,11 @@
 #include "Platform/NSDistributedNotificationCenter.h"
 #include "Platform/NSWorkspace.h"
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <gio/gio.h>
@@ -15,12 +17,25 @@ namespace platform {
 class GtkWorkspace : public NSWorkspace {
  public:
   explicit GtkWorkspace(std::function<GDBusConnection*()> connection) : connection_(std::move(connection)) {}
+  ~GtkWorkspace() override;
+  GtkWorkspace(const GtkWorkspace&) = delete;
+  GtkWorkspace& operator=(const GtkWorkspace&) = delete;
 
   bool open(const URL& url) override;
   std::vector<NSRunningApplication> runningApplications() override;
+  std::optional<std::string> desktopImageURLForScreen(const NSScreen& screen) override;
+  void activateFileViewerSelecting(const std::string& path) override;
+  void deliver(NSUserNotification notification) override;
+  void beep() override;
 
  private:
+  void listenToNotices(GDBusConnection* connection);
+
   std::function<GDBusConnection*()> connection_;
+  /// By the number that the desktop gave the notice.
+  std::map<std::uint32_t, std::function<void()>> noticeActions_;
+  unsigned noticeSubscription_ = 0;
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
 /// Notifications as signals on the session bus; without one, they stay in the process.

@@ -26,6 +26,9 @@ class GtkEventTarget : public EventTarget {
   bool isHeldByAnother(HotKeyCombination combination) override;
   void describeHotKey(HotKeyCombination combination, std::string_view name, std::string_view title) override;
   std::optional<HotKeyNotice> notice() override { return grabs().notice(); }
+  std::optional<std::string> grantedTrigger(std::string_view name) override {
+    return grabs().grantedTrigger(name);
+  }
 
  private:
   struct Registration {

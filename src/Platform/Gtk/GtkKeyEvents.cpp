@@ -24,9 +24,6 @@ namespace platform {
 
 namespace {
 
-/// A key whose code the seam doesn't have: none of its tables holds this one.
-constexpr std::uint16_t unknownKey = 0xFF;
-
 /// The hardware codes of the keys that are held down, those of them that are Super, and what waits for all to
 /// be released.
 std::set<guint> keysDown;
@@ -215,7 +212,7 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   // The state is that before the event.
   if (modifier != 0)
     key.modifierFlags = isPress ? key.modifierFlags | modifier : key.modifierFlags & ~modifier;
-  key.keyCode = virtualKeyCode(gdk_key_event_get_keycode(event)).value_or(unknownKey);
+  key.keyCode = virtualKeyCode(gdk_key_event_get_keycode(event)).value_or(NSEvent::unknownKeyCode);
   key.charactersIgnoringModifiers = charactersIgnoringModifiers(event, key.modifierFlags);
   if (modifier != 0) {
     key.type = NSEvent::EventType::flagsChanged;
@@ -248,7 +245,7 @@ void tellModifiers(GtkWindow* window) {
   auto* keyboard = seat != nullptr ? gdk_seat_get_keyboard(seat) : nullptr;
   if (keyboard == nullptr) return;
   NSApp().filterByMonitors({.type = NSEvent::EventType::flagsChanged,
-                            .keyCode = unknownKey,
+                            .keyCode = NSEvent::unknownKeyCode,
                             .modifierFlags = modifierFlags(gdk_device_get_modifier_state(keyboard))});
 }
 

@@ -4,8 +4,10 @@
 #include "Platform/FatalError.h"
 #include "Platform/FileUserDefaults.h"
 #include "Platform/Gtk/FreeMemory.h"
+#include "Platform/Gtk/GtkAssets.h"
 #include "Platform/Gtk/GtkEventTarget.h"
 #include "Platform/Gtk/GtkHostingView.h"
+#include "Platform/Gtk/GtkImage.h"
 #include "Platform/Gtk/GtkInputSource.h"
 #include "Platform/Gtk/GtkPanel.h"
 #include "Platform/Gtk/GtkTextEditor.h"
@@ -35,10 +37,22 @@
 #include <utility>
 
 #include <adwaita.h>
+#include <webkit/webkit.h>
 
 namespace platform {
 
 namespace {
+
+std::vector<std::string> libraryVersions() {
+  const auto version = [](const char* name, guint major, guint minor, guint micro) {
+    std::ostringstream text;
+    text << name << ' ' << major << '.' << minor << '.' << micro;
+    return text.str();
+  };
+  return {version("GTK", gtk_get_major_version(), gtk_get_minor_version(), gtk_get_micro_version()),
+          version("WebKitGTK", webkit_get_major_version(), webkit_get_minor_version(),
+                  webkit_get_micro_version())};
+}
 
 /// A panel that starts with the session may come some seconds after the programs that start with it.
 constexpr double trayPatience = 4;
@@ -66,7 +80,8 @@ GtkPlatform::GtkPlatform()
       notifications_([this] { return application_.connection(); }) {
   keepLittleFreeMemory();
   sendLibraryMessagesToDebugLog();
-  bundle_ = {bundle::identifier, bundle::shortVersion, bundle::buildNumber, bundle::creationDate};
+  bundle_ = {bundle::identifier, bundle::shortVersion, bundle::buildNumber, bundle::creationDate,
+             bundle::name, libraryVersions()};
   g_set_prgname("velkin");
   g_set_application_name("Velkin");
   application_.willLaunch = [this] {
@@ -236,6 +251,14 @@ std::unique_ptr<NSTextView> GtkPlatform::makeTextView() {
   startToolkit();
   return std::make_unique<GtkTextEditor>();
 }
+
+void GtkPlatform::loadImage(const std::string& path, NSSize size,
+                            std::function<void(std::shared_ptr<NSImage>)> completion) {
+  startToolkit();
+  platform::loadImage(path, size, std::move(completion));
+}
+
+std::string GtkPlatform::pathOfImage(const std::string& name) const { return fileOfImage(name).string(); }
 
 EventTarget& GtkPlatform::eventDispatcherTarget() {
   if (!eventTarget_) {

@@ -54,6 +54,9 @@ class GtkPlatform : public Platform {
   std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) override;
   std::unique_ptr<NSHostingView> makeHostingView(View root) override;
   std::unique_ptr<NSTextView> makeTextView() override;
+  void loadImage(const std::string& path, NSSize size,
+                 std::function<void(std::shared_ptr<NSImage>)> completion) override;
+  std::string pathOfImage(const std::string& name) const override;
   EventTarget& eventDispatcherTarget() override;
   std::unique_ptr<TISInputSource> copyCurrentASCIICapableKeyboardLayoutInputSource() override;
   void noteFatalError(std::string_view message) noexcept override;

@@ -105,6 +105,7 @@ GtkWebView::~GtkWebView() {
   g_cancellable_cancel(cancellable_);
   g_object_unref(cancellable_);
   if (view_ != nullptr) {
+    if (configuration_.processPool) std::erase(configuration_.processPool->views, view_);
     g_signal_handlers_disconnect_by_data(view_, this);
     if (userContent_) g_signal_handlers_disconnect_by_data(userContent_.get(), this);
     g_object_unref(view_);
@@ -149,11 +150,21 @@ WebKitWebView* GtkWebView::engineView() {
                                                                  configuration_.isolatedPictures)
                                  : std::string();
   if (isIsolated) isolateSettings(settings_.get());
-  view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "web-context",
-                                       engine.context(), "settings", settings_.get(), "user-content-manager",
-                                       userContent_.get(), "default-content-security-policy",
-                                       isIsolated ? policy.c_str() : nullptr, nullptr));
+  const char* const contentPolicy = isIsolated ? policy.c_str() : nullptr;
+  const auto& pool = configuration_.processPool;
+  if (pool && !pool->views.empty()) {
+    // A related view takes session and context from the other one.
+    view_ = WEBKIT_WEB_VIEW(g_object_new(
+        WEBKIT_TYPE_WEB_VIEW, "related-view", pool->views.front(), "settings", settings_.get(),
+        "user-content-manager", userContent_.get(), "default-content-security-policy", contentPolicy, nullptr));
+  } else {
+    view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "web-context",
+                                         engine.context(), "settings", settings_.get(),
+                                         "user-content-manager", userContent_.get(),
+                                         "default-content-security-policy", contentPolicy, nullptr));
+  }
   g_object_ref_sink(view_);
+  if (pool) pool->views.push_back(view_);
   stopHiddenCursor(view_);
   webkit_web_view_set_zoom_level(view_, zoom_);
   gtk_widget_set_hexpand(GTK_WIDGET(view_), TRUE);

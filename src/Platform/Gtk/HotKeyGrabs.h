@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace platform {
@@ -23,6 +24,8 @@ class HotKeyGrabs {
   /// As `EventTarget::describeHotKey`.
   virtual void describe(HotKeyCombination, std::string_view /*name*/, std::string_view /*title*/) {}
   virtual std::optional<HotKeyNotice> notice() { return std::nullopt; }
+  /// As `EventTarget::grantedTrigger`.
+  virtual std::optional<std::string> grantedTrigger(std::string_view /*name*/) { return std::nullopt; }
 };
 
 }  // namespace platform

@@ -251,10 +251,17 @@ void PortalHotKeyGrabs::bindShortcuts() {
 
 void PortalHotKeyGrabs::noteBound(GVariant* results) {
   notice_.reset();
+  triggers_.clear();
   for (const auto& [name, details] : shortcutsIn(results)) {
     const auto trigger = textIn(details.get(), "trigger_description");
+    triggers_[std::string(name)] = trigger;
     log("The desktop has bound " + forLog(name) + (trigger.empty() ? "" : " to " + forLog(trigger)));
   }
+}
+
+std::optional<std::string> PortalHotKeyGrabs::grantedTrigger(std::string_view name) {
+  const auto found = triggers_.find(name);
+  return found == triggers_.end() ? std::string() : found->second;
 }
 
 void PortalHotKeyGrabs::fail(const std::string& reason) {

@@ -41,6 +41,7 @@ class PortalHotKeyGrabs : public HotKeyGrabs {
   bool isHeldByAnother(HotKeyCombination) override { return false; }
   void describe(HotKeyCombination combination, std::string_view name, std::string_view title) override;
   std::optional<HotKeyNotice> notice() override { return notice_; }
+  std::optional<std::string> grantedTrigger(std::string_view name) override;
 
  private:
   struct Shortcut {
@@ -86,6 +87,8 @@ class PortalHotKeyGrabs : public HotKeyGrabs {
   guint watch_ = 0;
   std::vector<guint> signals_;
   std::optional<HotKeyNotice> notice_;
+  /// What the desktop has bound, by name.
+  std::map<std::string, std::string, std::less<>> triggers_;
 };
 
 }  // namespace platform

@@ -15,12 +15,27 @@ class HeadlessWorkspace : public NSWorkspace {
  public:
   std::vector<URL> opened;
   std::vector<NSRunningApplication> running;
+  /// Of each screen, by its frame's origin.
+  std::map<std::pair<double, double>, std::string> desktopImages;
+  /// The files that were shown in the file manager.
+  std::vector<std::string> revealed;
 
   bool open(const URL& url) override {
     opened.push_back(url);
     return true;
   }
   std::vector<NSRunningApplication> runningApplications() override { return running; }
+  std::optional<std::string> desktopImageURLForScreen(const NSScreen& screen) override {
+    const auto found = desktopImages.find({screen.frame.origin.x, screen.frame.origin.y});
+    if (found == desktopImages.end()) return std::nullopt;
+    return found->second;
+  }
+  void activateFileViewerSelecting(const std::string& path) override { revealed.push_back(path); }
+
+  std::vector<NSUserNotification> delivered;
+  int beeps = 0;
+  void deliver(NSUserNotification notification) override { delivered.push_back(std::move(notification)); }
+  void beep() override { ++beeps; }
 };
 
 /// Delivers at once and remembers what was posted.

@@ -51,6 +51,13 @@ class HeadlessEventTarget : public EventTarget {
     descriptions[combination] = {std::string(name), std::string(title)};
   }
   std::optional<HotKeyNotice> notice() override { return shownNotice; }
+  /// By name, on a desktop that hands keys out itself.
+  std::optional<std::map<std::string, std::string, std::less<>>> grantedTriggers;
+  std::optional<std::string> grantedTrigger(std::string_view name) override {
+    if (!grantedTriggers) return std::nullopt;
+    const auto found = grantedTriggers->find(name);
+    return found == grantedTriggers->end() ? std::string() : found->second;
+  }
 
   /// The user's hands. Each returns how many hot keys there were to tell of it.
   int press(HotKeyCombination combination) { return sendHotKeys(combination, kEventHotKeyPressed); }

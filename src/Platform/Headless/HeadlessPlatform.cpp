@@ -19,7 +19,9 @@ HeadlessPlatform::HeadlessPlatform() {
   bundle.bundleIdentifier = "com.tarnvale.Velkin";
   bundle.shortVersionString = "1.0.0";
   bundle.version = "23";
+  bundle.libraryVersions = {"Toolkit 4.0", "Web engine 2.0"};
   bundle.creationDate = 1'700'000'000.0;
+  bundle.name = "Velkin";
   install(this);
 }
 
@@ -49,6 +51,13 @@ std::unique_ptr<NSHostingView> HeadlessPlatform::makeHostingView(View root) {
 }
 
 std::unique_ptr<NSTextView> HeadlessPlatform::makeTextView() { return made<NSTextView>(textViews); }
+
+void HeadlessPlatform::loadImage(const std::string& path, NSSize size,
+                                 std::function<void(std::shared_ptr<NSImage>)> completion) {
+  imagesAskedFor.emplace_back(path, size);
+  auto image = brokenImages.contains(path) ? nullptr : std::make_shared<HeadlessImage>(path, size);
+  queue.async([completion = std::move(completion), image = std::move(image)] { completion(image); });
+}
 
 std::unique_ptr<TISInputSource> HeadlessPlatform::copyCurrentASCIICapableKeyboardLayoutInputSource() {
   if (!keyboardLayout) return nullptr;

@@ -4,6 +4,7 @@
 #include "Platform/Headless/HeadlessDesktop.h"
 #include "Platform/Headless/HeadlessDialogs.h"
 #include "Platform/Headless/HeadlessEventTarget.h"
+#include "Platform/Headless/HeadlessImage.h"
 #include "Platform/Headless/HeadlessPanel.h"
 #include "Platform/Headless/HeadlessPasteboard.h"
 #include "Platform/Headless/HeadlessPopover.h"
@@ -18,6 +19,11 @@
 #include "Platform/NSBundle.h"
 #include "Platform/NSScreen.h"
 #include "Platform/Platform.h"
+
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace platform {
 
@@ -49,6 +55,9 @@ class HeadlessPlatform : public Platform {
   std::optional<HeadlessInputSource::Layout> keyboardLayout = HeadlessInputSource::us();
   std::optional<std::string> lastFatalError;
   std::filesystem::path dataFolder;
+  /// What was asked for, and in which size; and the files that are no pictures.
+  std::vector<std::pair<std::string, NSSize>> imagesAskedFor;
+  std::set<std::string> brokenImages;
 
   /// What the program has made, in order. They live as long as their owners keep them.
   std::vector<HeadlessStatusItem*> statusItems;
@@ -77,6 +86,9 @@ class HeadlessPlatform : public Platform {
   std::unique_ptr<WKWebView> makeWebView(NSRect frame, WKWebViewConfiguration configuration) override;
   std::unique_ptr<NSHostingView> makeHostingView(View root) override;
   std::unique_ptr<NSTextView> makeTextView() override;
+  void loadImage(const std::string& path, NSSize size,
+                 std::function<void(std::shared_ptr<NSImage>)> completion) override;
+  std::string pathOfImage(const std::string& name) const override { return "/images/" + name; }
   NSUserDefaults& standardUserDefaults() override {
     return otherUserDefaults != nullptr ? *otherUserDefaults : userDefaults;
   }

@@ -231,8 +231,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
             "/never": self.never,
             "/loop": self.loop,
             "/big": self.big,
+            "/moved": self.moved,
+            "/status": self.status,
             service.home: self.document,
-        }.get(parts.path, self.missing)
+        }.get("/status" if parts.path.startswith("/status/") else parts.path, self.missing)
         handler(service, request, body)
 
     def give(self, status, body=b"", contentType="text/plain", **headers):
@@ -245,6 +247,13 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.end_headers()
         if self.command != "HEAD":
             self.wfile.write(body)
+
+    def moved(self, service, request, body):
+        self.give(302, Location=service.home)
+
+    def status(self, service, request, body):
+        """/status/403 answers with 403, and so on."""
+        self.give(int(request.path.rsplit("/", 1)[1]))
 
     def document(self, service, request, body):
         page = service.newPage(request.path)

@@ -1,0 +1,78 @@
+#include "Controller/StartNotices.h"
+
+#include "Keyboard/CarbonKeyboardShortcuts.h"
+#include "Keyboard/Name.h"
+#include "Keyboard/Shortcut.h"
+#include "Keyboard/ShortcutLegend.h"
+#include "Platform/CarbonEvents.h"
+#include "Platform/NSWorkspace.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace velkin {
+
+namespace {
+
+using KeyboardShortcuts::Name;
+using platform::NSWorkspace;
+
+constexpr double settlingTime = 2;
+
+/// The keys under which the name works now; empty if it has none.
+std::string workingKeys(const Name& name) {
+  if (const auto granted = platform::GetEventDispatcherTarget().grantedTrigger(name.rawValue()))
+    return *granted;
+  const auto shortcut = name.shortcut();
+  if (!shortcut || !CarbonKeyboardShortcuts::isRegistered(*shortcut)) return {};
+  return spelledOut(shortcut->description());
+}
+
+/// The keys that were asked for and that somebody else has.
+std::string refusedKeys(const Name& name) {
+  auto& target = platform::GetEventDispatcherTarget();
+  const auto shortcut = name.shortcut();
+  if (!shortcut || target.notice() || target.grantedTrigger(name.rawValue()) ||
+      CarbonKeyboardShortcuts::isRegistered(*shortcut)) {
+    return {};
+  }
+  return spelledOut(shortcut->description());
+}
+
+std::string joined(const std::string& first, const std::string& second, const char* between) {
+  if (first.empty() || second.empty()) return first + second;
+  return first + between + second;
+}
+
+void tellNewUser(std::function<void()> openPopover) {
+  const auto popUp = workingKeys(Name::popUpShortcut());
+  const auto search = workingKeys(Name::searchBarShortcut());
+  const auto keys = joined(popUp.empty() ? popUp : popUp + " opens it",
+                           search.empty() ? search : search + " asks a question", ", ");
+  NSWorkspace::shared().deliver({.title = "Velkin is in the tray.",
+                                 .informativeText = keys.empty() ? keys : keys + ".",
+                                 .actionButtonTitle = "Open",
+                                 .action = std::move(openPopover)});
+}
+
+}  // namespace
+
+std::unique_ptr<platform::Timer> tellAfterStart(bool isFreshInstall, std::function<void()> openPopover,
+                    std::function<void()> openShortcuts) {
+  return platform::DispatchQueue::main().timer(
+      settlingTime, [isFreshInstall, openPopover = std::move(openPopover),
+                     openShortcuts = std::move(openShortcuts)]() mutable {
+        if (isFreshInstall) tellNewUser(std::move(openPopover));
+        const auto refused =
+            joined(refusedKeys(Name::popUpShortcut()), refusedKeys(Name::searchBarShortcut()), " and ");
+        if (refused.empty()) return;
+        NSWorkspace::shared().deliver({.title = "A shortcut is taken.",
+                                       .informativeText = "Another program uses " + refused +
+                                                          ". Velkin's menu has other keys under Shortcuts.",
+                                       .actionButtonTitle = "Choose Another",
+                                       .action = std::move(openShortcuts)});
+      });
+}
+
+}  // namespace velkin

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Platform/NSImage.h"
+
+#include <string>
+
+namespace platform {
+
+/// See `NSImage::contentsOf`. Main thread; the toolkit runs.
+void loadImage(const std::string& path, NSSize size, NSImage::Completion completion);
+
+}  // namespace platform
