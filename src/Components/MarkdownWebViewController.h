@@ -27,8 +27,8 @@ class MarkdownWebViewController : public platform::NSViewController, public plat
 
   void modeChanged() { isDarkMode = !isDarkMode; }
 
-  /// While a page loads, the next one waits for it, and only the newest of those that come meanwhile is loaded.
-  /// For a text that changes faster than a page loads.
+  /// While a page loads, the next one waits for it, and only the newest of those that come meanwhile is
+  /// loaded. For a text that changes faster than a page loads.
   bool loadsInTurn = false;
 
   /// Loads `page` at `zoom`, unless that is what was loaded last.

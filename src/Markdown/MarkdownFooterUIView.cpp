@@ -150,27 +150,27 @@ Views MarkdownFooterUIView::specialButtons() const {
   const auto insert = [pad = pad](void (Helper::*operation)(ModifierType), ModifierType type) {
     return [pad, operation, type] { (pad->modifierHelper().*operation)(type); };
   };
-  return {MarkdownUIPopOver{.imageName = "h.square",
-                            .title = "Header",
-                            .buttons = [self = *this] { return self.headerItems(); },
-                            .iconSize = iconSize,
-                            .showPopOver = bubble(shouldShowHeaderPopover)},
-          MarkdownLabeledUIPopOver{.imageName = "tablecells",
-                                   .title = "Table",
-                                   .buttons = [self = *this] { return self.tableCreator(); },
-                                   .showPopOver = bubble(shouldShowTablePopover),
-                                   .iconSize = iconSize},
-          markdownTool("text.quote", "Block Quote", iconSize,
-                       insert(&Helper::modifierQuoteBlockClicked, ModifierType::quoteBlock)),
-          markdownTool("ellipsis.curlybraces", "Inline Code", iconSize,
-                       insert(&Helper::modifierClicked, ModifierType::codeInline)),
-          markdownTool("text.aligncenter", "Code Block", iconSize,
-                       insert(&Helper::modifierCodeBlockClicked, ModifierType::codeBlock)),
-          markdownTool("line.diagonal", "Divider", iconSize,
-                       insert(&Helper::modifierDividerClicked, ModifierType::divider)),
-          markdownTool("link", "Link", iconSize, insert(&Helper::modifierLinkClicked, ModifierType::link)),
-          markdownTool("photo", "Image", iconSize,
-                       insert(&Helper::modifierLinkClicked, ModifierType::photo))};
+  return {
+      MarkdownUIPopOver{.imageName = "h.square",
+                        .title = "Header",
+                        .buttons = [self = *this] { return self.headerItems(); },
+                        .iconSize = iconSize,
+                        .showPopOver = bubble(shouldShowHeaderPopover)},
+      MarkdownLabeledUIPopOver{.imageName = "tablecells",
+                               .title = "Table",
+                               .buttons = [self = *this] { return self.tableCreator(); },
+                               .showPopOver = bubble(shouldShowTablePopover),
+                               .iconSize = iconSize},
+      markdownTool("text.quote", "Block Quote", iconSize,
+                   insert(&Helper::modifierQuoteBlockClicked, ModifierType::quoteBlock)),
+      markdownTool("ellipsis.curlybraces", "Inline Code", iconSize,
+                   insert(&Helper::modifierClicked, ModifierType::codeInline)),
+      markdownTool("text.aligncenter", "Code Block", iconSize,
+                   insert(&Helper::modifierCodeBlockClicked, ModifierType::codeBlock)),
+      markdownTool("line.diagonal", "Divider", iconSize,
+                   insert(&Helper::modifierDividerClicked, ModifierType::divider)),
+      markdownTool("link", "Link", iconSize, insert(&Helper::modifierLinkClicked, ModifierType::link)),
+      markdownTool("photo", "Image", iconSize, insert(&Helper::modifierLinkClicked, ModifierType::photo))};
 }
 
 Views MarkdownFooterUIView::copyButton() const {
@@ -179,8 +179,7 @@ Views MarkdownFooterUIView::copyButton() const {
                             .title = "Earlier Texts",
                             .buttons = [self = *this] { return self.earlierTextsList(); },
                             .iconSize = iconSize,
-                            .action = [pad = pad,
-                                       texts = earlierTexts] { texts.set(pad->earlierTexts()); },
+                            .action = [pad = pad, texts = earlierTexts] { texts.set(pad->earlierTexts()); },
                             .showPopOver = bubble(shouldShowEarlierTexts)}};
 }
 

@@ -54,17 +54,17 @@ void MarkdownModifierHelper::start(const Operation& operation) {
   if (range.length > 0) return insert(operation.insertion(partOf(textView_.string(), range)));
   isReading_ = true;
   heldKeys_ = textView_.holdKeys();
-  NSPasteboard::generalPasteboard().readItems([this, operation, weak = std::weak_ptr(isAlive_)](
-                                                  const NSPasteboardReading& reading) {
-    if (weak.expired()) return;
-    if (reading.failure == NSPasteboardReading::Failure::tooLong) {
-      const auto refused = textView_.didRefuse;
-      if (refused) refused(NSTextView::Refusal::tooLong);
-    } else {
-      insert(operation.insertion(reading.string()));
-    }
-    readingIsOver();
-  });
+  NSPasteboard::generalPasteboard().readItems(
+      [this, operation, weak = std::weak_ptr(isAlive_)](const NSPasteboardReading& reading) {
+        if (weak.expired()) return;
+        if (reading.failure == NSPasteboardReading::Failure::tooLong) {
+          const auto refused = textView_.didRefuse;
+          if (refused) refused(NSTextView::Refusal::tooLong);
+        } else {
+          insert(operation.insertion(reading.string()));
+        }
+        readingIsOver();
+      });
 }
 
 void MarkdownModifierHelper::readingIsOver() {
@@ -116,11 +116,11 @@ void MarkdownModifierHelper::modifierDividerClicked(ModifierType type) {
 
 void MarkdownModifierHelper::modifierHeaderClicked(int level) {
   requireCount(level);
-  perform({[marks = std::string(static_cast<std::size_t>(level), '#')](
-               const Selection& selection) -> Insertion {
-    if (selection) return {joined({"[\n\n", marks, " ", *selection, "]"})};
-    return {marks + " "};
-  }});
+  perform(
+      {[marks = std::string(static_cast<std::size_t>(level), '#')](const Selection& selection) -> Insertion {
+        if (selection) return {joined({"[\n\n", marks, " ", *selection, "]"})};
+        return {marks + " "};
+      }});
 }
 
 void MarkdownModifierHelper::wrapAsLink(ModifierType type, std::string_view opening) {

@@ -15,9 +15,9 @@ namespace velkin {
 /// taken back; a second click wraps the text again.
 ///
 /// What is wrapped is the selection, else what is on the general pasteboard; the pasteboard is empty after
-/// every insertion. Both belong to the design. Reading what another program has put there takes a moment: keys
-/// and further clicks wait for it, in their order. If the editor has no room for the text, nothing changes,
-/// and the pasteboard stays as it is. Main thread.
+/// every insertion. Both belong to the design. Reading what another program has put there takes a moment:
+/// keys and further clicks wait for it, in their order. If the editor has no room for the text, nothing
+/// changes, and the pasteboard stays as it is. Main thread.
 class MarkdownModifierHelper {
  public:
   /// `textView` outlives the helper.

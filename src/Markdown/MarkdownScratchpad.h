@@ -13,8 +13,8 @@
 
 namespace velkin {
 
-/// The engine's view of the preview, for one scratchpad after the other: an engine that closes a view may leave
-/// some of its threads behind. Made at the first use.
+/// The engine's view of the preview, for one scratchpad after the other: an engine that closes a view may
+/// leave some of its threads behind. Made at the first use.
 struct KeptPreview {
   std::shared_ptr<platform::WKWebView> webView;
 };

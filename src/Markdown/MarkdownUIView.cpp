@@ -40,11 +40,10 @@ Binding<double> pageZoom(const State<double>& zoom) {
 
 /// A line over the editor, quiet enough to be passed over.
 View bar(const std::string& text, AccessibilityRole role, View button, Action dismiss) {
-  return HStack({.spacing = 6},
-                {Text(text).font(Font::callout).lineLimit(1), std::move(button), Spacer(),
-                 Button(Symbol("xmark"), std::move(dismiss), ButtonStyle::borderless)
-                     .help("Dismiss")
-                     .leavesKeyboard()})
+  return HStack({.spacing = 6}, {Text(text).font(Font::callout).lineLimit(1), std::move(button), Spacer(),
+                                 Button(Symbol("xmark"), std::move(dismiss), ButtonStyle::borderless)
+                                     .help("Dismiss")
+                                     .leavesKeyboard()})
       .padding(EdgeInsets{2, 8, 2, 8})
       .background(Color::Role::underPageBackground)
       .accessibilityRole(role);
@@ -123,20 +122,19 @@ View MarkdownUIView::editor() const {
 }
 
 View MarkdownUIView::bars() const {
-  return VStack(
-      tight,
-      {when(canBringBack.get(),
-            [this] {
-              return bar("", AccessibilityRole::status,
-                         Button(
-                             "Bring back your last text", [self = *this] { self.bringBackClicked(); },
-                             ButtonStyle::link)
-                             .leavesKeyboard(),
-                         [canBringBack = canBringBack] { canBringBack.set(false); });
-            }),
-       when(!notice.get().empty(), [this] {
-         return bar(notice.get(), AccessibilityRole::alert, EmptyView(), [notice = notice] { notice.set(""); });
-       })});
+  return VStack(tight, {when(canBringBack.get(),
+                             [this] {
+                               return bar("", AccessibilityRole::status,
+                                          Button(
+                                              "Bring back your last text",
+                                              [self = *this] { self.bringBackClicked(); }, ButtonStyle::link)
+                                              .leavesKeyboard(),
+                                          [canBringBack = canBringBack] { canBringBack.set(false); });
+                             }),
+                        when(!notice.get().empty(), [this] {
+                          return bar(notice.get(), AccessibilityRole::alert, EmptyView(),
+                                     [notice = notice] { notice.set(""); });
+                        })});
 }
 
 View MarkdownUIView::panes() const {
@@ -153,20 +151,19 @@ View MarkdownUIView::panes() const {
 }
 
 View MarkdownUIView::body() const {
-  return VStack(tight, {MarkdownHeaderUIView{.pad = pad,
-                                             .fontSize = fontSize.binding(),
-                                             .webZoom = webZoom.binding(),
-                                             .isShowingPreviewVertically = isShowingPreviewVertically.binding(),
-                                             .isShowingPreviewHorizontally =
-                                                 isShowingPreviewHorizontally.binding()},
-                        Divider(), bars(), panes(), Divider(),
-                        MarkdownFooterUIView{.pad = pad,
-                                             .isShowingPreviewVertically = isShowingPreviewVertically.binding(),
-                                             .isShowingPreviewHorizontally =
-                                                 isShowingPreviewHorizontally.binding(),
-                                             .markdown = text(),
-                                             .fontSize = fontSize.binding(),
-                                             .webViewZoom = webZoom.binding()}})
+  return VStack(tight,
+                {MarkdownHeaderUIView{.pad = pad,
+                                      .fontSize = fontSize.binding(),
+                                      .webZoom = webZoom.binding(),
+                                      .isShowingPreviewVertically = isShowingPreviewVertically.binding(),
+                                      .isShowingPreviewHorizontally = isShowingPreviewHorizontally.binding()},
+                 Divider(), bars(), panes(), Divider(),
+                 MarkdownFooterUIView{.pad = pad,
+                                      .isShowingPreviewVertically = isShowingPreviewVertically.binding(),
+                                      .isShowingPreviewHorizontally = isShowingPreviewHorizontally.binding(),
+                                      .markdown = text(),
+                                      .fontSize = fontSize.binding(),
+                                      .webViewZoom = webZoom.binding()}})
       .onAppear([self = *this] { self.appeared(); });
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "MarkdownEngine/MarkdownParser.h"
 #include "Markdown/MarkdownScratchpad.h"
+#include "MarkdownEngine/MarkdownParser.h"
 #include "Platform/NSTextView.h"
 #include "Platform/View/ObservableObject.h"
 #include "Platform/View/State.h"

@@ -5,7 +5,17 @@
 namespace velkin {
 
 /// What the tool bars put around a text, or into it.
-enum class ModifierType { bold, codeBlock, codeInline, divider, italics, link, photo, quoteBlock, strikethrough };
+enum class ModifierType {
+  bold,
+  codeBlock,
+  codeInline,
+  divider,
+  italics,
+  link,
+  photo,
+  quoteBlock,
+  strikethrough
+};
 
 constexpr std::string_view modifierString(ModifierType type) noexcept {
   switch (type) {

@@ -130,8 +130,8 @@ bool writeAll(int file, std::string_view bytes) {
 
 FileDescriptor created(const std::filesystem::path& path) {
   constexpr mode_t ownersOnly = 0600;
-  return FileDescriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_NOFOLLOW | O_CLOEXEC,
-                             ownersOnly));
+  return FileDescriptor(
+      open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_NOFOLLOW | O_CLOEXEC, ownersOnly));
 }
 
 /// Names sort as the times at which their texts were begun.

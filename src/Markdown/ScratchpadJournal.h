@@ -33,8 +33,8 @@ class ScratchpadJournal {
   /// In the user's data folder.
   static ScratchpadJournal ofUser();
 
-  /// The newest first, and no text twice. A file that is no text of the journal's is passed over; of a damaged
-  /// one the text is taken up to where the damage begins.
+  /// The newest first, and no text twice. A file that is no text of the journal's is passed over; of a
+  /// damaged one the text is taken up to where the damage begins.
   std::vector<Entry> entries() const;
   /// The newest one.
   std::optional<Entry> latest() const;

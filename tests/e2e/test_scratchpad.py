@@ -6,6 +6,7 @@ import time
 
 from harness import VelkinTestCase, waitFor
 from harness.waiting import settle
+from harness.wayland import WaylandTestCase
 
 LIGHT_PAGE = (0xF0, 0xF0, 0xF4)
 MAGIC = b"velkin-scratchpad 1\n"
@@ -59,7 +60,7 @@ class ScratchpadCase(VelkinTestCase):
 
     def waitForPreview(self):
         waitFor("the preview to be painted",
-                lambda: self.desktop.colourAt(self.window.right - 4, self.window.bottom - 60) == LIGHT_PAGE, 15,
+                lambda: self.desktop.colourAt(self.window.right - 4, self.window.bottom - 60) == LIGHT_PAGE, 40,
                 describe=lambda: self.desktop.colourAt(self.window.right - 4, self.window.bottom - 60))
 
     def waitForText(self, text):
@@ -76,6 +77,12 @@ class ScratchpadCase(VelkinTestCase):
             self.desktop.click(self.window.x + TOOLS[name], self.window.y + HEADER_BAR)
         else:
             self.desktop.click(self.window.x + FOOTER[name], self.window.bottom - FOOTER_BAR)
+
+    def waitForOwner(self, kind):
+        """Until the clipboard offers something of this kind."""
+        waitFor(f"{kind} on the clipboard",
+                lambda: kind in self.session.output("timeout", "2", "xclip", "-selection", "clipboard", "-o", "-t",
+                                                    "TARGETS", check=False), 20)
 
     def clipboard(self):
         return self.session.output("timeout", "2", "xclip", "-selection", "clipboard", "-o", check=False)
@@ -129,7 +136,7 @@ class Scratchpad(ScratchpadCase):
         self.write("-")
         holder = self.desktop.copy("far ä".encode())
         self.addCleanup(holder.kill)
-        settle(0.3)
+        self.waitForOwner("UTF8_STRING")
         self.tool("Bold")
         self.desktop.type("y")
         self.waitForText("-**far ä**y")
@@ -240,6 +247,88 @@ class Scratchpad(ScratchpadCase):
         self.desktop.picture(self.artefact("dark.png"))
 
 
+class BadInput(ScratchpadCase):
+    """What no person writes."""
+
+    def paste(self, content, kind="UTF8_STRING"):
+        holder = self.desktop.copy(content, kind)
+        self.addCleanup(holder.kill)
+        self.waitForOwner(kind)
+        self.desktop.key("ctrl+v")
+
+    def testWhatIsTooLongOrNoTextIsRefusedWithANotice(self):
+        self.openScratchpad()
+        self.write("mine")
+        self.paste(b"x" * (50 << 20))
+        bar = (self.window.x + 200, self.window.y + 88)
+        quiet = self.desktop.colourAt(*bar)
+        waitFor("the notice", lambda: self.desktop.colourAt(*bar) != quiet, 20)
+        settle(2)
+        self.desktop.picture(self.artefact("toolong.png"))
+        self.desktop.key("End")
+        self.desktop.type("!")
+        self.waitForText("mine!")
+        self.paste(b"\x89PNG\r\n", "image/png")
+        settle(0.5)
+        self.desktop.type("!")
+        self.waitForText("mine!!")
+
+    def testBrokenTextIsMended(self):
+        self.openScratchpad()
+        self.desktop.key("ctrl+a")
+        self.paste(b"a\x00b\xff\xc3c")
+        self.waitForText("a\ufffdb\ufffd\ufffdc")
+
+    def testAClipboardThatNeverAnswersHoldsKeysUpForAMoment(self):
+        self.openScratchpad()
+        self.write("-")
+        holder = self.desktop.copy(b"never")
+        self.waitForOwner("UTF8_STRING")
+        holder.send_signal(signal.SIGSTOP)
+        self.addCleanup(holder.kill)
+        self.addCleanup(holder.send_signal, signal.SIGCONT)
+        self.tool("Bold")
+        self.desktop.type("x")
+        self.waitForText("-**x**")
+
+    def testMonstrousMarkdownLeavesTheEditorAlive(self):
+        self.openScratchpad()
+        for text in ("<p" * 100000, "> " * 10000 + "x"):
+            self.desktop.key("ctrl+a")
+            self.paste(text.encode())
+            waitFor("the text", lambda: self.lastText() == text, 20)
+            self.desktop.key("ctrl+End")
+            self.desktop.type("y")
+            waitFor("a key behind it", lambda: self.lastText() == text + "y", 20)
+
+    def testAJournalOfNoiseIsNoHindrance(self):
+        self.journal.mkdir(parents=True)
+        noise = random.Random(3)
+        for name in ("9999999999999999-00.text", "9999999999999998-00.text"):
+            (self.journal / name).write_bytes(noise.randbytes(100000))
+        self.openScratchpad()
+        self.desktop.key("ctrl+a")
+        self.desktop.type("mine")
+
+        def mine():
+            good = [path for path in self.journal.glob("*.text") if path.read_bytes().startswith(MAGIC)]
+            return [textOf(path) for path in good] == ["mine"]
+
+        waitFor("the text among the noise", mine, 10)
+
+    def testAFullDiskIsToldOfOnceAndWritingGoesOn(self):
+        self.journal.parent.mkdir(parents=True)
+        self.journal.write_text("a file in its place")
+        velkin = self.openScratchpad()
+        self.desktop.key("ctrl+a")
+        self.desktop.type("mine")
+        waitFor("the line in the log", lambda: "can't be kept" in velkin.errorText(), 10)
+        self.desktop.picture(self.artefact("full.png"))
+        self.tool("Copy")
+        waitFor("the clipboard", lambda: self.clipboard() == "mine", 10, describe=self.clipboard)
+        self.assertEqual(velkin.errorText().count("can't be kept"), 1)
+
+
 class Kills(ScratchpadCase):
     """What was painted is on disk."""
 
@@ -284,3 +373,24 @@ class Kills(ScratchpadCase):
                 self.assertGreaterEqual(len(text) + 0.5, min(painted, 23.4), (number, text))
                 compared += 1
         self.assertGreater(compared, self.kills // 2)
+
+
+class OnWayland(WaylandTestCase, ScratchpadCase):
+    """The same in a session of sway."""
+
+    def clipboard(self):
+        return self.session.output("wl-paste", "--no-newline", check=False)
+
+    def testWritingToolsAndUndo(self):
+        self.openScratchpad()
+        self.write("some words")
+        self.desktop.key("ctrl+shift+Left")
+        self.tool("Bold")
+        self.waitForText("some **words**")
+        self.desktop.key("ctrl+z")
+        self.waitForText("some words")
+        self.desktop.key("ctrl+a", "BackSpace")
+        self.tool("Link")
+        self.desktop.type("x")
+        self.waitForText("[x]()")
+        self.desktop.picture(self.artefact("wayland.png"))

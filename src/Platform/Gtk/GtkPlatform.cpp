@@ -292,9 +292,6 @@ void GtkPlatform::startToolkit() {
   // one.
   if (!X11Desktop::isAvailable()) g_set_prgname(bundle::identifier);
   adw_init();
-  // Symbols that no icon theme has.
-  gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
-                                 (ProgramFolders::data() / "icons").c_str());
   isToolkitRunning_ = true;
   appearance_.followToolkit([this] { notifications_.deliver(interfaceThemeChangedNotification, ""); });
   for (const auto& work : std::exchange(waitingForToolkit_, {})) work();

@@ -214,7 +214,8 @@ TEST_F(MarkdownModifierHelperTest, ATable) {
   write("|");
   helper->modifierTableClicked(1, 2, true);
   EXPECT_EQ(shown(), "| Header1 |\n| ------ |\n| Row1 |\n| Row2 |\n|");
-  EXPECT_EQ(MarkdownModifierHelper::getTableRow(ModifierTableRowType::row, 3, 2), "| Row2 | Cell1 | Cell2 |\n");
+  EXPECT_EQ(MarkdownModifierHelper::getTableRow(ModifierTableRowType::row, 3, 2),
+            "| Row2 | Cell1 | Cell2 |\n");
   write("|");
   helper->modifierTableClicked(12, 12, true);
   const auto text = editor->string();

@@ -1,7 +1,6 @@
-#include "Markdown/MarkdownUIView.h"
-
 #include "Components/MarkdownHtmlHelper.h"
 #include "Markdown/MarkdownFooterUIView.h"
+#include "Markdown/MarkdownUIView.h"
 #include "Markdown/SampleMarkdown.h"
 #include "Platform/DebugLog.h"
 #include "Platform/Headless/HeadlessPlatform.h"
@@ -79,8 +78,8 @@ TEST_F(MarkdownUIViewTest, ItStartsWithTheSampleAndThePreviewOnTheRight) {
   EXPECT_EQ(editor().string(), sampleMarkdown);
   EXPECT_FALSE(editor().canUndo()) << "there was nothing before the sample";
   EXPECT_EQ(view().markdown.get(), sampleMarkdown);
-  const auto page =
-      MarkdownHtmlHelper(false).makeHTMLString(MarkdownHtmlHelper::makeParser().html(std::string(sampleMarkdown)));
+  const auto page = MarkdownHtmlHelper(false).makeHTMLString(
+      MarkdownHtmlHelper::makeParser().html(std::string(sampleMarkdown)));
   EXPECT_EQ(preview().htmlLoads.back(), page);
   EXPECT_EQ(preview().pageZoom(), 0.75);
   EXPECT_TRUE(showsPreview());
@@ -92,8 +91,8 @@ TEST_F(MarkdownUIViewTest, TheSampleShowsTheDialectAndNoAddress) {
   EXPECT_NE(sample.find("\n## Markdown syntax supported\n"), std::string::npos);
   EXPECT_EQ(sample.find("http"), std::string::npos);
   const auto html = MarkdownHtmlHelper::makeParser().html(sample);
-  for (const auto* element : {"<h1>", "<h2>", "<em>", "<strong>", "<s>", "<a href=", "<code>", "<pre>", "<ul>",
-                              "<ol>", "<table>", "<blockquote", "<hr>"})
+  for (const auto* element : {"<h1>", "<h2>", "<em>", "<strong>", "<s>", "<a href=", "<code>", "<pre>",
+                              "<ul>", "<ol>", "<table>", "<blockquote", "<hr>"})
     EXPECT_NE(html.find(element), std::string::npos) << element;
   const std::string plain(sampleUnformattedMarkdown);
   EXPECT_EQ(plain.find_first_of("#*`~|>"), std::string::npos);
@@ -168,18 +167,17 @@ TEST_F(MarkdownUIViewTest, LettersAndZoomHaveNoLimits) {
 
 TEST_F(MarkdownUIViewTest, TheToolBarsHaveTheirButtonsInOrder) {
   open();
-  EXPECT_EQ(tooltips(),
-            (std::vector<std::string>{"Smaller", "Larger", "Bold", "Italics", "Strikethrough", "Preview Bottom",
-                                      "Preview Right", "Delete", "Header", "Table", "Block Quote",
-                                      "Inline Code", "Code Block", "Divider", "Link", "Image", "Copy",
-                                      "Earlier Texts"}));
+  EXPECT_EQ(tooltips(), (std::vector<std::string>{"Smaller", "Larger", "Bold", "Italics", "Strikethrough",
+                                                  "Preview Bottom", "Preview Right", "Delete", "Header",
+                                                  "Table", "Block Quote", "Inline Code", "Code Block",
+                                                  "Divider", "Link", "Image", "Copy", "Earlier Texts"}));
 }
 
 TEST_F(MarkdownUIViewTest, EachButtonInsertsItsMarkdown) {
   const std::vector<std::pair<std::string, std::string>> rows = {
-      {"Bold", "****"},         {"Italics", "**"},         {"Strikethrough", "~~~~"}, {"Block Quote", "\n > "},
-      {"Inline Code", "``"},    {"Code Block", "```\n\n```"}, {"Divider", "\n---\n"}, {"Link", "[]()"},
-      {"Image", "![]()"}};
+      {"Bold", "****"},         {"Italics", "**"},     {"Strikethrough", "~~~~"},
+      {"Block Quote", "\n > "}, {"Inline Code", "``"}, {"Code Block", "```\n\n```"},
+      {"Divider", "\n---\n"},   {"Link", "[]()"},      {"Image", "![]()"}};
   open();
   for (const auto& [button, markdown] : rows) {
     editor().setString("", NSTextView::UndoHistory::kept);
@@ -270,9 +268,11 @@ TEST_F(MarkdownUIViewTest, WhatWasDeletedStaysAmongTheEarlierTexts) {
   desktop.queue.advance(1);
   write("second");
   press("Earlier Texts");
-  auto* first = tree().all([](const platform::HeadlessView& row) {
-    return row.kind() == "button" && row.text().ends_with("first");
-  }).front();
+  auto* first = tree()
+                    .all([](const platform::HeadlessView& row) {
+                      return row.kind() == "button" && row.text().ends_with("first");
+                    })
+                    .front();
   first->press();
   desktop.queue.drain();
   EXPECT_EQ(editor().string(), "first");
@@ -295,7 +295,8 @@ TEST_F(MarkdownUIViewTest, ADiskThatTakesNothingIsToldOfOnce) {
 TEST_F(MarkdownUIViewTest, WhatTheEditorRefusesIsSaid) {
   open();
   write("a");
-  EXPECT_FALSE(editor().setString(std::string(NSTextView::maximumBytes + 1, 'x'), NSTextView::UndoHistory::kept));
+  EXPECT_FALSE(
+      editor().setString(std::string(NSTextView::maximumBytes + 1, 'x'), NSTextView::UndoHistory::kept));
   desktop.queue.drain();
   EXPECT_TRUE(tree().showsText("Too long: the scratchpad holds 16 MB. Nothing was changed."));
   EXPECT_EQ(editor().string(), "a");

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-
 #include <sys/resource.h>
 #include <sys/stat.h>
 
