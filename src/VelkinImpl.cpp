@@ -29,7 +29,6 @@ struct VelkinImpl::Rooms {
       : content(std::move(popover), std::move(pages)),
         views({.menu = &owner,
                .releaseNotes = &owner,
-               .appearance = &owner,
                .about = &owner,
                .appearance = &owner,
                .urlEditing = &owner,
