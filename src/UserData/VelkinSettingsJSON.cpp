@@ -65,10 +65,10 @@ std::string_view documentKey(const VelkinSettingsField& field) {
 class DocumentReader : public nlohmann::json_sax<json> {
  public:
   VelkinSettings settings;
-  /// Why it is no settings document, if it is JSON as far as it was read.
+  /// The first reason why it is no settings document, if it is JSON.
   std::string error;
 
-  bool null() override { return isField_ ? forget() : isInside(); }
+  bool null() override { return isField_ ? forget() : noteIfAlone(); }
   bool boolean(bool value) override { return take(value); }
   bool number_integer(std::int64_t value) override { return take(value); }
   bool number_unsigned(std::uint64_t value) override { return take(value); }
@@ -76,12 +76,12 @@ class DocumentReader : public nlohmann::json_sax<json> {
   bool string(std::string& value) override { return take(value); }
   bool binary(json::binary_t&) override { return false; }
   bool start_object(std::size_t) override {
-    if (depth_ > 0 && !take(json::value_t::object)) return false;
+    if (depth_ > 0) take(json::value_t::object);
     ++depth_;
     return true;
   }
   bool start_array(std::size_t) override {
-    if (!take(json::value_t::array)) return false;
+    take(json::value_t::array);
     ++depth_;
     return true;
   }
@@ -102,10 +102,10 @@ class DocumentReader : public nlohmann::json_sax<json> {
     --depth_;
     return true;
   }
-  /// False for a document that is a value alone.
-  bool isInside() {
+  /// A document may be a value alone. It is read to its end all the same: it may not be JSON.
+  bool noteIfAlone() {
     if (depth_ == 0) error = "it is JSON, but no object";
-    return depth_ > 0;
+    return true;
   }
   /// The last one of several with the same name counts.
   bool forget() {
@@ -115,16 +115,15 @@ class DocumentReader : public nlohmann::json_sax<json> {
   }
   template <class Value>
   bool take(const Value& found) {
-    if (!isInside()) return false;
-    if (!std::exchange(isField_, false)) return true;
+    if (!std::exchange(isField_, false)) return noteIfAlone();
     std::visit(
         [&](auto member) {
           auto& value = (settings.*member).emplace();
-          if (read(json(found), value)) return;
+          if (read(json(found), value) || !error.empty()) return;
           error.append("\"").append(documentKey(*field_)).append("\" is not ").append(nameOfType(value));
         },
         field_->member);
-    return error.empty();
+    return true;
   }
 
   std::size_t depth_ = 0;
@@ -150,8 +149,8 @@ tl::expected<std::string, std::string> encode(const VelkinSettings& settings) {
 tl::expected<VelkinSettings, std::string> decodeVelkinSettings(std::string_view text) {
   DocumentReader reader;
   const bool isRead = json::sax_parse(text, &reader);
-  if (!reader.error.empty()) return tl::unexpected(std::move(reader.error));
   if (!isRead) return tl::unexpected<std::string>("it is not JSON");
+  if (!reader.error.empty()) return tl::unexpected(std::move(reader.error));
   return std::move(reader.settings);
 }
 
