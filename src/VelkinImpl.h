@@ -40,10 +40,10 @@ class VelkinImpl : public platform::NSMenuDelegate,
                    public QKKeyboardShortcutHelperDelegate,
                    public HotkeySolutionDelegate,
                    public ReleaseNotesUIViewDelegate,
+                   public AppearanceUIViewDelegate,
                    public AboutUIViewDelegate,
                    public EasterEggUrlEditingUIViewDelegate,
-                   public OnboardingUIViewDelegate,
-                   public AppearanceUIViewDelegate {
+                   public OnboardingUIViewDelegate {
  public:
   template <class V>
   using Host = std::shared_ptr<platform::NSHostingController<V>>;

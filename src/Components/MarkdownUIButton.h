@@ -14,6 +14,8 @@ struct MarkdownUIButton {
   bool useFixedWidth = false;
   double iconSize = 12;
   platform::Action action;
+  /// For the tools of a text: a click leaves the keyboard to it.
+  bool leavesKeyboard = false;
 
   platform::View body() const;
 };

@@ -18,6 +18,9 @@ namespace {
 /// What a link in a text may open. Others would hand a text's author the user's files and programs.
 constexpr std::array<std::string_view, 3> linkSchemes = {"https", "http", "mailto"};
 
+/// In seconds.
+constexpr double loadPatience = 0.5;
+
 constexpr std::string_view ownPage = "about:blank";
 
 bool isOwnPage(const platform::URL& url) {
@@ -52,8 +55,26 @@ void MarkdownWebViewController::show(double zoom, const std::string& page) {
   shownZoom_ = zoom;
   shownPage_ = page;
   webView->setPageZoom(zoom);
+  if (loadsInTurn && (nextPage_ || webView->isLoading())) {
+    nextPage_ = page;
+    if (!patience_) patience_ = platform::DispatchQueue::main().timer(loadPatience, [this] { loadNext(); });
+  } else {
+    load(page);
+  }
+}
+
+void MarkdownWebViewController::load(const std::string& page) {
+  patience_.reset();
+  nextPage_.reset();
   webView->loadHTMLString(page, std::nullopt);
 }
+
+void MarkdownWebViewController::loadNext() {
+  patience_.reset();
+  if (const auto next = std::exchange(nextPage_, std::nullopt)) load(*next);
+}
+
+void MarkdownWebViewController::didFail(platform::WKWebView&, const platform::NSError&) { loadNext(); }
 
 void MarkdownWebViewController::forgetShown() { hasShown_ = false; }
 
@@ -71,6 +92,7 @@ WKNavigationActionPolicy MarkdownWebViewController::decidePolicyFor(
 }
 
 void MarkdownWebViewController::didFinish(platform::WKWebView& finished) {
+  if (nextPage_) return loadNext();
   finished.evaluateJavaScript(
       "document.body.style.overflow = 'hidden';",
       [](const std::optional<std::string>&, const std::optional<platform::NSError>& error) {

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Platform/DispatchQueue.h"
 #include "Platform/NSDistributedNotificationCenter.h"
 #include "Platform/NSViewController.h"
 #include "Platform/WKWebView.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace velkin {
@@ -25,6 +27,10 @@ class MarkdownWebViewController : public platform::NSViewController, public plat
 
   void modeChanged() { isDarkMode = !isDarkMode; }
 
+  /// While a page loads, the next one waits for it, and only the newest of those that come meanwhile is loaded.
+  /// For a text that changes faster than a page loads.
+  bool loadsInTurn = false;
+
   /// Loads `page` at `zoom`, unless that is what was loaded last.
   void show(double zoom, const std::string& page);
   /// Has the next `show` load its page in any case.
@@ -35,6 +41,7 @@ class MarkdownWebViewController : public platform::NSViewController, public plat
   platform::WKNavigationActionPolicy decidePolicyFor(platform::WKWebView& view,
                                                      const platform::WKNavigationAction& action) override;
   void didFinish(platform::WKWebView& finished) override;
+  void didFail(platform::WKWebView& failed, const platform::NSError& error) override;
 
  protected:
   void loadView() override;
@@ -45,6 +52,11 @@ class MarkdownWebViewController : public platform::NSViewController, public plat
   bool hasShown_ = false;
   double shownZoom_ = 0;
   std::string shownPage_;
+  std::optional<std::string> nextPage_;
+  /// A picture that doesn't come holds a page up for so long only.
+  std::unique_ptr<platform::Timer> patience_;
+  void load(const std::string& page);
+  void loadNext();
 };
 
 }  // namespace velkin

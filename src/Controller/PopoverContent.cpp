@@ -35,7 +35,11 @@ void PopoverContent::show(std::shared_ptr<platform::NSHostingController<ReleaseN
 }
 
 void PopoverContent::giveKeyboardToMainView() const {
-  if (!isFindableView() || defaults_.lastVisibleWebView() == WebViewSwitchType::markdown) return;
+  if (!isFindableView()) return;
+  if (defaults_.lastVisibleWebView() == WebViewSwitchType::markdown) {
+    if (scratchpad) scratchpad->takeKeyboard();
+    return;
+  }
   currentWebView.webView->makeFirstResponder();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Helpers/UserDefaultsHelper.h"
+#include "Markdown/MarkdownScratchpad.h"
 #include "Platform/NSHostingController.h"
 #include "Platform/NSPopover.h"
 #include "ReleaseNotes/ReleaseNotesUIView.h"
@@ -27,6 +28,8 @@ class PopoverContent {
   WebView currentWebView;
   std::shared_ptr<platform::NSHostingController<FindableWebView>> hostedWebView;
   std::shared_ptr<platform::NSHostingController<ReleaseNotesUIView>> hostedNotesView;
+  /// Of the container on show, whether it is in sight or not.
+  std::shared_ptr<MarkdownScratchpad> scratchpad;
   /// True until the popover is toggled first: lets the very first switch to chat pass.
   bool isInitialLaunch = false;
 

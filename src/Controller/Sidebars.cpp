@@ -26,6 +26,8 @@ void Sidebars::toggle(WebViewSwitchType view) {
   if (!canHaveSidebars || last == releaseNotes || last == view) return;
   auto& flag = *content_.sharedState->sidebarFlag(view);
   flag.set(!flag.get());
+  // Who opens a place to write wants to write.
+  if (view == markdown && flag.get() && content_.scratchpad) content_.scratchpad->takeKeyboard();
 }
 
 void Sidebars::close() {

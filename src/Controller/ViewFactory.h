@@ -20,8 +20,8 @@ class ViewFactory {
   struct Delegates {
     MenuHelperDelegate* menu = nullptr;
     ReleaseNotesUIViewDelegate* releaseNotes = nullptr;
-    AboutUIViewDelegate* about = nullptr;
     AppearanceUIViewDelegate* appearance = nullptr;
+    AboutUIViewDelegate* about = nullptr;
     EasterEggUrlEditingUIViewDelegate* urlEditing = nullptr;
     OnboardingUIViewDelegate* onboarding = nullptr;
   };
@@ -41,6 +41,7 @@ class ViewFactory {
  private:
   Delegates delegates_;
   PopoverContent& content_;
+  std::shared_ptr<KeptPreview> preview_ = std::make_shared<KeptPreview>();
   std::shared_ptr<KeptAnswerView> answerView_ = std::make_shared<KeptAnswerView>();
 };
 

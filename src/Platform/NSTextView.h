@@ -55,6 +55,10 @@ class NSTextView : public NSView {
   virtual void undo() = 0;
   virtual void redo() = 0;
 
+  /// Has the keys wait that are pressed from now on, until all copies of the result are gone, and for two
+  /// seconds at the most: what is under way comes before what is typed behind it.
+  [[nodiscard]] virtual std::shared_ptr<void> holdKeys() = 0;
+
   virtual void setFont(SystemFont font) = 0;
   /// nullopt: the desktop's own for text.
   virtual void setTextColor(std::optional<Color> color) = 0;

@@ -3,6 +3,7 @@
 #include "Platform/Geometry.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -53,6 +54,8 @@ class Platform {
   virtual NSApplication& application() = 0;
   virtual const NSBundle& mainBundle() const = 0;
   virtual NSUserDefaults& standardUserDefaults() = 0;
+  /// The folder for what the user makes with the program. It needn't exist. Empty: nothing is to be kept.
+  virtual std::filesystem::path userDataFolder() const = 0;
   virtual NSWorkspace& sharedWorkspace() = 0;
   virtual NSPasteboard& generalPasteboard() = 0;
   virtual Dialogs& dialogs() = 0;

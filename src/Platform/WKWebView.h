@@ -78,6 +78,9 @@ struct WKWebViewConfiguration {
   /// What may run in an isolated page beside user scripts: texts of script elements and of event handlers, to
   /// the letter.
   std::vector<std::string> isolatedScripts;
+  /// An isolated page may show pictures from elsewhere, over https. It is then the user's own text, which may
+  /// also stay on view while the next state of it loads.
+  bool isolatedPictures = false;
   /// nullptr: a process of its own.
   std::shared_ptr<WKProcessPool> processPool;
 };

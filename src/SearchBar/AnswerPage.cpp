@@ -1,6 +1,6 @@
 #include "SearchBar/AnswerPage.h"
 
-#include "Components/MarkdownHtmlHelper.h"
+#include "Components/MarkdownPage.h"
 
 #include <utility>
 
@@ -8,55 +8,7 @@ namespace velkin {
 
 namespace {
 
-/// The page shows no scroll bar, and so the engine doesn't scroll it either; a long answer must still be
-/// read to its end.
-constexpr const char* scrollScript = R"(
-(() => {
-  const isHidden = () => getComputedStyle(document.body).overflowY === 'hidden';
-  const scroller = () => document.scrollingElement;
-  addEventListener('wheel', event => {
-    if (!event.ctrlKey && isHidden()) scroller().scrollTop += event.deltaY;
-  }, {passive: true});
-  addEventListener('keydown', event => {
-    if (event.ctrlKey || event.altKey || event.metaKey || !isHidden()) return;
-    const page = innerHeight * 0.9;
-    const step = {ArrowDown: 40, ArrowUp: -40, PageDown: page, PageUp: -page,
-                  ' ': event.shiftKey ? -page : page, Home: -1e9, End: 1e9}[event.key];
-    if (step === undefined) return;
-    scroller().scrollTop += step;
-    event.preventDefault();
-  });
-})();)";
-
 constexpr std::size_t keptLength = std::size_t{1} << 20U;
-
-/// An answer may hold the copy button's own handler, on an element that lies unseen over the text or reacts
-/// to any key. So handlers stay on buttons only that are where and what the page's own are.
-constexpr const char* buttonScript = R"(
-(() => {
-  const isButton = element => element.matches('pre > button.copy-button') && element.textContent === 'Copy';
-  for (const element of document.querySelectorAll('*')) {
-    for (const name of element.getAttributeNames()) {
-      if (!/^on/i.test(name)) continue;
-      if (name !== 'onclick' || !isButton(element)) element.removeAttribute(name);
-    }
-  }
-  addEventListener('click', event => {
-    const button = event.target.closest ? event.target.closest('[onclick]') : null;
-    if (!button) return;
-    const box = button.getBoundingClientRect();
-    const block = button.parentNode.getBoundingClientRect();
-    let isSeen = event.isTrusted && box.width <= 120 && box.height <= 60 && box.left >= block.left &&
-        box.right <= block.right && box.top >= block.top && box.bottom <= block.bottom + 60;
-    for (let e = button; e; e = e.parentElement) {
-      const style = getComputedStyle(e);
-      isSeen = isSeen && style.opacity > 0.8 && style.visibility === 'visible';
-    }
-    if (isSeen) return;
-    event.preventDefault();
-    event.stopImmediatePropagation();
-  }, true);
-})();)";
 
 }  // namespace
 
@@ -79,13 +31,7 @@ AnswerPage::~AnswerPage() {
 const std::shared_ptr<MarkdownWebViewController>& AnswerPage::controller() {
   if (controller_) return controller_;
   if (!kept_->webView) {
-    platform::WKWebViewConfiguration configuration;
-    configuration.usesPersistentDataStore = false;
-    configuration.isIsolated = true;
-    configuration.isolatedScripts = MarkdownHtmlHelper::pageScripts();
-    configuration.userContentController.addUserScript({.source = scrollScript});
-    configuration.userContentController.addUserScript({.source = buttonScript});
-    kept_->webView = platform::WKWebView::make({}, std::move(configuration));
+    kept_->webView = platform::WKWebView::make({}, markdownPageConfiguration());
   }
   controller_ = std::make_shared<MarkdownWebViewController>(kept_->webView);
   return controller_;

@@ -33,7 +33,7 @@ class BodiesTest : public GtkFixture {
     return {.scripting = ScriptingHelper::make(),
             .webView = chat,
             .pages = ServicePages({chat, bard, bitbucket, gitlab, hemingway, jira}),
-            .markdownView = MarkdownUIView{},
+            .markdownView = MarkdownUIView{.sharedState = state},
             .sharedState = state};
   }
   template <class V>

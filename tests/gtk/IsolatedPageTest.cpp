@@ -1,5 +1,6 @@
 #include "Platform/Gtk/GtkPlatform.h"
 #include "Platform/Gtk/GtkWebView.h"
+#include "Platform/Gtk/IsolatedPage.h"
 #include "Platform/NSPopover.h"
 #include "gtk/GtkFixture.h"
 #include "gtk/LoopbackServer.h"
@@ -126,6 +127,16 @@ TEST_F(IsolatedPageTest, APageThatIsNotIsolatedDoesReachTheServer) {
   load(false, "<p>A page</p>");
   attempt(waysOut().front());
   EXPECT_TRUE(wait([&] { return !server.requests().empty(); })) << "or the test above proves nothing";
+}
+
+TEST_F(IsolatedPageTest, PicturesComeFromElsewhereOnlyWhereTheyMayAndByHttps) {
+  const auto pictures = [](bool mayCome) {
+    const auto policy = isolatedContentSecurityPolicy({}, mayCome);
+    const auto from = policy.find("img-src");
+    return policy.substr(from, policy.find(';', from) - from);
+  };
+  EXPECT_EQ(pictures(false), "img-src data:");
+  EXPECT_EQ(pictures(true), "img-src data: https:");
 }
 
 TEST_F(IsolatedPageTest, ItsStylesAndTheScriptsThatWereNamedRun) {

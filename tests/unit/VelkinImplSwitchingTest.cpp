@@ -465,10 +465,32 @@ TEST_F(SwitchingTest, TheScratchpadHasItsPlaceAndThePagesKeepTheirs) {
   controller->handleWindowJiraOnPage();
   desktop.queue.drain();
   const auto& tree = platform::headlessTree(*controller->hostedWebView());
-  EXPECT_TRUE(tree.showsText("Markdown"));
   const auto hosted = tree.all<platform::HostedContent>();
-  ASSERT_EQ(hosted.size(), 1U);
+  ASSERT_EQ(hosted.size(), 3U);
   EXPECT_EQ(hosted[0]->hosted, controller->jiraWebView().webView.get());
+  ASSERT_EQ(desktop.textViews.size(), 1U);
+  EXPECT_EQ(hosted[1]->hosted, desktop.textViews[0]);
+  EXPECT_TRUE(desktop.textViews[0]->isFirstResponder);
+}
+
+TEST_F(SwitchingTest, AScratchpadThatAKeyOpensBesideThePageTakesTheKeyboard) {
+  defaults.set(980.0, UserDefault::webViewWidth);
+  controller->handleWindowMarkdownOnPage();
+  desktop.queue.drain();
+  ASSERT_EQ(desktop.textViews.size(), 1U);
+  EXPECT_TRUE(desktop.textViews[0]->isFirstResponder);
+}
+
+TEST_F(SwitchingTest, AScratchpadIsNewAtEachSwitchAndNothingOfItIsMadeUnseen) {
+  switchTo(jira);
+  EXPECT_TRUE(desktop.textViews.empty());
+  switchTo(markdown);
+  desktop.queue.drain();
+  desktop.textViews[0]->setString("mine", platform::NSTextView::UndoHistory::kept);
+  switchTo(jira);
+  switchTo(markdown);
+  desktop.queue.drain();
+  EXPECT_TRUE(desktop.textViews.back()->string().starts_with("# Sample Markdown"));
 }
 
 TEST_F(SwitchingTest, TheKeyboardGoesToThePageInTheMainPlace) {

@@ -133,7 +133,6 @@ class GridView : public GtkRenderedView {
 class ScrollAreaView : public GtkRenderedView {
  public:
   explicit ScrollAreaView(const Element& element) : GtkRenderedView(gtk_scrolled_window_new()) {
-    gtk_scrolled_window_set_propagate_natural_width(GTK_SCROLLED_WINDOW(widget()), TRUE);
     gtk_scrolled_window_set_propagate_natural_height(GTK_SCROLLED_WINDOW(widget()), TRUE);
     holder_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(widget()), holder_);
@@ -154,6 +153,8 @@ class ScrollAreaView : public GtkRenderedView {
                                    isRow ? GTK_POLICY_NEVER : GTK_POLICY_AUTOMATIC);
     gtk_orientable_set_orientation(GTK_ORIENTABLE(holder_),
                                    isRow ? GTK_ORIENTATION_HORIZONTAL : GTK_ORIENTATION_VERTICAL);
+    // A row takes the width that there is: with its own it would push its neighbours away before it scrolls.
+    gtk_scrolled_window_set_propagate_natural_width(GTK_SCROLLED_WINDOW(widget()), !isRow);
     gtk_widget_set_vexpand(widget(), !isRow);
   }
 

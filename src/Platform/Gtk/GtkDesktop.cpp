@@ -95,6 +95,37 @@ std::vector<NSRunningApplication> GtkWorkspace::runningApplications() {
   return running;
 }
 
+std::optional<std::string> GtkWorkspace::desktopImageURLForScreen(const NSScreen& screen) {
+  const auto appearance = NSAppearance::currentAppearance();
+  return desktopPicture({connectorOf(screen), numberOf(screen), appearance && appearance->isDark()});
+}
+
+void GtkWorkspace::activateFileViewerSelecting(const std::string& path) {
+  const auto openFolder = [folder = std::filesystem::path(path).parent_path().string()] {
+    const GStringPtr uri(g_filename_to_uri(folder.c_str(), nullptr, nullptr));
+    GError* raw = nullptr;
+    if (uri) g_app_info_launch_default_for_uri(uri.get(), nullptr, &raw);
+    const GErrorPtr error(raw);
+    if (error) debugLog("GtkDesktop", "activateFileViewerSelecting(_:)", forLog(error->message));
+  };
+  const GStringPtr uri(g_filename_to_uri(path.c_str(), nullptr, nullptr));
+  auto* connection = connection_();
+  if (connection == nullptr || !uri) return openFolder();
+  GVariantBuilder files;
+  g_variant_builder_init(&files, G_VARIANT_TYPE("as"));
+  g_variant_builder_add(&files, "s", uri.get());
+  g_dbus_connection_call(
+      connection, "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
+      "org.freedesktop.FileManager1", "ShowItems", g_variant_new("(ass)", &files, ""), nullptr,
+      G_DBUS_CALL_FLAGS_NONE, fileManagerTime, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<std::function<void()>> otherwise(static_cast<std::function<void()>*>(data));
+        const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
+        if (!reply) (*otherwise)();
+      },
+      std::make_unique<std::function<void()>>(openFolder).release());
+}
+
 GtkWorkspace::~GtkWorkspace() {
   if (noticeSubscription_ != 0) g_dbus_connection_signal_unsubscribe(connection_(), noticeSubscription_);
 }
@@ -102,8 +133,7 @@ GtkWorkspace::~GtkWorkspace() {
 void GtkWorkspace::listenToNotices(GDBusConnection* connection) {
   if (noticeSubscription_ != 0) return;
   noticeSubscription_ = g_dbus_connection_signal_subscribe(
-      connection, noticeService, noticeService, "ActionInvoked", noticePath, nullptr,
-      G_DBUS_SIGNAL_FLAGS_NONE,
+      connection, noticeService, noticeService, "ActionInvoked", noticePath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
       [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters,
          gpointer self) {
         if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(us)"))) return;
@@ -166,37 +196,6 @@ void GtkWorkspace::deliver(NSUserNotification notification) {
 
 void GtkWorkspace::beep() {
   if (auto* display = gdk_display_get_default()) gdk_display_beep(display);
-}
-
-std::optional<std::string> GtkWorkspace::desktopImageURLForScreen(const NSScreen& screen) {
-  const auto appearance = NSAppearance::currentAppearance();
-  return desktopPicture({connectorOf(screen), numberOf(screen), appearance && appearance->isDark()});
-}
-
-void GtkWorkspace::activateFileViewerSelecting(const std::string& path) {
-  const auto openFolder = [folder = std::filesystem::path(path).parent_path().string()] {
-    const GStringPtr uri(g_filename_to_uri(folder.c_str(), nullptr, nullptr));
-    GError* raw = nullptr;
-    if (uri) g_app_info_launch_default_for_uri(uri.get(), nullptr, &raw);
-    const GErrorPtr error(raw);
-    if (error) debugLog("GtkDesktop", "activateFileViewerSelecting(_:)", forLog(error->message));
-  };
-  const GStringPtr uri(g_filename_to_uri(path.c_str(), nullptr, nullptr));
-  auto* connection = connection_();
-  if (connection == nullptr || !uri) return openFolder();
-  GVariantBuilder files;
-  g_variant_builder_init(&files, G_VARIANT_TYPE("as"));
-  g_variant_builder_add(&files, "s", uri.get());
-  g_dbus_connection_call(
-      connection, "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
-      "org.freedesktop.FileManager1", "ShowItems", g_variant_new("(ass)", &files, ""), nullptr,
-      G_DBUS_CALL_FLAGS_NONE, fileManagerTime, nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<std::function<void()>> otherwise(static_cast<std::function<void()>*>(data));
-        const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
-        if (!reply) (*otherwise)();
-      },
-      std::make_unique<std::function<void()>>(openFolder).release());
 }
 
 class BusNotificationCenter::ObserverToken : public Token {

@@ -23,10 +23,10 @@ class GtkWorkspace : public NSWorkspace {
 
   bool open(const URL& url) override;
   std::vector<NSRunningApplication> runningApplications() override;
-  void deliver(NSUserNotification notification) override;
-  void beep() override;
   std::optional<std::string> desktopImageURLForScreen(const NSScreen& screen) override;
   void activateFileViewerSelecting(const std::string& path) override;
+  void deliver(NSUserNotification notification) override;
+  void beep() override;
 
  private:
   void listenToNotices(GDBusConnection* connection);

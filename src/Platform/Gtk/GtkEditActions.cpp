@@ -292,6 +292,11 @@ KeyEventScope::~KeyEventScope() { windowOfKey() = earlier_; }
 
 EditOrder editOrder() { return theWait().order; }
 
+std::shared_ptr<void> holdAllKeys() {
+  const auto number = startWait(EditOrder::everyKeyWaits, nullptr);
+  return {nullptr, [number](void*) { waitIsOver(number); }};
+}
+
 void whenEditActionsAreDone(std::function<void()> work) {
   if (theWait().order == EditOrder::free) {
     work();

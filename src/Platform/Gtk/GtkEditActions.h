@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include <gtk/gtk.h>
 
@@ -38,6 +39,9 @@ enum class EditOrder {
   everyKeyWaits,
 };
 EditOrder editOrder();
+
+/// All keys wait until all copies of the result are gone, as they do for a paste.
+std::shared_ptr<void> holdAllKeys();
 
 /// Runs work in the turn in which `editOrder` becomes free again, or at once if it is.
 void whenEditActionsAreDone(std::function<void()> work);

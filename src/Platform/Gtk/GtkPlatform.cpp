@@ -80,8 +80,8 @@ GtkPlatform::GtkPlatform()
       notifications_([this] { return application_.connection(); }) {
   keepLittleFreeMemory();
   sendLibraryMessagesToDebugLog();
-  bundle_ = {bundle::identifier,   bundle::shortVersion, bundle::buildNumber,
-             bundle::creationDate, bundle::name,         libraryVersions()};
+  bundle_ = {bundle::identifier, bundle::shortVersion, bundle::buildNumber, bundle::creationDate,
+             bundle::name, libraryVersions()};
   g_set_prgname("velkin");
   g_set_application_name("Velkin");
   application_.willLaunch = [this] {
@@ -104,6 +104,8 @@ GtkPlatform& GtkPlatform::shared() { return static_cast<GtkPlatform&>(Platform::
 double GtkPlatform::now() const {
   return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
+
+std::filesystem::path GtkPlatform::userDataFolder() const { return ProgramFolders::userData(); }
 
 NSUserDefaults& GtkPlatform::standardUserDefaults() {
   if (!defaults_) {
@@ -290,6 +292,9 @@ void GtkPlatform::startToolkit() {
   // one.
   if (!X11Desktop::isAvailable()) g_set_prgname(bundle::identifier);
   adw_init();
+  // Symbols that no icon theme has.
+  gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
+                                 (ProgramFolders::data() / "icons").c_str());
   isToolkitRunning_ = true;
   appearance_.followToolkit([this] { notifications_.deliver(interfaceThemeChangedNotification, ""); });
   for (const auto& work : std::exchange(waitingForToolkit_, {})) work();

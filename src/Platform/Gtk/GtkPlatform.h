@@ -39,6 +39,7 @@ class GtkPlatform : public Platform {
   NSApplication& application() override { return application_; }
   const NSBundle& mainBundle() const override { return bundle_; }
   NSUserDefaults& standardUserDefaults() override;
+  std::filesystem::path userDataFolder() const override;
   NSURLSession& sharedURLSession() override;
   NSWorkspace& sharedWorkspace() override { return workspace_; }
   NSPasteboard& generalPasteboard() override { return pasteboard_; }

@@ -1,5 +1,6 @@
 #include "Platform/Gtk/GtkTextEditor.h"
 
+#include "Platform/Gtk/GtkEditActions.h"
 #include "Platform/Gtk/GtkTextEdits.h"
 #include "Platform/NSPasteboard.h"
 #include "Platform/UTF8.h"
@@ -247,6 +248,8 @@ void GtkTextEditor::undo() {
 void GtkTextEditor::redo() {
   if (canRedo()) gtk_text_buffer_redo(buffer_);
 }
+
+std::shared_ptr<void> GtkTextEditor::holdKeys() { return holdAllKeys(); }
 
 void GtkTextEditor::setFont(SystemFont font) {
   look_.systemFont = font;

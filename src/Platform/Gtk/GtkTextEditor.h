@@ -38,6 +38,7 @@ class GtkTextEditor : public NSTextView, public GtkViewBase {
   bool canRedo() const override;
   void undo() override;
   void redo() override;
+  std::shared_ptr<void> holdKeys() override;
   void setFont(SystemFont font) override;
   void setTextColor(std::optional<Color> color) override;
   void setAccessibilityLabel(const std::string& label) override;

@@ -143,9 +143,12 @@ WebKitWebView* GtkWebView::engineView() {
   addUserContent();
   const bool isIsolated = configuration_.isIsolated;
   auto* session =
-      isIsolated ? engine.sessionToNowhere() : engine.session(configuration_.usesPersistentDataStore);
-  const auto policy =
-      isIsolated ? isolatedContentSecurityPolicy(configuration_.isolatedScripts) : std::string();
+      isIsolated && !configuration_.isolatedPictures
+          ? engine.sessionToNowhere()
+          : engine.session(!isIsolated && configuration_.usesPersistentDataStore);
+  const auto policy = isIsolated ? isolatedContentSecurityPolicy(configuration_.isolatedScripts,
+                                                                 configuration_.isolatedPictures)
+                                 : std::string();
   if (isIsolated) isolateSettings(settings_.get());
   const char* const contentPolicy = isIsolated ? policy.c_str() : nullptr;
   const auto& pool = configuration_.processPool;
@@ -407,7 +410,9 @@ void GtkWebView::loadHTMLString(const std::string& html, const std::optional<URL
   url_ = baseURL ? baseURL : URL::parse("about:blank");
   auto page = withoutNulCharacters(html);
   // What the view has painted last would come up with the next panel, before anything of the new page does.
-  if (configuration_.isIsolated) gtk_widget_set_opacity(GTK_WIDGET(view), 0);
+  if (configuration_.isIsolated && !configuration_.isolatedPictures) {
+    gtk_widget_set_opacity(GTK_WIDGET(view), 0);
+  }
   webkit_web_view_load_html(view, page.c_str(), baseURL ? baseURL->absoluteString().c_str() : nullptr);
   // There is no address from which it could be had again when its process dies.
   if (configuration_.isIsolated) ownPage_ = std::move(page);

@@ -77,10 +77,10 @@ constexpr std::array<std::string_view, 9> unwantedFeatures = {"LinkPreconnect", 
 
 }  // namespace
 
-std::string isolatedContentSecurityPolicy(const std::vector<std::string>& scripts) {
-  std::string policy =
-      "default-src 'none'; style-src 'unsafe-inline'; img-src data:; font-src data:; form-action 'none'; "
-      "base-uri 'none'; script-src";
+std::string isolatedContentSecurityPolicy(const std::vector<std::string>& scripts, bool pictures) {
+  std::string policy = "default-src 'none'; style-src 'unsafe-inline'; img-src data:";
+  if (pictures) policy += " https:";
+  policy += "; font-src data:; form-action 'none'; base-uri 'none'; script-src";
   if (scripts.empty()) return policy + " 'none'";
   // An event handler counts as a script only with this word.
   policy += " 'unsafe-hashes'";

@@ -8,9 +8,9 @@
 namespace platform {
 
 /// What a page may load that is shut off from everything: its own inline styles, pictures that are part of
-/// it, and of scripts those whose text is among `scripts`. For the view's property
-/// "default-content-security-policy".
-std::string isolatedContentSecurityPolicy(const std::vector<std::string>& scripts);
+/// it, and of scripts those whose text is among `scripts`. With `pictures` those from elsewhere too, over
+/// https. For the view's property "default-content-security-policy".
+std::string isolatedContentSecurityPolicy(const std::vector<std::string>& scripts, bool pictures = false);
 
 /// Turns off what reaches out of a page past such a policy, and what such a page has no use for. Before the
 /// view is made.

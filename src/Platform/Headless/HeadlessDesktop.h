@@ -25,17 +25,17 @@ class HeadlessWorkspace : public NSWorkspace {
     return true;
   }
   std::vector<NSRunningApplication> runningApplications() override { return running; }
-
-  std::vector<NSUserNotification> delivered;
-  int beeps = 0;
-  void deliver(NSUserNotification notification) override { delivered.push_back(std::move(notification)); }
-  void beep() override { ++beeps; }
   std::optional<std::string> desktopImageURLForScreen(const NSScreen& screen) override {
     const auto found = desktopImages.find({screen.frame.origin.x, screen.frame.origin.y});
     if (found == desktopImages.end()) return std::nullopt;
     return found->second;
   }
   void activateFileViewerSelecting(const std::string& path) override { revealed.push_back(path); }
+
+  std::vector<NSUserNotification> delivered;
+  int beeps = 0;
+  void deliver(NSUserNotification notification) override { delivered.push_back(std::move(notification)); }
+  void beep() override { ++beeps; }
 };
 
 /// Delivers at once and remembers what was posted.

@@ -54,6 +54,7 @@ class HeadlessPlatform : public Platform {
   /// Nothing: no layout writes ASCII.
   std::optional<HeadlessInputSource::Layout> keyboardLayout = HeadlessInputSource::us();
   std::optional<std::string> lastFatalError;
+  std::filesystem::path dataFolder;
   /// What was asked for, and in which size; and the files that are no pictures.
   std::vector<std::pair<std::string, NSSize>> imagesAskedFor;
   std::set<std::string> brokenImages;
@@ -69,6 +70,7 @@ class HeadlessPlatform : public Platform {
   double now() const override { return queue.now(); }
   NSApplication& application() override { return app; }
   const NSBundle& mainBundle() const override { return bundle; }
+  std::filesystem::path userDataFolder() const override { return dataFolder; }
   NSWorkspace& sharedWorkspace() override { return workspace; }
   NSPasteboard& generalPasteboard() override { return pasteboard; }
   Dialogs& dialogs() override { return openDialogs; }

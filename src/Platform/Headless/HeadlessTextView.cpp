@@ -78,6 +78,26 @@ bool HeadlessTextView::insertText(const std::string& text, NSRange replacementRa
   return true;
 }
 
+bool HeadlessTextView::type(const std::string& text) {
+  if (hold_.expired()) return insertText(text, now_.selection);
+  heldKeys_.push_back(text);
+  return true;
+}
+
+std::shared_ptr<void> HeadlessTextView::holdKeys() {
+  if (!hold_.expired()) return hold_.lock();
+  std::shared_ptr<void> hold(nullptr, [this, alive = isAlive_](void*) {
+    if (*alive) handBackHeldKeys();
+  });
+  hold_ = hold;
+  return hold;
+}
+
+void HeadlessTextView::handBackHeldKeys() {
+  hold_.reset();
+  for (const auto& text : std::exchange(heldKeys_, {})) type(text);
+}
+
 void HeadlessTextView::travel(std::vector<Moment>& from, std::vector<Moment>& to) {
   if (from.empty()) return;
   to.push_back(std::exchange(now_, std::move(from.back())));

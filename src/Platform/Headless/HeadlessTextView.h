@@ -10,6 +10,8 @@ namespace platform {
 /// A text in memory, and a user's hands on it.
 class HeadlessTextView : public NSTextView {
  public:
+  ~HeadlessTextView() override { *isAlive_ = false; }
+
   SystemFont font;
   std::optional<Color> textColor;
   std::string accessibilityLabel;
@@ -29,12 +31,13 @@ class HeadlessTextView : public NSTextView {
   bool canRedo() const override { return !later_.empty(); }
   void undo() override { travel(earlier_, later_); }
   void redo() override { travel(later_, earlier_); }
+  std::shared_ptr<void> holdKeys() override;
   void setFont(SystemFont systemFont) override { font = systemFont; }
   void setTextColor(std::optional<Color> color) override { textColor = color; }
   void setAccessibilityLabel(const std::string& label) override { accessibilityLabel = label; }
 
-  /// As a user's typing or pasting over the selection, as one step.
-  bool type(const std::string& text) { return insertText(text, now_.selection); }
+  /// As a user's typing or pasting over the selection, as one step. While keys are held, it waits with them.
+  bool type(const std::string& text);
   std::string selectedText() const;
   /// Does what the edit actions "copy:", "cut:", "paste:", "selectAll:", "undo:" and "redo:" do to an editor
   /// that has the keyboard; false for others. Copying with nothing selected keeps the pasteboard.
@@ -49,7 +52,11 @@ class HeadlessTextView : public NSTextView {
   void change(Moment next);
   void travel(std::vector<Moment>& from, std::vector<Moment>& to);
   bool isTooLong(const std::u32string& text);
+  void handBackHeldKeys();
 
+  std::weak_ptr<void> hold_;
+  std::vector<std::string> heldKeys_;
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
   Moment now_;
   std::vector<Moment> earlier_;
   std::vector<Moment> later_;

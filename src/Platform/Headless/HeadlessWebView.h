@@ -22,6 +22,8 @@ class HeadlessWebView : public WKWebView {
   int pagesUp = 0;
   int pagesDown = 0;
   bool isFirstResponder = false;
+  /// A load that takes its time.
+  bool isUnderWay = false;
   /// What the next scripts give, as JSON text, or the error that they end with.
   std::optional<std::string> scriptResult;
   std::optional<NSError> scriptError;
@@ -33,7 +35,7 @@ class HeadlessWebView : public WKWebView {
   const WKWebViewConfiguration& configuration() const override { return configuration_; }
   std::optional<URL> url() const override { return url_; }
   std::string title() const override { return {}; }
-  bool isLoading() const override { return false; }
+  bool isLoading() const override { return isUnderWay; }
   void load(const URLRequest& request) override;
   void loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) override;
   void reload() override { ++reloads; }

@@ -1,4 +1,3 @@
-#include "Markdown/MarkdownUIView.h"
 #include "Platform/NSHostingController.h"
 #include "WebView/FindableWebView.h"
 #include "WebView/WebViewHelper.h"
@@ -32,7 +31,7 @@ class FindableWebViewTest : public AppFixture {
             .webView = main,
             .pages = ServicePages({pages.at(chatgpt), pages.at(bard), pages.at(bitbucket), pages.at(gitlab),
                                    pages.at(hemingway), pages.at(jira)}),
-            .markdownView = MarkdownUIView{},
+            .markdownView = platform::Text("Markdown"),
             .sharedState = state};
   }
   void setSize(double width, double height) {
