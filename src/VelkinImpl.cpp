@@ -30,7 +30,6 @@ struct VelkinImpl::Rooms {
         views({.menu = &owner,
                .releaseNotes = &owner,
                .about = &owner,
-               .appearance = &owner,
                .urlEditing = &owner,
                .onboarding = &owner},
               content),

@@ -46,13 +46,13 @@ struct OnboardingSizeUIView {
 std::shared_ptr<NSHostingController<FindableWebView>> ViewFactory::container() const {
   // A new one each time: its text goes with it.
   content_.scratchpad = std::make_shared<MarkdownScratchpad>(preview_);
-  return host(FindableWebView{.menuDelegate = delegates_.menu,
-                              .scripting = content_.scripting,
-                              .webView = content_.currentWebView,
-                              .pages = content_.pages,
-                              .markdownView = MarkdownUIView{.sharedState = content_.sharedState,
-                                                             .pad = content_.scratchpad},
-                              .sharedState = content_.sharedState});
+  return host(FindableWebView{
+      .menuDelegate = delegates_.menu,
+      .scripting = content_.scripting,
+      .webView = content_.currentWebView,
+      .pages = content_.pages,
+      .markdownView = MarkdownUIView{.sharedState = content_.sharedState, .pad = content_.scratchpad},
+      .sharedState = content_.sharedState});
 }
 
 std::shared_ptr<NSHostingController<ReleaseNotesUIView>> ViewFactory::releaseNotes() const {
