@@ -21,6 +21,7 @@ class ViewFactory {
     MenuHelperDelegate* menu = nullptr;
     ReleaseNotesUIViewDelegate* releaseNotes = nullptr;
     AboutUIViewDelegate* about = nullptr;
+    AppearanceUIViewDelegate* appearance = nullptr;
     EasterEggUrlEditingUIViewDelegate* urlEditing = nullptr;
     OnboardingUIViewDelegate* onboarding = nullptr;
   };
