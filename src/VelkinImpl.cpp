@@ -30,6 +30,7 @@ struct VelkinImpl::Rooms {
         views({.menu = &owner,
                .releaseNotes = &owner,
                .about = &owner,
+               .appearance = &owner,
                .urlEditing = &owner,
                .onboarding = &owner},
               content),

@@ -30,8 +30,7 @@ platform::View AppearanceButtonRow::body() const {
         ButtonStyle::borderless));
   }
   buttons.push_back(Spacer());
-  return HStack({.spacing = 8}, std::move(buttons))
-      .frame({.minHeight = buttonAreaHeight});
+  return HStack({.spacing = 8}, std::move(buttons)).frame({.minHeight = buttonAreaHeight});
 }
 
 }  // namespace velkin

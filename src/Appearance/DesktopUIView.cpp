@@ -19,9 +19,9 @@ View DesktopUIView::body() const {
   const Frame frame{.width = desktopViewWidth, .height = desktopViewHeight};
   const auto shown = picture.get();
   // Nothing of another picture before the user's own is there.
-  const auto background = shown ? ImageView(shown).frame(frame).cornerRadius(cornerRadius)
-                                : VStack({}).frame(frame).background({Color::Role::gray, 0.4}).cornerRadius(
-                                      cornerRadius);
+  const auto background =
+      shown ? ImageView(shown).frame(frame).cornerRadius(cornerRadius)
+            : VStack({}).frame(frame).background({Color::Role::gray, 0.4}).cornerRadius(cornerRadius);
   const auto window = PreviewUIView{previewSize(selectedWidth), previewSize(selectedHeight)};
   // The window hangs from the edge of the desktop.
   const auto hanging =

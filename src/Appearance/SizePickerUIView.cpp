@@ -37,7 +37,8 @@ View scalePicker(const std::string& title, const Scale& scale, const Binding<Siz
 View SizePickerUIView::body() const {
   return HStack({.spacing = 20, .alignment = Alignment::top},
                 {Spacer(),
-                 View(DesktopUIView{.selectedWidth = selectedWidth.get(), .selectedHeight = selectedHeight.get()}),
+                 View(DesktopUIView{.selectedWidth = selectedWidth.get(),
+                                    .selectedHeight = selectedHeight.get()}),
                  View(SizeRadioUIView{delegate, defaults, selectedWidth.binding(), selectedHeight.binding()}),
                  Spacer()})
       .padding(EdgeInsets{10, 16, 8, 16});

@@ -13,8 +13,8 @@ namespace {
 constexpr double spacing = 12;
 /// Room for a sample, and for a choice's name below it.
 constexpr double columnWidth = 88;
-constexpr double rowWidth = columnWidth * allAppearanceFontSizes.size() +
-                            spacing * (allAppearanceFontSizes.size() - 1);
+constexpr double rowWidth =
+    columnWidth * allAppearanceFontSizes.size() + spacing * (allAppearanceFontSizes.size() - 1);
 
 }  // namespace
 
@@ -29,17 +29,17 @@ View ZoomPickerUIView::body() const {
   std::vector<std::string> labels;
   for (const auto size : allAppearanceFontSizes) {
     labels.emplace_back(stringValue(size));
-    items.push_back(VStack({View(ZoomTextSelectionUIView{.fontSize = size,
-                                                         .isSelected = selectedFontSize.get() == size,
-                                                         .iconSize = fontZoomIconSize,
-                                                         .samples = samples,
-                                                         .action = [self = *this, size] { self.select(size); }})})
-                        .frame({.width = columnWidth}));
+    items.push_back(
+        VStack({View(ZoomTextSelectionUIView{.fontSize = size,
+                                             .isSelected = selectedFontSize.get() == size,
+                                             .iconSize = fontZoomIconSize,
+                                             .samples = samples,
+                                             .action = [self = *this, size] { self.select(size); }})})
+            .frame({.width = columnWidth}));
   }
-  const Binding<int> position([selected = selectedFontSize] { return static_cast<int>(selected.get()); },
-                              [self = *this](int index) {
-                                self.select(allAppearanceFontSizes[static_cast<std::size_t>(index)]);
-                              });
+  const Binding<int> position(
+      [selected = selectedFontSize] { return static_cast<int>(selected.get()); },
+      [self = *this](int index) { self.select(allAppearanceFontSizes[static_cast<std::size_t>(index)]); });
   return VStack({.spacing = 6},
                 {Text("Font Size").font(Font::title2).accessibilityRole(AccessibilityRole::heading),
                  HStack({.spacing = spacing}, std::move(items)),
@@ -54,12 +54,13 @@ View ZoomPickerUIView::body() const {
 
 View ZoomTextSelectionUIView::body() const {
   const Frame frame{.width = iconSize, .height = iconSize};
-  const auto page = View(ZoomTextWebView{fontSize, samples})
-                        .frame(frame)
-                        .border({isSelected ? Color::Role::accent : Color::Role::primary, isSelected ? 1 : 0.15})
-                        .cornerRadius(8)
-                        // It shows how text looks; the keyboard passes by, to the choices below.
-                        .disabled(true);
+  const auto page =
+      View(ZoomTextWebView{fontSize, samples})
+          .frame(frame)
+          .border({isSelected ? Color::Role::accent : Color::Role::primary, isSelected ? 1 : 0.15})
+          .cornerRadius(8)
+          // It shows how text looks; the keyboard passes by, to the choices below.
+          .disabled(true);
   return ZStack({page, VStack({}).frame(frame).onTapGesture(action)})
       .accessibilityRole(AccessibilityRole::none);
 }

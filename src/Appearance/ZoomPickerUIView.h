@@ -17,7 +17,8 @@ namespace velkin {
 struct ZoomPickerUIView {
   UserDefaultsHelper defaults = {};
   std::function<platform::WKWebView&()> webView;
-  platform::State<AppearanceFontSize> selectedFontSize{fromRawValue<AppearanceFontSize>(defaults.webViewZoom())};
+  platform::State<AppearanceFontSize> selectedFontSize{
+      fromRawValue<AppearanceFontSize>(defaults.webViewZoom())};
   /// Points.
   double fontZoomIconSize = 64;
   std::shared_ptr<ZoomSamples> samples;

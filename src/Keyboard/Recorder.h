@@ -12,9 +12,9 @@ namespace velkin::KeyboardShortcuts {
 /// A recorder among the described views, with a label before it if it has a title. On a desktop that hands
 /// out the keys itself it shows what the desktop gave, and records nothing.
 struct Recorder {
-  explicit Recorder(const Name& name, RecorderCocoa::OnChange onChange = {})
-      : Recorder(std::string(), name, std::move(onChange)) {}
-  Recorder(std::string title, const Name& name, RecorderCocoa::OnChange onChange = {});
+  explicit Recorder(const Name& shortcutName, RecorderCocoa::OnChange changed = {})
+      : Recorder(std::string(), shortcutName, std::move(changed)) {}
+  Recorder(std::string label, const Name& shortcutName, RecorderCocoa::OnChange changed = {});
 
   std::string title;
   Name name;

@@ -78,7 +78,9 @@ View EditSidebarGroupButtonView::label() const {
   return HStack({.spacing = 10},
                 {Symbol(imageIconName).frame({.height = 24}),
                  VStack({.spacing = 0, .alignment = Alignment::leading},
-                        {Text(firstLine()).lineLimit(1).frame({.maxWidth = buttonWidth, .alignment = Alignment::leading}),
+                        {Text(firstLine())
+                             .lineLimit(1)
+                             .frame({.maxWidth = buttonWidth, .alignment = Alignment::leading}),
                          when(!isGroupNil.get(),
                               [this] {
                                 return Text(secondLine())

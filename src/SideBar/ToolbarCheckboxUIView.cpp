@@ -7,7 +7,8 @@ namespace velkin {
 platform::View ToolbarCheckboxUIView::body() const {
   using namespace platform;
   // Whoever serves the action sets the state, for the menu too.
-  const Binding<bool> isShown([state = sharedState.shared()] { return state->showToolbar.get(); }, [](bool) {});
+  const Binding<bool> isShown([state = sharedState.shared()] { return state->showToolbar.get(); },
+                              [](bool) {});
   return VStack({.spacing = 8, .alignment = Alignment::fill},
                 {Text("Toolbar")
                      .font(Font::title2)

@@ -141,9 +141,10 @@ void ImportExportManager::showDocumentPicker(const platform::NSView* view) const
 void ImportExportManager::presentImportDataDialog(const platform::NSView* view,
                                                   const VelkinSettings& settings) const {
   constexpr std::size_t yes = 1;
-  const NSAlert alert{.messageText = "Import Settings",
-                      .informativeText = "Found settings in file. Import them?",
-                      .buttons = {{"No", NSAlert::Button::Role::cancel}, {"Yes", NSAlert::Button::Role::confirm}}};
+  const NSAlert alert{
+      .messageText = "Import Settings",
+      .informativeText = "Found settings in file. Import them?",
+      .buttons = {{"No", NSAlert::Button::Role::cancel}, {"Yes", NSAlert::Button::Role::confirm}}};
   alert.beginSheetModal(view, [settings](std::size_t button) {
     if (button == yes) SettingsManager().setUserDefaultSettings(settings);
   });
@@ -158,11 +159,10 @@ void ImportExportManager::exportToFile(const platform::NSView* view, Failed fail
                                     .nameFieldStringValue = getFileName(),
                                     .allowedFileTypes = JsonDocument::readableContentTypes(),
                                     .use = dialogueUse};
-  panel.beginSheetModal(
-      view, [document = std::move(*document),
-             failed = std::move(failed)](const std::optional<platform::NSSavePanel::Choice>& choice) {
-        save(document, choice, failed);
-      });
+  panel.beginSheetModal(view, [document = std::move(*document), failed = std::move(failed)](
+                                  const std::optional<platform::NSSavePanel::Choice>& choice) {
+    save(document, choice, failed);
+  });
 }
 
 void ImportExportManager::importFromFile(const platform::NSView* view, Failed failed) const {
@@ -181,8 +181,8 @@ void ImportExportManager::importFromFile(const platform::NSView* view, Failed fa
     alert.beginSheetModal(view, [self, jsonUrl = *jsonUrl, failed](std::size_t button) {
       if (button != import) return;
       self.importJsonFrom(
-          jsonUrl,
-          [](const VelkinSettings& settings) { SettingsManager().setUserDefaultSettings(settings); }, failed);
+          jsonUrl, [](const VelkinSettings& settings) { SettingsManager().setUserDefaultSettings(settings); },
+          failed);
     });
   });
 }

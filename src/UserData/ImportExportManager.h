@@ -13,8 +13,8 @@ class NSView;
 
 namespace velkin {
 
-/// Takes the settings into a file and out of one. Paths are absolute. Has no state of its own; what goes wrong
-/// is logged, without anything of a document's text, and changes no setting. Main thread.
+/// Takes the settings into a file and out of one. Paths are absolute. Has no state of its own; what goes
+/// wrong is logged, without anything of a document's text, and changes no setting. Main thread.
 class ImportExportManager {
  public:
   /// Told what went wrong, in a sentence for the page that asked.

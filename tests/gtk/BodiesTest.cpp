@@ -62,8 +62,8 @@ class BodiesTest : public GtkFixture {
 TEST_F(BodiesTest, TheToolbarStandsAboveThePageWithItsButtonsInOrder) {
   state->showToolbar.set(true);
   showView(container(), 600, 500);
-  const std::vector<std::string> starts = {"Open In Browser", "Return to Home", "Reload Page",
-                                           "Appearance Setting", "Quit"};
+  const std::vector<std::string> starts = {"Open In Browser",    "Return to Home", "Reload Page",
+                                           "Appearance Setting", "Quit",           "Page Settings"};
   std::vector<GtkWidget*> tools;
   for (auto* button : buttons()) {
     if (gtk_widget_get_tooltip_text(button) != nullptr) tools.push_back(button);

@@ -1,5 +1,4 @@
 #include "Platform/Gtk/DesktopPictures.h"
-
 #include "Platform/Gtk/GtkImage.h"
 #include "gtk/GtkFixture.h"
 #include "unit/TemporaryFolder.h"
@@ -96,7 +95,8 @@ TEST(DesktopPicturesTest, OfAPackageTheSmallestThatIsLargeEnoughIsTaken) {
   const TemporaryFolder folder;
   const auto images = folder.path() / "contents" / "images";
   std::filesystem::create_directories(images);
-  for (const auto* name : {"400x300.png", "5120x2880.png", "1280x800.png", "readme"}) writeFile(images / name, "");
+  for (const auto* name : {"400x300.png", "5120x2880.png", "1280x800.png", "readme"})
+    writeFile(images / name, "");
   EXPECT_EQ(pictureOfPackage(folder.path().string(), false), (images / "1280x800.png").string());
   EXPECT_EQ(pictureOfPackage(folder.path().string(), true), (images / "1280x800.png").string());
   EXPECT_EQ(pictureOfPackage("/nowhere", false), std::nullopt);
@@ -142,8 +142,9 @@ class ImageTest : public GtkFixture {
 };
 
 TEST_F(ImageTest, APictureOfAnySizeAsksForTheSizeInWhichItIsShown) {
-  for (const auto& path : {save("small.png", 3, 2), save("large.jpg", 4000, 3000), save("high.png", 300, 900),
-                           write("drawing.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='20'/>")}) {
+  for (const auto& path :
+       {save("small.png", 3, 2), save("large.jpg", 4000, 3000), save("high.png", 300, 900),
+        write("drawing.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='20'/>")}) {
     const auto image = load(path);
     ASSERT_NE(image, nullptr) << path;
     EXPECT_EQ(image->frame().size, size);
@@ -160,8 +161,9 @@ TEST_F(ImageTest, APictureOfAnySizeAsksForTheSizeInWhichItIsShown) {
 TEST_F(ImageTest, WhatIsNoPictureIsNeverWaitedForAndIsNone) {
   const auto pipe = (folder.path() / "pipe").string();
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  for (const auto& path : {pipe, folder.path().string(), std::string("/dev/zero"), std::string("/nowhere"),
-                           write("text.jpg", "no picture"), write("empty.png", ""), save("line.png", 1, 3000)})
+  for (const auto& path :
+       {pipe, folder.path().string(), std::string("/dev/zero"), std::string("/nowhere"),
+        write("text.jpg", "no picture"), write("empty.png", ""), save("line.png", 1, 3000)})
     EXPECT_EQ(load(path), nullptr) << path;
 }
 

@@ -232,7 +232,8 @@ std::optional<std::string> pictureOfPackage(const std::string& folder, bool isDa
       int width = 0;
       int height = 0;
       if (std::sscanf(entry.path().filename().c_str(), "%dx%d", &width, &height) != 2) continue;
-      const bool isBetter = bestWidth < wideEnough ? width > bestWidth : width >= wideEnough && width < bestWidth;
+      const bool isBetter =
+          bestWidth < wideEnough ? width > bestWidth : width >= wideEnough && width < bestWidth;
       if (!isBetter) continue;
       best = entry.path().string();
       bestWidth = width;
@@ -261,7 +262,8 @@ std::optional<std::string> firstSlide(std::string_view slideShow) {
   const std::unique_ptr<GMarkupParseContext, MarkupDeleter> context(
       g_markup_parse_context_new(&parser, GMarkupParseFlags(0), &slide, nullptr));
   // Only its beginning may be there.
-  g_markup_parse_context_parse(context.get(), slideShow.data(), static_cast<gssize>(slideShow.size()), nullptr);
+  g_markup_parse_context_parse(context.get(), slideShow.data(), static_cast<gssize>(slideShow.size()),
+                               nullptr);
   if (slide.path.empty()) return std::nullopt;
   return slide.path;
 }

@@ -102,7 +102,8 @@ GtkWorkspace::~GtkWorkspace() {
 void GtkWorkspace::listenToNotices(GDBusConnection* connection) {
   if (noticeSubscription_ != 0) return;
   noticeSubscription_ = g_dbus_connection_signal_subscribe(
-      connection, noticeService, noticeService, "ActionInvoked", noticePath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+      connection, noticeService, noticeService, "ActionInvoked", noticePath, nullptr,
+      G_DBUS_SIGNAL_FLAGS_NONE,
       [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters,
          gpointer self) {
         if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(us)"))) return;

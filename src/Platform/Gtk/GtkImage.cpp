@@ -119,9 +119,9 @@ Pixbuf fitted(const Pixbuf& decoded, PixelSize size) {
         gdk_pixbuf_scale_simple(picture.get(), wanted->width, wanted->height, GDK_INTERP_BILINEAR));
     if (!picture) return {};
   }
-  const auto part = Pixbuf::adopt(gdk_pixbuf_new_subpixbuf(picture.get(), (wanted->width - size.width) / 2,
-                                                           (wanted->height - size.height) / 2, size.width,
-                                                           size.height));
+  const auto part =
+      Pixbuf::adopt(gdk_pixbuf_new_subpixbuf(picture.get(), (wanted->width - size.width) / 2,
+                                             (wanted->height - size.height) / 2, size.width, size.height));
   // The part alone: the whole isn't needed any more.
   return Pixbuf::adopt(gdk_pixbuf_copy(part.get()));
 }
@@ -202,11 +202,12 @@ void loadImage(const std::string& path, NSSize size, NSImage::Completion complet
     return std::max(1, static_cast<int>(std::lround(points)) * scale);
   };
   const auto task = GObjectPtr<GTask>::adopt(g_task_new(nullptr, nullptr, loaded, nullptr));
-  g_task_set_task_data(task.get(),
-                       std::make_unique<Loading>(Loading{path, size, {pixels(size.width), pixels(size.height)},
-                                                         std::move(completion)})
-                           .release(),
-                       [](gpointer data) { std::default_delete<Loading>()(static_cast<Loading*>(data)); });
+  g_task_set_task_data(
+      task.get(),
+      std::make_unique<Loading>(
+          Loading{path, size, {pixels(size.width), pixels(size.height)}, std::move(completion)})
+          .release(),
+      [](gpointer data) { std::default_delete<Loading>()(static_cast<Loading*>(data)); });
   g_task_run_in_thread(task.get(), load);
 }
 

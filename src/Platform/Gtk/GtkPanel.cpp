@@ -18,14 +18,15 @@ namespace {
 /// About as much as window managers put above a window.
 constexpr double titleHeight = 32;
 
-/// Where the upper edge of a panel goes that is to be at `frame`: all of it is on the main screen, or at least
-/// its title.
+/// Where the upper edge of a panel goes that is to be at `frame`: all of it is on the main screen, or at
+/// least its title.
 double onScreen(const NSRect& frame, bool hasTitle) {
   const auto screen = NSScreen::main();
   if (!screen) return frame.maxY();
   const auto& visible = screen->visibleFrame;
   const double highest = visible.maxY() - (hasTitle ? titleHeight : 0);
-  return std::min(std::max(frame.maxY(), visible.minY() + frame.size.height), std::max(highest, visible.minY()));
+  return std::min(std::max(frame.maxY(), visible.minY() + frame.size.height),
+                  std::max(highest, visible.minY()));
 }
 
 }  // namespace

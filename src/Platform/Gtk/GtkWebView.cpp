@@ -142,10 +142,9 @@ WebKitWebView* GtkWebView::engineView() {
   userContent_ = GObjectPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new());
   addUserContent();
   const bool isIsolated = configuration_.isIsolated;
-  auto* session =
-      isIsolated && !configuration_.isolatedPictures
-          ? engine.sessionToNowhere()
-          : engine.session(!isIsolated && configuration_.usesPersistentDataStore);
+  auto* session = isIsolated && !configuration_.isolatedPictures
+                      ? engine.sessionToNowhere()
+                      : engine.session(!isIsolated && configuration_.usesPersistentDataStore);
   const auto policy = isIsolated ? isolatedContentSecurityPolicy(configuration_.isolatedScripts,
                                                                  configuration_.isolatedPictures)
                                  : std::string();
@@ -154,9 +153,10 @@ WebKitWebView* GtkWebView::engineView() {
   const auto& pool = configuration_.processPool;
   if (pool && !pool->views.empty()) {
     // A related view takes session and context from the other one.
-    view_ = WEBKIT_WEB_VIEW(g_object_new(
-        WEBKIT_TYPE_WEB_VIEW, "related-view", pool->views.front(), "settings", settings_.get(),
-        "user-content-manager", userContent_.get(), "default-content-security-policy", contentPolicy, nullptr));
+    view_ =
+        WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", pool->views.front(), "settings",
+                                     settings_.get(), "user-content-manager", userContent_.get(),
+                                     "default-content-security-policy", contentPolicy, nullptr));
   } else {
     view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "web-context",
                                          engine.context(), "settings", settings_.get(),

@@ -1,5 +1,4 @@
 #include "Appearance/AppearanceUIView.h"
-
 #include "Appearance/DesktopUIView.h"
 #include "Platform/Headless/HeadlessViewTree.h"
 #include "unit/AppFixture.h"
@@ -24,7 +23,9 @@ class AppearanceTest : public AppFixture {
     controller->appearanceClicked();
     desktop.queue.drain();
   }
-  platform::HeadlessHostingView& tree() { return platform::headlessTree(*controller->appearanceHostingController()); }
+  platform::HeadlessHostingView& tree() {
+    return platform::headlessTree(*controller->appearanceHostingController());
+  }
   HeadlessView& picker(std::string_view title) {
     for (auto* view : tree().all<platform::PickerContent>()) {
       if (std::get<platform::PickerContent>(view->element().content).title == title) return *view;
@@ -40,7 +41,9 @@ class AppearanceTest : public AppFixture {
   }
   bool hasPreview(std::string_view sizes) {
     const auto label = "Preview: " + std::string(sizes);
-    return !tree().all([&](const HeadlessView& view) { return view.element().modifiers.label == label; }).empty();
+    return !tree()
+                .all([&](const HeadlessView& view) { return view.element().modifiers.label == label; })
+                .empty();
   }
   /// The samples' engines.
   std::vector<platform::HeadlessWebView*> samples() {

@@ -218,9 +218,9 @@ TEST_F(AddressRowsTest, WhatARowStoresAlwaysParses) {
                                           "a\nb",
                                           "1:2"};
   for (const auto& text : texts) {
-    const auto stored = storableAddress(text);
-    EXPECT_TRUE(platform::URL::parse(stored).has_value()) << text.substr(0, 40);
-    setUrl(EasterEggItem::gitLab, stored);
+    const auto kept = storableAddress(text);
+    EXPECT_TRUE(platform::URL::parse(kept).has_value()) << text.substr(0, 40);
+    setUrl(EasterEggItem::gitLab, kept);
     EXPECT_FALSE(url(EasterEggItem::gitLab).empty());
   }
   EXPECT_EQ(storableAddress(" https://example.org/a%20b "), "https://example.org/a%20b");

@@ -3,9 +3,9 @@
 #include "gtest/gtest.h"
 #include "plist/plist.h"
 
-#include <cstdlib>
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <vector>

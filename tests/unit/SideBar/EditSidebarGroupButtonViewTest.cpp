@@ -1,8 +1,7 @@
-#include "SideBar/EditSidebarGroupButtonView.h"
-
 #include "Helpers/UserDefaultsHelper.h"
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "Platform/Headless/HeadlessViewTree.h"
+#include "SideBar/EditSidebarGroupButtonView.h"
 #include "SideBar/SidebarGroupUIView.h"
 #include "SideBar/ToolbarCheckboxUIView.h"
 
@@ -20,8 +19,10 @@ using enum WebViewSwitchType;
 struct Editor {
   State<SidebarGroup> group{SidebarGroup{}};
   State<bool> isNil{true};
-  EditSidebarGroupButtonView view{
-      .imageIconName = "1.square", .title = "Sidebar 1", .group = group.binding(), .isGroupNil = isNil.binding()};
+  EditSidebarGroupButtonView view{.imageIconName = "1.square",
+                                  .title = "Sidebar 1",
+                                  .group = group.binding(),
+                                  .isGroupNil = isNil.binding()};
 
   void choose(int main, int first, int second) const {
     view.mainView.set(main);
@@ -38,8 +39,8 @@ TEST(EditSidebarGroupButtonViewTest, DoneNeedsAMainViewAndASidebarAndNoViewTwice
     for (int first = 0; first < 8; ++first) {
       for (int second = 0; second < 8; ++second) {
         editor.choose(main, first, second);
-        const bool isGroup = main != 0 && (first != 0 || second != 0) && first != main && second != main &&
-                             first != second;
+        const bool isGroup =
+            main != 0 && (first != 0 || second != 0) && first != main && second != main && first != second;
         EXPECT_EQ(editor.view.isDoneDisabled(), !isGroup) << main << first << second;
         allowed += isGroup ? 1 : 0;
       }
@@ -150,13 +151,14 @@ TEST_F(GroupsTest, DoneThatIsDisabledStoresNothing) {
 TEST_F(GroupsTest, AStoredGroupIsShownAndItsEditorBeginsWithIt) {
   defaults.setSidebarGroup({.isFullScreen = true, .mainView = bard, .sideBar1 = gitlab, .sideBar2 = jira},
                            UserDefault::sideBarGroup3);
-  const auto label = "Sidebar 3: 🅵" + std::string(viewName(bard)) + ", " + std::string(viewName(gitlab)) + " " +
-                     std::string(viewName(jira));
+  const auto label = "Sidebar 3: 🅵" + std::string(viewName(bard)) + ", " + std::string(viewName(gitlab)) +
+                     " " + std::string(viewName(jira));
   open(label);
   ASSERT_EQ(pickers().size(), 3U);
   const int expected[] = {2, 4, 6};
   for (std::size_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(std::get<platform::PickerContent>(pickers()[i]->element().content).selection.get(), expected[i]);
+    EXPECT_EQ(std::get<platform::PickerContent>(pickers()[i]->element().content).selection.get(),
+              expected[i]);
   }
   EXPECT_NE(tree().control("FullScreen, checked"), nullptr);
 }

@@ -1,8 +1,7 @@
-#include "UserData/ImportExportManager.h"
-
 #include "Platform/DebugLog.h"
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "Platform/NSTemporaryDirectory.h"
+#include "UserData/ImportExportManager.h"
 #include "UserData/SettingsManager.h"
 #include "UserData/VelkinSettingsJSON.h"
 #include "unit/TemporaryFolder.h"

@@ -104,7 +104,8 @@ TEST(VelkinSettingsTest, AnyWrongTypeInAnyFieldFailsTheWhole) {
       text.append(keyOf(field)).append("\": ").append(values[i]).append("}");
       const auto settings = decodeVelkinSettings(text);
       EXPECT_EQ(settings.has_value(), taken[field.member.index()][i]) << text;
-      if (!settings) EXPECT_THAT(settings.error(), HasSubstr(keyOf(field)));
+      if (settings) continue;
+      EXPECT_THAT(settings.error(), HasSubstr(keyOf(field)));
     }
   }
 }

@@ -98,7 +98,7 @@ class FindableWebViewTest : public AppFixture {
   }
 };
 
-constexpr const char* toolbar = "[button button button button button]";
+constexpr const char* toolbar = "[button button button button button button]";
 
 TEST_F(FindableWebViewTest, EachOfTheSevenFlagsMeansThatThereIsASidebar) {
   const auto view = container();
