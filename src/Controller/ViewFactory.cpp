@@ -9,7 +9,6 @@
 #include "Onboarding/AboutUIView.h"
 #include "Onboarding/EasterEggUrlEditingUIView.h"
 #include "Onboarding/OnboardingUIView.h"
-#include "Onboarding/PagePlace.h"
 #include "SearchBar/SearchBarView.h"
 #include "SideBar/SidebarGroupUIView.h"
 #include "SideBar/ToolbarCheckboxUIView.h"
