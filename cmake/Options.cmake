@@ -11,7 +11,7 @@ if(VELKIN_SANITIZE)
   # The web engine's libraries carry no type information, and call functions of the standard library's templates that
   # stand in our program too: a look at the types of their objects would end it.
   add_compile_options(-fsanitize=${VELKIN_SANITIZE} -fno-sanitize=vptr -fno-sanitize-recover=all
-                      -fno-omit-frame-pointer -O1 -g1)
+                      -fno-omit-frame-pointer -g1)
   add_link_options(-fsanitize=${VELKIN_SANITIZE})
   # What the sanitizers put between the lines makes g++ 12 see accesses out of bounds that are not there.
   target_compile_options(velkin_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds>

@@ -29,8 +29,8 @@ std::weak_ptr<RecorderCocoa>& recording() {
 
 bool isFunctionKey(const NSEvent& event) {
   if (Key{event.keyCode}.isFunctionKey()) return true;
-  std::string_view characters = event.charactersIgnoringModifiers ? *event.charactersIgnoringModifiers : "";
-  if (characters.empty()) return false;
+  if (!event.charactersIgnoringModifiers || event.charactersIgnoringModifiers->empty()) return false;
+  std::string_view characters = *event.charactersIgnoringModifiers;
   const auto character = platform::takeCharacter(characters);
   return character && characters.empty() && NSEvent::SpecialKey{*character}.isFunctionKey();
 }

@@ -20,6 +20,7 @@ namespace {
 constexpr std::size_t sizeLimit = 2 * FileUserDefaults::largestFile;
 /// What a file that an earlier version let grow beyond its size still takes.
 constexpr std::size_t smallGrowth = std::size_t{64} << 10U;
+constexpr std::chrono::seconds lastPatience(1);
 
 double secondsSince1970() {
   if (const auto* platform = Platform::installed()) return platform->now();
@@ -98,7 +99,10 @@ FileUserDefaults::FileUserDefaults(const std::filesystem::path& path)
   if (state_ == FileState::corrupt) setAside();
 }
 
-FileUserDefaults::~FileUserDefaults() = default;
+FileUserDefaults::~FileUserDefaults() {
+  std::unique_lock lock(mutex_);
+  lockCame_.wait_for(lock, lastPatience, [this] { return unwritten_.empty() || !lock_.isWaiting(); });
+}
 
 void FileUserDefaults::setObject(PropertyListValue value, std::string_view key) {
   const Session session(*this);
@@ -188,6 +192,8 @@ void FileUserDefaults::write() {
 void FileUserDefaults::lockArrived(PatientLock::Answer lock) {
   const Session session(*this);
   lock_.arrived();
+  // Whoever waits goes on when this session ends.
+  lockCame_.notify_all();
   if (!lock) return fail(lock.error().why);
   if (unwritten_.empty() || holders_ > 0) return;
   note("lockArrived(_:)", "The lock of the settings file is free");

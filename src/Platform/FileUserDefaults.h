@@ -4,6 +4,7 @@
 #include "Platform/PatientLock.h"
 #include "Platform/WholeFile.h"
 
+#include <condition_variable>
 #include <filesystem>
 #include <map>
 #include <mutex>
@@ -34,6 +35,7 @@ class FileUserDefaults : public NSUserDefaults {
 
   /// `path`: the file; it and its folder (then 0700) are made at the first set. A symbolic link is followed.
   explicit FileUserDefaults(const std::filesystem::path& path);
+  /// Gives a process that holds the lock one more second to let go, if there is something left to write.
   ~FileUserDefaults() override;
 
   void setObject(PropertyListValue value, std::string_view key) override;
@@ -81,6 +83,7 @@ class FileUserDefaults : public NSUserDefaults {
   /// What was set here and isn't on disk; an absent value was removed.
   std::map<std::string, std::optional<PropertyListValue>, std::less<>> unwritten_;
   int holders_ = 0;
+  std::condition_variable lockCame_;
   mutable std::vector<std::string> notes_;
   /// Its late answers use all of the above.
   PatientLock lock_;

@@ -27,6 +27,8 @@ class PatientLock {
   Answer take();
   /// To be called by `whenLate`, kept apart from `take`: from here on the next `take` asks anew.
   void arrived();
+  /// True while an answer for `whenLate` is to come. Kept apart from `take`, too.
+  bool isWaiting() const { return isWaiting_; }
 
  private:
   struct Request;

@@ -166,7 +166,7 @@ TEST_F(SoupURLSessionTest, NobodyThereIsAnError) {
 }
 
 TEST_F(SoupURLSessionTest, SixteenMegabytesArriveAndOneByteMoreDoesNot) {
-  std::string body(16U << 20U, 'y');
+  const std::string body(16U << 20U, 'y');
   const LoopbackServer server([&body](int connection, const std::string&) {
     LoopbackServer::send(connection, LoopbackServer::answer(200, body));
   });
@@ -174,8 +174,10 @@ TEST_F(SoupURLSessionTest, SixteenMegabytesArriveAndOneByteMoreDoesNot) {
   ASSERT_TRUE(told.data);
   EXPECT_EQ(told.data->size(), body.size());
   EXPECT_TRUE(*told.data == body);
-  body += 'y';
-  told = ask(requestTo(server));
+  const LoopbackServer longer([&body](int connection, const std::string&) {
+    LoopbackServer::send(connection, LoopbackServer::answer(200, body + 'y'));
+  });
+  told = ask(requestTo(longer));
   EXPECT_FALSE(told.data);
   EXPECT_FALSE(told.response);
   EXPECT_EQ(told.error,

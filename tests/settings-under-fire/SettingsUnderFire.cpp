@@ -16,6 +16,7 @@
 #include <map>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -247,6 +248,14 @@ void writeAtOnce(const fs::path& path, int count) {
     writers.push_back(start([&](int) {
       FileUserDefaults defaults(path);
       for (int i = 0; i < count; ++i) defaults.setObject(i, name + std::to_string(i));
+      // A writer that the other one kept waiting is to end only when its last set is on disk.
+      const auto last = name + std::to_string(count - 1);
+      const auto isStored = [&] {
+        const auto content = parsed(path);
+        return content && content->contains(last);
+      };
+      for (int i = 0; i < 6000 && !isStored(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }));
   }
   for (const auto& writer : writers) {

@@ -132,7 +132,7 @@ void GtkDialogs::show(const NSSavePanel& panel, const NSView* view, NSSavePanel:
         const bool isToBeAsked = complete != choice->path && std::filesystem::exists(complete, error);
         choice->path = std::move(complete);
         if (isToBeAsked) {
-          askToReplace(panel, view, *choice, completion);
+          askToReplace(view, *choice, completion);
         } else {
           tellLater(completion, choice);
         }
@@ -140,18 +140,16 @@ void GtkDialogs::show(const NSSavePanel& panel, const NSView* view, NSSavePanel:
       }));
 }
 
-void GtkDialogs::askToReplace(const NSSavePanel& panel, const NSView* view, NSSavePanel::Choice choice,
+void GtkDialogs::askToReplace(const NSView* view, NSSavePanel::Choice choice,
                               NSSavePanel::Completion completion) {
   const NSAlert question{
       .messageText = "Replace “" + std::filesystem::path(choice.path).filename().string() + "”?",
       .informativeText = "A file of this name is there already. What it holds will be lost.",
       .buttons = {{"Cancel", NSAlert::Button::Role::cancel}, {"Replace", NSAlert::Button::Role::destroy}}};
-  show(question, view,
-       [this, alive = std::weak_ptr(isAlive_), panel, view, choice = std::move(choice),
-        completion = std::move(completion)](std::size_t button) {
-         const bool isReplaced = button == 1;
-         if (completion) completion(isReplaced ? std::optional(choice) : std::nullopt);
-       });
+  show(question, view, [choice = std::move(choice), completion = std::move(completion)](std::size_t button) {
+    const bool isReplaced = button == 1;
+    if (completion) completion(isReplaced ? std::optional(choice) : std::nullopt);
+  });
 }
 
 void GtkDialogs::show(const NSOpenPanel& panel, const NSView* view, NSOpenPanel::Completion completion) {

@@ -28,8 +28,7 @@ class GtkDialogs : public Dialogs {
  private:
   std::string folderFor(const std::string& use) const;
   void rememberFolder(const std::string& use, const std::string& path) const;
-  void askToReplace(const NSSavePanel& panel, const NSView* view, NSSavePanel::Choice choice,
-                    NSSavePanel::Completion completion);
+  void askToReplace(const NSView* view, NSSavePanel::Choice choice, NSSavePanel::Completion completion);
 
   Surroundings surroundings_;
   std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);

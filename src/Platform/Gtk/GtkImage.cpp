@@ -3,6 +3,7 @@
 #include "Platform/DebugLog.h"
 #include "Platform/Gtk/DesktopPictures.h"
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkMainQueue.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/LogText.h"
 #include "Platform/WholeFile.h"
@@ -13,6 +14,8 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -133,16 +136,11 @@ struct Loading {
   NSImage::Completion completion;
 };
 
-void load(GTask* task, gpointer, gpointer data, GCancellable*) {
-  const auto& loading = *static_cast<Loading*>(data);
+Pixbuf load(const Loading& loading) {
   const auto file = openFirstPicture(loading.path);
-  Pixbuf picture;
-  if (file.isOpen()) {
-    if (const auto decoded = decode(file, loading.pixels)) picture = fitted(decoded, loading.pixels);
-  }
-  auto* result = picture.get();
-  if (result != nullptr) g_object_ref(result);
-  g_task_return_pointer(task, result, g_object_unref);
+  if (!file.isOpen()) return {};
+  const auto decoded = decode(file, loading.pixels);
+  return decoded ? fitted(decoded, loading.pixels) : Pixbuf{};
 }
 
 class GtkImage : public NSImage, public GtkViewBase {
@@ -174,10 +172,7 @@ class GtkImage : public NSImage, public GtkViewBase {
   GtkWidget* root_;
 };
 
-void loaded(GObject*, GAsyncResult* result, gpointer) {
-  auto* task = G_TASK(result);
-  const auto& loading = *static_cast<Loading*>(g_task_get_task_data(task));
-  const auto picture = Pixbuf::adopt(static_cast<GdkPixbuf*>(g_task_propagate_pointer(task, nullptr)));
+void loaded(const Loading& loading, const Pixbuf& picture) {
   if (!picture) debugLog("GtkImage", "loadImage(_:)", "A picture can't be drawn");
   loading.completion(picture ? std::make_shared<GtkImage>(picture.get(), loading.points) : nullptr);
 }
@@ -201,14 +196,20 @@ void loadImage(const std::string& path, NSSize size, NSImage::Completion complet
   const auto pixels = [scale](double points) {
     return std::max(1, static_cast<int>(std::lround(points)) * scale);
   };
-  const auto task = GObjectPtr<GTask>::adopt(g_task_new(nullptr, nullptr, loaded, nullptr));
-  g_task_set_task_data(
-      task.get(),
-      std::make_unique<Loading>(
-          Loading{path, size, {pixels(size.width), pixels(size.height)}, std::move(completion)})
-          .release(),
-      [](gpointer data) { std::default_delete<Loading>()(static_cast<Loading*>(data)); });
-  g_task_run_in_thread(task.get(), load);
+  auto loading = std::make_shared<const Loading>(
+      Loading{path, size, {pixels(size.width), pixels(size.height)}, std::move(completion)});
+  const auto tell = [](std::shared_ptr<const Loading> whose, Pixbuf picture) {
+    GtkMainQueue().async(
+        [whose = std::move(whose), picture = std::move(picture)] { loaded(*whose, picture); });
+  };
+  try {
+    std::thread([loading, tell]() mutable {
+      auto picture = load(*loading);
+      tell(std::move(loading), std::move(picture));
+    }).detach();
+  } catch (const std::system_error&) {
+    tell(std::move(loading), {});
+  }
 }
 
 }  // namespace platform

@@ -486,6 +486,16 @@ TEST_F(LockedFileTest, theStoreMayEndWhileTheLockIsWaitedFor) {
   EXPECT_TRUE(isOnDisk({{"b", 2}}));
 }
 
+TEST_F(LockedFileTest, aStoreThatEndsWaitsForALockThatIsJustLetGo) {
+  ForeignLock foreign(path_);
+  {
+    FileUserDefaults defaults(path_);
+    defaults.setObject(1, "a");
+    foreign.release();
+  }
+  EXPECT_TRUE(isOnDisk({{"a", 1}})) << contentsOf(path_);
+}
+
 TEST_F(LockedFileTest, aBatchThatIsOpenWhenTheLockComesIsWrittenAtItsEnd) {
   ForeignLock foreign(path_);
   FileUserDefaults defaults(path_);
