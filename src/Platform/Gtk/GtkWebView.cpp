@@ -501,6 +501,15 @@ void GtkWebView::createMHTMLData(DataCompletion completion) {
   });
 }
 
+void GtkWebView::printOperation(const NSPrintInfo& info, std::function<void()> ended) {
+  askToPrint(engineView(), engine_(), info, [alive = isAlive_, ended = std::move(ended)] {
+    // The dialogue is just being closed: what follows it may open the next one.
+    DispatchQueue::main().async([alive, ended] {
+      if (*alive) ended();
+    });
+  });
+}
+
 WKWebView::DataCompletion GtkWebView::whileAlive(DataCompletion completion) const {
   return [alive = isAlive_, completion = std::move(completion)](tl::expected<std::string, NSError> data) {
     if (*alive) completion(std::move(data));

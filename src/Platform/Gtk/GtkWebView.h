@@ -49,6 +49,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   void evaluateJavaScript(const std::string& script, ScriptCompletion completion) override;
   void createPDF(const WKPDFConfiguration& configuration, DataCompletion completion) override;
   void createMHTMLData(DataCompletion completion) override;
+  void printOperation(const NSPrintInfo& info, std::function<void()> ended) override;
 
  private:
   WebKitWebView* engineView();
