@@ -315,7 +315,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def big(self, service, request, body):
         row = ("<p>" + "0123456789" * 100 + "</p>\n").encode()
-        self.give(200, b"<title>Big</title>" + row * (50 * 1024 * 1024 // len(row)), "text/html")
+        # It tells of its load like any other page.
+        end = f"<script>{fill(SCRIPT, PAGE=service.newPage(request.path).id)}</script>".encode()
+        self.give(200, b"<title>Big</title>" + row * (50 * 1024 * 1024 // len(row)) + end, "text/html")
 
     def missing(self, service, request, body):
         self.give(404, b"nothing here")
