@@ -192,6 +192,19 @@ TEST_F(SystemServicesTest, ADocumentGoesThroughTheDialogueToThePrinterThatWasCho
   std::filesystem::remove(file);
 }
 
+TEST_F(SystemServicesTest, AViewThatWasNeverShownIsPrintedAtThePapersSizeAndNeverBlank) {
+  auto view = GtkPlatform::shared().makeWebView({}, {});
+  view->loadHTMLString("<div style='height: 100vh'>one</div><div style='height: 100vh'>two</div>",
+                       std::nullopt);
+  std::optional<tl::expected<std::string, NSError>> pdf;
+  // At once: its process hasn't even begun.
+  view->createPDF({}, [&](auto data) { pdf = std::move(data); });
+  ASSERT_TRUE(wait([&] { return pdf.has_value(); }));
+  ASSERT_TRUE(pdf->has_value()) << pdf->error().localizedDescription;
+  EXPECT_EQ(evaluateIn(*view, "innerHeight > 900"), "true");
+  EXPECT_TRUE((*pdf)->starts_with("%PDF-"));
+}
+
 TEST_F(SystemServicesTest, CancellingPrintsNothing) {
   show(gtk_label_new("below"));
   for (const int response : {int{GTK_RESPONSE_CANCEL}, int{GTK_RESPONSE_DELETE_EVENT}}) {
