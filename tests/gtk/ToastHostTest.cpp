@@ -25,6 +25,19 @@ TEST_F(ToastHostTest, WhatIsToldLastTakesThePlaceOfWhatWasToldBefore) {
   EXPECT_TRUE(wait([&] { return !isShown("Working…"); }));
 }
 
+TEST_F(ToastHostTest, ALongReasonIsReadToItsEnd) {
+  const std::string text =
+      "The page could not be saved: the new file can't be written: No space left on device, <b>and more</b>";
+  host.show(text);
+  ASSERT_TRUE(wait([&] { return isShown(text); }));
+  for (auto* label : all(GTK_WIDGET(window), GTK_TYPE_LABEL)) {
+    if (gtk_label_get_text(GTK_LABEL(label)) != text) continue;
+    ASSERT_TRUE(wait([&] { return gtk_widget_get_height(label) > 0; }));
+    EXPECT_FALSE(pango_layout_is_ellipsized(gtk_label_get_layout(GTK_LABEL(label))));
+    EXPECT_GT(pango_layout_get_line_count(gtk_label_get_layout(GTK_LABEL(label))), 1);
+  }
+}
+
 TEST_F(ToastHostTest, AQuestionIsNotDrivenAwayByANotice) {
   host.show("A window was kept back", "Open", [] {});
   ASSERT_TRUE(wait([&] { return isShown("A window was kept back"); }));

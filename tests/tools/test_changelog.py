@@ -45,6 +45,8 @@ class Changelog(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.root = pathlib.Path(folder.name)
         (self.root / "data").mkdir()
+        (self.root / "packaging" / "arch").mkdir(parents=True)
+        self.write("packaging/arch/PKGBUILD", "pkgname=velkin\npkgver=1.0.0\n")
         self.write("CMakeLists.txt", "project(Velkin VERSION 1.2.0 LANGUAGES CXX)\nset(VELKIN_BUILD_NUMBER 45)\n")
         self.write("CHANGELOG.md", CHANGELOG)
         self.write(METAINFO, "<component>\n  <releases>\n    <release/>\n  </releases>\n</component>\n")
@@ -67,6 +69,7 @@ class Changelog(unittest.TestCase):
         self.assertIn("<li>Another &lt;thing&gt;.</li>", text)
         self.assertIn('version="1.1.0"', text)
         self.assertNotIn("Not yet", text)
+        self.assertEqual((self.root / "packaging/arch/PKGBUILD").read_text(), "pkgname=velkin\npkgver=1.2.0\n")
         self.run_("check")
 
     def testTheDebianChangelogIsOneThatDpkgReads(self):
