@@ -72,10 +72,10 @@ void MockRequestPortal::handle(const char* sender, GVariant* parameters, GDBusMe
   g_timeout_add(
       usesOwnPath ? 200 : 0,
       [](gpointer data) -> gboolean {
-        const std::unique_ptr<Later> answer(static_cast<Later*>(data));
-        g_dbus_connection_emit_signal(answer->connection.get(), answer->sender.c_str(), answer->path.c_str(),
-                                      "org.freedesktop.portal.Request", "Response", answer->body, nullptr);
-        g_variant_unref(answer->body);
+        const std::unique_ptr<Later> due(static_cast<Later*>(data));
+        g_dbus_connection_emit_signal(due->connection.get(), due->sender.c_str(), due->path.c_str(),
+                                      "org.freedesktop.portal.Request", "Response", due->body, nullptr);
+        g_variant_unref(due->body);
         return G_SOURCE_REMOVE;
       },
       later);

@@ -32,7 +32,6 @@ class MockRequestPortal {
 
   GObjectPtr<GDBusConnection> connection_;
   guint object_ = 0;
-  guint name_ = 0;
 };
 
 }  // namespace platform

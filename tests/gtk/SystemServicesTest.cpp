@@ -1,6 +1,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkPlatform.h"
 #include "Platform/Gtk/LoginItem.h"
+#include "Platform/NSPopover.h"
 #include "Platform/SystemServices.h"
 #include "Platform/WholeFile.h"
 #include "gtk/GtkFixture.h"
@@ -23,6 +24,9 @@ constexpr const char* onePage =
 
 class SystemServicesTest : public GtkFixture {
  protected:
+  /// What dialogues keep open.
+  std::unique_ptr<NSPopover> popover = NSPopover::make();
+
   static std::filesystem::path entry() {
     return std::filesystem::path(g_get_user_config_dir()) / "autostart" / (std::string(helper) + ".desktop");
   }

@@ -22,6 +22,8 @@ void ToastHost::show(const std::string& text, const std::string& button, std::fu
   gtk_label_set_wrap(GTK_LABEL(title), TRUE);
   gtk_label_set_wrap_mode(GTK_LABEL(title), PANGO_WRAP_WORD_CHAR);
   gtk_label_set_xalign(GTK_LABEL(title), 0);
+  constexpr int lineLength = 44;
+  gtk_label_set_max_width_chars(GTK_LABEL(title), lineLength);
   gtk_widget_add_css_class(title, "heading");
   adw_toast_set_custom_title(toast, title);
   const bool hasButton = static_cast<bool>(action);
