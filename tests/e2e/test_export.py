@@ -5,6 +5,7 @@ import shutil
 import subprocess
 
 from harness.case import VelkinTestCase
+from harness.services import PICTURE
 from harness.waiting import settle, waitFor
 
 
@@ -77,6 +78,27 @@ class Export(ExportTestCase):
         self.assertEqual(main["WebResourceMIMEType"], "text/html")
         self.assertIn(b"<html", main["WebResourceData"].lower())
         self.assertTrue(main["WebResourceData"].lower().startswith(b"<!doctype html>"))
+
+    def testAWebArchiveHoldsTheServersOwnBytes(self):
+        self.begin()
+        self.chat.page().ask("""new Promise((done, failed) => {
+            const picture = new Image();
+            picture.onload = done;
+            picture.onerror = failed;
+            picture.src = '/picture';
+            document.body.append(picture);
+        }).then(() => 1)""")
+        path = self.documents / "page.webarchive"
+        self.saveAs("ctrl+s", path)
+        # Another reader of property lists than the one that wrote it.
+        xml = self.documents / "page.xml"
+        subprocess.run(["plistutil", "-i", str(path), "-f", "xml", "-o", str(xml)], check=True)
+        archive = plistlib.loads(xml.read_bytes())
+        parts = {part["WebResourceURL"]: part for part in archive["WebSubresources"]}
+        picture = parts[self.chat.urlOf("/picture")]
+        self.assertEqual(picture["WebResourceMIMEType"], "image/png")
+        self.assertEqual(picture["WebResourceData"], PICTURE)
+        self.assertIn(b"paragraph 59", archive["WebMainResource"]["WebResourceData"])
 
     def testCancellingLeavesNoFile(self):
         self.begin()
