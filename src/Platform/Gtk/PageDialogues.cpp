@@ -170,7 +170,7 @@ class Silencing : public PageDialogue {
 
   /// True if the user needn't see the dialogue.
   bool asks(WebKitScriptDialog* dialog) {
-    constexpr std::int64_t sameRow = 5 * G_USEC_PER_SEC;
+    constexpr std::int64_t sameRow = std::int64_t{5} * G_USEC_PER_SEC;
     constexpr int manyInRow = 3;
     constexpr int mostUnheard = 20;
     if (isSilenced_) {
