@@ -26,6 +26,10 @@ namespace velkin {
 using enum WebViewSwitchType;
 using Panel = AuxiliaryPanels::Kind;
 
+struct VelkinImpl::Constants {
+  static constexpr const char* helperBundleId = "com.tarnvale.VelkinLauncher";
+};
+
 struct VelkinImpl::Rooms {
   Rooms(VelkinImpl& owner, std::shared_ptr<platform::NSPopover> popover, ServicePages pages)
       : content(std::move(popover), std::move(pages)),

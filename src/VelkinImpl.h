@@ -189,9 +189,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void quitClicked() override;
 
  private:
-  struct Constants {
-    static constexpr const char* helperBundleId = "com.tarnvale.VelkinLauncher";
-  };
+  struct Constants;
   struct Rooms;
   /// From a panel's button to a page in the popover.
   void leadTo(WebViewSwitchType page);
