@@ -1,6 +1,9 @@
 #pragma once
 
 #include "Platform/Gtk/WebEngine.h"
+#include "Platform/NSPrintInfo.h"
+
+#include <functional>
 
 #include <webkit/webkit.h>
 
@@ -9,6 +12,12 @@ namespace platform {
 /// Has the view's page choose files and print by dialogues that go with it, and offers to silence a page that
 /// asks again and again. `engine` outlives the view. Main thread.
 void serveDialogues(WebKitWebView* view, WebEngine& engine);
+
+/// As `WKWebView::printOperation`.
+void askToPrint(WebKitWebView* view, WebEngine& engine, const NSPrintInfo& info, std::function<void()> ended);
+
+/// Paper of the usual kind, with the margins that are asked for.
+GtkPageSetup* pageSetupFor(const NSPrintInfo& info);
 
 /// True if the page was silenced and asks on: nothing but the end of its process brings it back.
 bool isSilencedAndAsking(WebKitWebView* view);

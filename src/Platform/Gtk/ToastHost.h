@@ -1,9 +1,11 @@
 #pragma once
 
+#include "Platform/Gtk/GObjectPtr.h"
+
 #include <functional>
 #include <string>
 
-#include <gtk/gtk.h>
+#include <adwaita.h>
 
 namespace platform {
 
@@ -13,12 +15,14 @@ class ToastHost {
   /// The overlay that holds `child` and the notices above it.
   GtkWidget* wrap(GtkWidget* child);
 
+  /// In the place of the one before: what is told last holds.
   void show(const std::string& text);
-  /// With a button.
+  /// With a button. It waits for its turn.
   void show(const std::string& text, const std::string& button, std::function<void()> action);
 
  private:
   GtkWidget* overlay_ = nullptr;
+  GObjectPtr<AdwToast> plain_;
 };
 
 }  // namespace platform
