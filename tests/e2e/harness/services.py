@@ -8,6 +8,7 @@ import errno
 import http.server
 import itertools
 import json
+import os
 import queue
 import threading
 import time
@@ -21,6 +22,11 @@ PORT = 8471
 
 
 @dataclass(frozen=True)
+def bigPageBytes():
+    """As much as a busy machine still saves within its minute; VELKIN_E2E_BIG_PAGE says how many megabytes instead."""
+    return int(os.environ.get("VELKIN_E2E_BIG_PAGE", "10")) << 20
+
+
 class Request:
     method: str
     path: str  # without the query
@@ -322,7 +328,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         row = ("<p>" + "0123456789" * 100 + "</p>\n").encode()
         # It tells of its load like any other page.
         end = f"<script>{fill(SCRIPT, PAGE=service.newPage(request.path).id)}</script>".encode()
-        self.give(200, b"<title>Big</title>" + row * (50 * 1024 * 1024 // len(row)) + end, "text/html")
+        self.give(200, b"<title>Big</title>" + row * (bigPageBytes() // len(row)) + end, "text/html")
 
     def missing(self, service, request, body):
         self.give(404, b"nothing here")
