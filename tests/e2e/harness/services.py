@@ -21,12 +21,12 @@ from .waiting import waitFor
 PORT = 8471
 
 
-@dataclass(frozen=True)
 def bigPageBytes():
     """As much as a busy machine still saves within its minute; VELKIN_E2E_BIG_PAGE says how many megabytes instead."""
     return int(os.environ.get("VELKIN_E2E_BIG_PAGE", "10")) << 20
 
 
+@dataclass(frozen=True)
 class Request:
     method: str
     path: str  # without the query
