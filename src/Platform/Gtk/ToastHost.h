@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include <gtk/gtk.h>
@@ -16,6 +17,8 @@ class ToastHost {
   void show(const std::string& text);
   /// With a button.
   void show(const std::string& text, const std::string& button, std::function<void()> action);
+  /// Gone at the latest with the last copy of what this gives.
+  [[nodiscard]] std::shared_ptr<void> showUntil(const std::string& text);
 
  private:
   GtkWidget* overlay_ = nullptr;

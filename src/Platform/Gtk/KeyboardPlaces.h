@@ -1,0 +1,20 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+namespace platform {
+
+// Where the keyboard is among the parts of a window. Main thread.
+
+/// A part of its window that F6 reaches: a page, a text, a tool bar.
+void markAsPane(GtkWidget* widget);
+/// Gives the keyboard to the pane behind (or before) the one that has it. False where there is no other.
+bool focusNextPane(GtkWindow* window, bool isForward);
+
+/// Somebody gets the keyboard on purpose: who lost it by being moved doesn't take it back then.
+void noteKeyboardClaim();
+/// Takes `guest` out of its box. If the keyboard was in it, it comes back in a later turn, when `guest`
+/// stands in its next place, unless somebody else has claimed it by then.
+void takeOutOfBox(GtkWidget* guest);
+
+}  // namespace platform
