@@ -95,7 +95,7 @@ class Accessible(VelkinTestCase):
         self.assertAllNamed("Copy")
 
     def testMenu(self):
-        velkin = self.begin(stickyMenu=True)
+        velkin = self.begin(stickyMenu=True, showToolBar=False)
         self.openPopover(velkin)
         self.chat.page()
         self.desktop.key("ctrl+comma")

@@ -2,6 +2,7 @@
 #include "Platform/Gtk/GtkPlatform.h"
 #include "Platform/Gtk/GtkWebView.h"
 #include "Platform/Gtk/PagePermissions.h"
+#include "Platform/Gtk/PageQuestions.h"
 #include "Platform/Gtk/PageState.h"
 #include "Platform/Gtk/PopoverWindow.h"
 #include "Platform/Gtk/WebEngine.h"
@@ -364,6 +365,8 @@ TEST_F(PageMannersTest, APageThatAsksForEverCanBeSilencedAndLoadedAgain) {
   }
   ASSERT_TRUE(hasStopButton());
   answerQuestion("_Stop this page from asking");
+  ASSERT_TRUE(wait([&] { return isSilencedAndAsking(engineView()); }));
+  EXPECT_EQ(question(), nullptr);
   page = "<title>again</title>";
   webView->reload();
   ASSERT_TRUE(wait([&] { return loads.finished >= 2; }));
@@ -445,7 +448,8 @@ TEST_F(PageMannersTest, TabLeadsOutOfAPageToWhatStandsBehindIt) {
   ASSERT_TRUE(wait([&] { return gtk_window_get_focus(window) == behind; }));
   EXPECT_TRUE(gtk_window_get_focus_visible(window));
   run("xdotool key shift+Tab");
-  ASSERT_TRUE(wait([&] { return gtk_window_get_focus(window) == GTK_WIDGET(engineView()); }));
+  ASSERT_TRUE(wait([&] { return gtk_window_get_focus(window) == GTK_WIDGET(engineView()); }))
+      << G_OBJECT_TYPE_NAME(gtk_window_get_focus(window));
 }
 
 TEST_F(PageMannersTest, AWindowForSigningInSaysWhereItIsFirst) {

@@ -269,7 +269,10 @@ class HostedPlace : public GtkRenderedView {
     if (auto* hosted = dynamic_cast<GtkViewBase*>(view_)) {
       guest_ = hosted->widget();
       g_object_ref(guest_);
-      takeOutOfBox(guest_);
+      if (GtkWidget* parent = gtk_widget_get_parent(guest_)) {
+        keyboardMayLeave(guest_);
+        gtk_box_remove(GTK_BOX(parent), guest_);
+      }
       markAsPane(widget());
       gtk_widget_set_hexpand(guest_, TRUE);
       gtk_widget_set_vexpand(guest_, TRUE);
@@ -279,7 +282,10 @@ class HostedPlace : public GtkRenderedView {
   }
   ~HostedPlace() override {
     if (guest_ == nullptr) return;
-    if (gtk_widget_get_parent(guest_) == widget()) takeOutOfBox(guest_);
+    if (gtk_widget_get_parent(guest_) == widget()) {
+      keyboardMayLeave(guest_);
+      gtk_box_remove(GTK_BOX(widget()), guest_);
+    }
     g_object_unref(guest_);
   }
 

@@ -66,6 +66,7 @@ GtkRenderedView::~GtkRenderedView() {
   }
   // Containers without a protocol of their own for leaving take any child out by this.
   if (GtkWidget* parent = gtk_widget_get_parent(widget_)) {
+    keyboardMayLeave(widget_);
     if (GTK_IS_BOX(parent)) {
       gtk_box_remove(GTK_BOX(parent), widget_);
     } else if (GTK_IS_GRID(parent)) {
@@ -376,7 +377,10 @@ void arrangeChildren(GtkWidget* container, std::span<GtkWidget* const> wanted,
                      void (*remove)(GtkWidget*, GtkWidget*)) {
   for (GtkWidget* child = gtk_widget_get_first_child(container); child != nullptr;) {
     GtkWidget* next = gtk_widget_get_next_sibling(child);
-    if (std::find(wanted.begin(), wanted.end(), child) == wanted.end()) remove(container, child);
+    if (std::find(wanted.begin(), wanted.end(), child) == wanted.end()) {
+      keyboardMayLeave(child);
+      remove(container, child);
+    }
     child = next;
   }
   GtkWidget* before = nullptr;

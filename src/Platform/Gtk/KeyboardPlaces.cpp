@@ -74,16 +74,11 @@ bool focusNextPane(GtkWindow* window, bool isForward) {
 
 void noteKeyboardClaim() { ++claims; }
 
-void takeOutOfBox(GtkWidget* guest) {
-  GtkWidget* box = gtk_widget_get_parent(guest);
-  if (box == nullptr) return;
-  GtkRoot* root = gtk_widget_get_root(guest);
+void keyboardMayLeave(GtkWidget* leaving) {
+  GtkRoot* root = gtk_widget_get_root(leaving);
   GtkWidget* focus = root != nullptr ? gtk_root_get_focus(root) : nullptr;
-  const bool hadKeyboard = isIn(focus, guest);
-  const auto kept = GObjectPtr<GtkWidget>::retain(hadKeyboard ? focus : guest);
-  gtk_box_remove(GTK_BOX(box), guest);
-  if (!hadKeyboard) return;
-  DispatchQueue::main().async([kept, before = claims] {
+  if (!isIn(focus, leaving)) return;
+  DispatchQueue::main().async([kept = GObjectPtr<GtkWidget>::retain(focus), before = claims] {
     if (claims == before && gtk_widget_get_mapped(kept.get())) gtk_widget_grab_focus(kept.get());
   });
 }

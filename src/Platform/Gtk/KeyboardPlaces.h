@@ -13,8 +13,8 @@ bool focusNextPane(GtkWindow* window, bool isForward);
 
 /// Somebody gets the keyboard on purpose: who lost it by being moved doesn't take it back then.
 void noteKeyboardClaim();
-/// Takes `guest` out of its box. If the keyboard was in it, it comes back in a later turn, when `guest`
-/// stands in its next place, unless somebody else has claimed it by then.
-void takeOutOfBox(GtkWidget* guest);
+/// To be told before `leaving` is taken out of its container. If what has the keyboard is in it and stands in
+/// another place in a later turn, it gets the keyboard again, unless somebody else has claimed it by then.
+void keyboardMayLeave(GtkWidget* leaving);
 
 }  // namespace platform
