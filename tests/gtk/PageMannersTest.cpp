@@ -444,8 +444,14 @@ TEST_F(PageMannersTest, TabLeadsOutOfAPageToWhatStandsBehindIt) {
   evaluate("first.focus(), 1");
   run("xdotool key Tab");
   ASSERT_TRUE(wait([&] { return evaluate("document.activeElement.id") == "\"last\""; }));
+  settleTurns();
+  EXPECT_EQ(gtk_window_get_focus(window), GTK_WIDGET(engineView())) << "not before its last control";
   run("xdotool key Tab");
-  ASSERT_TRUE(wait([&] { return gtk_window_get_focus(window) == behind; }));
+  ASSERT_TRUE(wait([&] { return gtk_window_get_focus(window) == behind; }))
+      << (gtk_window_get_focus(window) != nullptr ? G_OBJECT_TYPE_NAME(gtk_window_get_focus(window)) : "none")
+      << " " << evaluate("document.activeElement.id + document.hasFocus()");
+  settleTurns();
+  EXPECT_EQ(gtk_window_get_focus(window), behind);
   EXPECT_TRUE(gtk_window_get_focus_visible(window));
   run("xdotool key shift+Tab");
   ASSERT_TRUE(wait([&] { return gtk_window_get_focus(window) == GTK_WIDGET(engineView()); }))

@@ -187,6 +187,10 @@ class BubbleView : public GtkRenderedView {
   explicit BubbleView(const Element& element) : GtkRenderedView(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)) {
     bubble_ = gtk_popover_new();
     g_object_ref_sink(bubble_);
+    // What expands in it doesn't expand what it points at, beside which it stands.
+    gtk_widget_set_hexpand(bubble_, FALSE);
+    gtk_widget_set_vexpand(bubble_, FALSE);
+    gtk_widget_set_halign(bubble_, GTK_ALIGN_START);
     // Windows that are not composed have no transparent corners, nor room for a shadow.
     if (!gdk_display_is_composited(gtk_widget_get_display(bubble_))) {
       gtk_widget_add_css_class(bubble_, "velkin-square");

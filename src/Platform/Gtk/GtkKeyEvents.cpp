@@ -199,11 +199,13 @@ bool belongsToComposition(GtkWidget* focus, guint keyval) {
   return isItsKey;
 }
 
+bool isTab(guint keyval) {
+  return keyval == GDK_KEY_Tab || keyval == GDK_KEY_ISO_Left_Tab || keyval == GDK_KEY_KP_Tab;
+}
+
 bool movesFocus(guint keyval) {
+  if (isTab(keyval)) return true;
   switch (keyval) {
-    case GDK_KEY_Tab:
-    case GDK_KEY_ISO_Left_Tab:
-    case GDK_KEY_KP_Tab:
     case GDK_KEY_Up:
     case GDK_KEY_Down:
     case GDK_KEY_Left:
@@ -225,7 +227,12 @@ bool goesToNextPane(GtkWindow* window, GdkEvent* event) {
 gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
   const auto gdkType = gdk_event_get_event_type(event);
   if (gdkType != GDK_KEY_PRESS && gdkType != GDK_KEY_RELEASE) return FALSE;
-  if (seenKeys.contain(event)) return FALSE;
+  if (seenKeys.contain(event)) {
+    // A Tab that has led out of the page comes back all the same, and would lead on from where it led to.
+    GtkWidget* now = gtk_window_get_focus(GTK_WINDOW(windowPointer));
+    return isTab(gdk_key_event_get_keyval(event)) && (now == nullptr || !WEBKIT_IS_WEB_VIEW(now)) ? TRUE
+                                                                                                  : FALSE;
+  }
   if (isHeld(event)) return TRUE;
   seenKeys.add(event);
 
@@ -259,6 +266,8 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   if (isKept) return TRUE;
   if (isPress && goesToNextPane(window, event)) return TRUE;
   // The toolkit shows the ring at the key's release, which the monitors keep.
+  if (isPress && isTab(gdk_key_event_get_keyval(event)))
+    noteTab((key.modifierFlags & NSEvent::shiftFlag) != 0);
   if (isPress && movesFocus(gdk_key_event_get_keyval(event))) gtk_window_set_focus_visible(window, TRUE);
   focus = gtk_window_get_focus(window);
   if (focus == nullptr || !WEBKIT_IS_WEB_VIEW(focus)) return FALSE;

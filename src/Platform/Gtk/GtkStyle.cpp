@@ -126,7 +126,7 @@ constexpr const char* basicRules = R"(
 .plain-field:disabled,.plain-field:disabled>text,.plain-field:disabled placeholder{filter:none;opacity:1;}
 .plain-field:disabled>text{color:alpha(@window_fg_color,.8);}
 popover.velkin-square{padding:0;}
-popover.velkin-square>contents{border-radius:0;box-shadow:none;margin:0;border:1px solid alpha(@window_fg_color,.3);}
+popover.velkin-square>contents{border-radius:0;box-shadow:none;margin:0;border:1px solid mix(@window_bg_color,@window_fg_color,.35);}
 .plain-field,.plain-field:focus-within{outline-style:none;box-shadow:none;padding:0;min-height:0;}
 )";
 

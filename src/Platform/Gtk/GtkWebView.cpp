@@ -51,17 +51,32 @@ WKNavigationType navigationTypeOf(WebKitNavigationAction* action) {
   return WKNavigationType::other;
 }
 
+/// What the engine keeps below a view has got the keyboard: by Tab from the page, behind its last control, or
+/// by Shift+Tab from what stands behind the view. Neither means to stay there.
+void handOnKeyboard(GtkWidget* hidden) {
+  if (!gtk_widget_has_focus(hidden)) return;
+  // In a later turn: the toolkit is in the middle of moving it.
+  DispatchQueue::main().async(
+      [kept = GObjectPtr<GtkWidget>::retain(hidden), isBackward = wasLastTabBackward()] {
+        auto* root = gtk_widget_get_root(kept.get());
+        if (root == nullptr || gtk_root_get_focus(root) != kept.get()) return;
+        if (!isBackward) gtk_widget_child_focus(GTK_WIDGET(root), GTK_DIR_TAB_FORWARD);
+        if (gtk_root_get_focus(root) == kept.get()) gtk_widget_grab_focus(gtk_widget_get_parent(kept.get()));
+      });
+}
+
 /// The engine translates keys by a text view that it keeps below its own and never shows. The cursor in there
 /// would blink all the same: for ten seconds after each key the window would go through sixty frames a
-/// second, and a frame that is needed would wait for its turn. And Tab would come to it behind the page's
-/// last control, and never leave it again.
+/// second, and a frame that is needed would wait for its turn. And the keyboard would come there behind the
+/// page's last control, and Tab never lead away.
 void tameHiddenText(WebKitWebView* view) {
   for (GtkWidget* child = gtk_widget_get_first_child(GTK_WIDGET(view)); child != nullptr;
        child = gtk_widget_get_next_sibling(child)) {
     if (!GTK_IS_TEXT_VIEW(child)) continue;
     gtk_text_view_set_cursor_visible(GTK_TEXT_VIEW(child), FALSE);
-    gtk_text_view_set_accepts_tab(GTK_TEXT_VIEW(child), FALSE);
-    gtk_widget_set_focusable(child, FALSE);
+    g_signal_connect(child, "notify::has-focus",
+                     G_CALLBACK(+[](GtkWidget* hidden, GParamSpec*, gpointer) { handOnKeyboard(hidden); }),
+                     nullptr);
   }
 }
 

@@ -15,6 +15,7 @@ namespace {
 constexpr const char* paneKey = "velkin-pane";
 
 unsigned claims = 0;
+bool isLastTabBackward = false;
 
 bool isIn(GtkWidget* widget, GtkWidget* container) {
   return widget != nullptr && (widget == container || gtk_widget_is_ancestor(widget, container));
@@ -71,6 +72,10 @@ bool focusNextPane(GtkWindow* window, bool isForward) {
   }
   return false;
 }
+
+void noteTab(bool isBackward) { isLastTabBackward = isBackward; }
+
+bool wasLastTabBackward() { return isLastTabBackward; }
 
 void noteKeyboardClaim() { ++claims; }
 

@@ -11,6 +11,10 @@ void markAsPane(GtkWidget* widget);
 /// Gives the keyboard to the pane behind (or before) the one that has it. False where there is no other.
 bool focusNextPane(GtkWindow* window, bool isForward);
 
+/// To be told of each press of Tab.
+void noteTab(bool isBackward);
+bool wasLastTabBackward();
+
 /// Somebody gets the keyboard on purpose: who lost it by being moved doesn't take it back then.
 void noteKeyboardClaim();
 /// To be told before `leaving` is taken out of its container. If what has the keyboard is in it and stands in

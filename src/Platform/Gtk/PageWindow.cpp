@@ -9,6 +9,12 @@
 
 namespace platform {
 
+namespace {
+
+constexpr int stripMargin = 10;
+
+}  // namespace
+
 WebKitWebView* PageWindow::open(WebKitWebView* opener, WebEngine& engine,
                                 void (*teach)(WebKitWebView*, WebEngine&)) {
   auto* view = std::unique_ptr<PageWindow>(new PageWindow(opener, engine)).release()->view_;
@@ -27,7 +33,10 @@ PageWindow::PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engin
   if (engine.popover().window() != nullptr) gtk_window_set_transient_for(window_, engine.popover().window());
   GtkWidget* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
   place_ = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 6);
-  gtk_widget_add_css_class(place_, "toolbar");
+  gtk_widget_set_margin_start(place_, stripMargin);
+  gtk_widget_set_margin_end(place_, stripMargin);
+  gtk_widget_set_margin_top(place_, stripMargin / 2);
+  gtk_widget_set_margin_bottom(place_, stripMargin / 2);
   lock_ = gtk_image_new();
   address_ = gtk_label_new(nullptr);
   gtk_label_set_ellipsize(GTK_LABEL(address_), PANGO_ELLIPSIZE_START);
