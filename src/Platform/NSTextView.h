@@ -55,7 +55,7 @@ class NSTextView : public NSView {
   virtual void undo() = 0;
   virtual void redo() = 0;
 
-  /// Has the keys wait that are pressed from now on, until all copies of the result are gone, and for two
+  /// Has the keys wait that are pressed from now on, until all copies of the result are gone, and for three
   /// seconds at the most: what is under way comes before what is typed behind it.
   [[nodiscard]] virtual std::shared_ptr<void> holdKeys() = 0;
 

@@ -168,6 +168,35 @@ TEST_F(GtkTextEditorTest, FontAndColourAreTheEditors) {
   EXPECT_FLOAT_EQ(color.green, 0);
 }
 
+/// Whether the line wraps between any two characters.
+bool wrapsAnywhere(GtkTextBuffer* buffer, int line) {
+  GtkTextIter start;
+  gtk_text_buffer_get_iter_at_line(buffer, &start, line);
+  GSList* tags = gtk_text_iter_get_tags(&start);
+  GtkWrapMode mode = GTK_WRAP_NONE;
+  if (tags != nullptr) g_object_get(tags->data, "wrap-mode", &mode, nullptr);
+  g_slist_free(tags);
+  return mode == GTK_WRAP_CHAR;
+}
+
+TEST_F(GtkTextEditorTest, AWordThatNoLayoutComesToAnEndWithWrapsAnywhere) {
+  const std::string word(1001, 'x');
+  editor->setString("before\n" + word + "\nbehind " + std::string(1000, 'y'), History::kept);
+  EXPECT_FALSE(wrapsAnywhere(buffer(), 0));
+  EXPECT_TRUE(wrapsAnywhere(buffer(), 1));
+  EXPECT_FALSE(wrapsAnywhere(buffer(), 2));
+  // Typed, it becomes two words; and the next key makes them one again.
+  ASSERT_TRUE(editor->insertText(" ", {7 + 500, 0}));
+  EXPECT_FALSE(wrapsAnywhere(buffer(), 1));
+  ASSERT_TRUE(editor->insertText("", {7 + 500, 1}));
+  EXPECT_TRUE(wrapsAnywhere(buffer(), 1));
+  ASSERT_TRUE(editor->insertText("z", {editor->string().size(), 0}));
+  EXPECT_TRUE(wrapsAnywhere(buffer(), 2));
+  editor->undo();
+  EXPECT_FALSE(wrapsAnywhere(buffer(), 2));
+  EXPECT_EQ(editor->string(), "before\n" + word + "\nbehind " + std::string(1000, 'y'));
+}
+
 TEST_F(GtkTextEditorTest, ADroppedTextFileIsInsertedWhereItFell) {
   editor->setString("ab", History::forgotten);
   editor->setSelectedRange({1, 0});

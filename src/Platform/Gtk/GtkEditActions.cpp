@@ -3,6 +3,7 @@
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/X11Desktop.h"
+#include "Platform/NSPasteboard.h"
 
 #include <algorithm>
 #include <array>
@@ -18,6 +19,8 @@ namespace platform {
 namespace {
 
 constexpr double mostPatience = 2;
+/// Longer than the pasteboard is waited for: what it fails with comes before the keys, too.
+constexpr double patienceOfHolders = NSPasteboard::patience + 1;
 
 struct EditAction {
   std::string_view selector;
@@ -129,12 +132,12 @@ void waitIsOver(unsigned number) {
 }
 
 /// Starts a wait, or goes on with the present one for another action. Returns its number.
-unsigned startWait(EditOrder order, WebKitWebView* view) {
+unsigned startWait(EditOrder order, WebKitWebView* view, double patience = mostPatience) {
   auto& wait = theWait();
   wait.order = std::max(wait.order, order);
   const auto number = ++wait.number;
   wait.patience =
-      DispatchQueue::main().timer(mostPatience, [number, weak = std::make_shared<WeakView>(view)] {
+      DispatchQueue::main().timer(patience, [number, weak = std::make_shared<WeakView>(view)] {
         if (const auto silent = weak->lock())
           editingOf(silent.get()) = {.isStateOld = true, .isSilent = true};
         waitIsOver(number);
@@ -299,7 +302,7 @@ KeyEventScope::~KeyEventScope() { windowOfKey() = earlier_; }
 EditOrder editOrder() { return theWait().order; }
 
 std::shared_ptr<void> holdAllKeys() {
-  const auto number = startWait(EditOrder::everyKeyWaits, nullptr);
+  const auto number = startWait(EditOrder::everyKeyWaits, nullptr, patienceOfHolders);
   return {nullptr, [number](void*) { waitIsOver(number); }};
 }
 

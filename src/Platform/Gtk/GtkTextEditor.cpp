@@ -1,6 +1,7 @@
 #include "Platform/Gtk/GtkTextEditor.h"
 
 #include "Platform/Gtk/GtkEditActions.h"
+#include "Platform/Gtk/GtkLongWords.h"
 #include "Platform/Gtk/GtkTextEdits.h"
 #include "Platform/NSPasteboard.h"
 #include "Platform/UTF8.h"
@@ -59,6 +60,10 @@ GtkTextEditor::GtkTextEditor() : scrolled_(gtk_scrolled_window_new()), editor_(g
   gtk_text_view_set_top_margin(view(), margin);
   gtk_text_view_set_bottom_margin(view(), margin);
   gtk_text_buffer_set_max_undo_levels(buffer_, undoSteps);
+  wrapLongWords(buffer_);
+  // Off the screen the view gives the primary selection up, and the text's own with it, if nobody else holds
+  // it.
+  gtk_text_buffer_add_selection_clipboard(buffer_, gtk_widget_get_primary_clipboard(editor_));
   gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled_), editor_);
   gtk_widget_set_hexpand(scrolled_, TRUE);
   gtk_widget_set_vexpand(scrolled_, TRUE);
@@ -72,6 +77,7 @@ GtkTextEditor::~GtkTextEditor() {
   g_signal_handlers_disconnect_by_data(editor_, this);
   GtkWidget* parent = gtk_widget_get_parent(scrolled_);
   if (parent != nullptr && GTK_IS_BOX(parent)) gtk_box_remove(GTK_BOX(parent), scrolled_);
+  gtk_text_buffer_remove_selection_clipboard(buffer_, gtk_widget_get_primary_clipboard(editor_));
   g_object_unref(buffer_);
   g_object_unref(scrolled_);
 }
@@ -113,20 +119,8 @@ void GtkTextEditor::connectView() {
                      static_cast<GtkTextEditor*>(self)->paste();
                    }),
                    this);
-  // Off the screen the view gives the primary selection up, and the text's own with it.
-  g_signal_connect_swapped(editor_, "unrealize",
-                           G_CALLBACK(+[](GtkTextEditor* self) { self->kept_ = self->selectedRange(); }),
-                           this);
-  g_signal_connect_data(editor_, "realize", G_CALLBACK(+[](GtkTextEditor* self) {
-                          const auto kept = std::exchange(self->kept_, std::nullopt);
-                          const auto now = self->selectedRange();
-                          // Unless it was changed in the meantime.
-                          if (kept && now.length == 0) {
-                            const auto isWhereItWas = now.location == kept->location ||
-                                                      now.location == kept->location + kept->length;
-                            if (isWhereItWas) self->setSelectedRange(*kept);
-                          }
-                        }),
+  // It comes back scrolled to its start.
+  g_signal_connect_data(editor_, "realize", G_CALLBACK(+[](GtkTextEditor* self) { self->showCursor(); }),
                         this, nullptr, GConnectFlags(G_CONNECT_AFTER | G_CONNECT_SWAPPED));
   // Copying with nothing selected keeps what is on the pasteboard.
   for (const char* signal : {"copy-clipboard", "cut-clipboard"}) {

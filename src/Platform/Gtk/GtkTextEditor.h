@@ -65,8 +65,6 @@ class GtkTextEditor : public NSTextView, public GtkViewBase {
   GtkStyle style_;
   Modifiers look_;
   std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
-  /// While it is off the screen.
-  std::optional<NSRange> kept_;
   int stepDepth_ = 0;
   bool isChangedInStep_ = false;
 };
