@@ -1,6 +1,8 @@
 #include "Platform/Gtk/PageQuestions.h"
 
+#include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/PageState.h"
 #include "Platform/LogText.h"
 #include "Platform/URL.h"
@@ -72,17 +74,54 @@ class ScriptQuestions : public PageDialogue {
     asked_ = webkit_script_dialog_ref(asked);
     if (gtk_widget_get_mapped(GTK_WIDGET(view_))) {
       show();
-      return;
+    } else {
+      waitForShow();
     }
-    // Nobody knows what page it would be: it asks when it is on show.
+  }
+
+ private:
+  /// Nobody knows what page it would be: it asks when it is on show.
+  void waitForShow() {
     g_signal_connect_swapped(view_, "map", G_CALLBACK(+[](ScriptQuestions* self) {
                                g_signal_handlers_disconnect_by_data(self->view_, self);
-                               self->show();
+                               // In a later turn: its window is on its way to the screen.
+                               DispatchQueue::main().async([self, alive = std::weak_ptr(self->isAlive_)] {
+                                 if (alive.expired() || self->asked_ == nullptr || self->dialog_ != nullptr)
+                                   return;
+                                 if (gtk_widget_get_mapped(GTK_WIDGET(self->view_))) {
+                                   self->show();
+                                 } else {
+                                   self->waitForShow();
+                                 }
+                               });
                              }),
                              this);
   }
 
- private:
+  /// The user has gone elsewhere, to another view or out of the popover.
+  void putOff() {
+    g_signal_handlers_disconnect_by_data(view_, this);
+    closeDialog();
+    entry_ = nullptr;
+    pin_.reset();
+    waitForShow();
+  }
+
+  bool keyPressed(guint keyval) {
+    if (keyval == GDK_KEY_Escape) {
+      gtk_window_close(GTK_WINDOW(dialog_));
+      return true;
+    }
+    if (keyval != GDK_KEY_Return && keyval != GDK_KEY_KP_Enter && keyval != GDK_KEY_ISO_Enter) return false;
+    GtkWidget* focus = gtk_window_get_focus(GTK_WINDOW(dialog_));
+    if (focus != nullptr && GTK_IS_BUTTON(focus)) {
+      gtk_widget_activate(focus);
+    } else {
+      adw_message_dialog_response(ADW_MESSAGE_DIALOG(dialog_), confirmId);
+    }
+    return true;
+  }
+
   void release() {
     g_signal_handlers_disconnect_by_data(view_, this);
     if (asked_ == nullptr) return;
@@ -101,7 +140,7 @@ class ScriptQuestions : public PageDialogue {
     constexpr int manyInRow = 3;
     const auto type = webkit_script_dialog_get_dialog_type(asked_);
     const bool isForLeaving = type == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM;
-    pin_ = engine_.popover().keepOpen();
+    pin_ = engine_.popover().keepOpenUnlessClosed();
     const auto heading = isForLeaving ? std::string("Leave this page?") : siteOf(view_) + " says";
     dialog_ = adw_message_dialog_new(windowOf(view_), heading.c_str(), nullptr);
     auto* dialog = ADW_MESSAGE_DIALOG(dialog_);
@@ -123,6 +162,19 @@ class ScriptQuestions : public PageDialogue {
     // With the window that it stands before.
     g_signal_connect_swapped(dialog_, "destroy",
                              G_CALLBACK(+[](ScriptQuestions* self) { self->answered(cancelId); }), this);
+    // The program's keys lead away from here as from the page; those of the answer come first.
+    watchKeys(GTK_WINDOW(dialog_));
+    GtkEventController* keys = gtk_event_controller_key_new();
+    gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
+    g_signal_connect(keys, "key-pressed",
+                     G_CALLBACK(+[](GtkEventControllerKey*, guint keyval, guint, GdkModifierType,
+                                    gpointer self) -> gboolean {
+                       return static_cast<ScriptQuestions*>(self)->keyPressed(keyval) ? TRUE : FALSE;
+                     }),
+                     this);
+    gtk_widget_add_controller(dialog_, keys);
+    g_signal_connect_swapped(view_, "unmap", G_CALLBACK(+[](ScriptQuestions* self) { self->putOff(); }),
+                             this);
     gtk_window_present(GTK_WINDOW(dialog_));
     if (entry_ != nullptr) gtk_widget_grab_focus(entry_);
   }
@@ -158,6 +210,7 @@ class ScriptQuestions : public PageDialogue {
 
   void answered(std::string_view response) {
     g_signal_handlers_disconnect_by_data(dialog_, this);
+    g_signal_handlers_disconnect_by_data(view_, this);
     const bool isConfirmed = response == confirmId;
     switch (webkit_script_dialog_get_dialog_type(asked_)) {
       case WEBKIT_SCRIPT_DIALOG_CONFIRM:
@@ -192,6 +245,7 @@ class ScriptQuestions : public PageDialogue {
   bool isSilenced_ = false;
   int inRow_ = 0;
   std::int64_t lastAnswer_ = 0;
+  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
 };
 
 gboolean scriptDialog(WebKitWebView* view, WebKitScriptDialog* dialog, gpointer engine) {
