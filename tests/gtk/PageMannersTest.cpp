@@ -381,20 +381,21 @@ TEST_F(PageMannersTest, WhatAPageAsksNamesItsHostAndIsAnsweredByEscapeAndReturn)
   ASSERT_TRUE(waitForQuestion());
   EXPECT_STREQ(adw_message_dialog_get_heading(question()), "127.0.0.1 says");
   EXPECT_EQ(gtk_window_get_transient_for(GTK_WINDOW(question())), window);
-  const auto texts = labels(GTK_WIDGET(question()));
-  EXPECT_NE(std::find(texts.begin(), texts.end(), "Go on?"), texts.end());
   EXPECT_TRUE(popoverWindow().isKeptOpen());
-  const auto answerByKey = [&](const std::string& key) {
-    auto* asked = question();
-    ASSERT_TRUE(wait([&] { return gtk_window_is_active(GTK_WINDOW(asked)); }));
-    run("xdotool key " + key);
-    ASSERT_TRUE(wait([&] { return question() != asked; }));
+  // The next question's window may be where this one's was.
+  const auto asks = [&](const std::string& text) {
+    if (question() == nullptr) return false;
+    const auto texts = labels(GTK_WIDGET(question()));
+    return std::find(texts.begin(), texts.end(), text) != texts.end();
   };
-  answerByKey("Escape");
-  ASSERT_TRUE(waitForQuestion());
-  answerByKey("Return");
-  ASSERT_TRUE(waitForQuestion());
-  answerByKey("Return");
+  const auto answerByKey = [&](const std::string& text, const std::string& key) {
+    ASSERT_TRUE(wait([&] { return asks(text) && gtk_window_is_active(GTK_WINDOW(question())); }));
+    run("xdotool key " + key);
+    ASSERT_TRUE(wait([&] { return !asks(text); }));
+  };
+  answerByKey("Go on?", "Escape");
+  answerByKey("Name?", "Return");
+  answerByKey("Sure?", "Return");
   ASSERT_TRUE(wait([&] { return !popoverWindow().isKeptOpen(); }));
   EXPECT_EQ(evaluate("told"), "[false,\"nobody\",true]");
 }

@@ -136,12 +136,10 @@ unsigned startWait(EditOrder order, WebKitWebView* view, double patience = mostP
   auto& wait = theWait();
   wait.order = std::max(wait.order, order);
   const auto number = ++wait.number;
-  wait.patience =
-      DispatchQueue::main().timer(patience, [number, weak = std::make_shared<WeakView>(view)] {
-        if (const auto silent = weak->lock())
-          editingOf(silent.get()) = {.isStateOld = true, .isSilent = true};
-        waitIsOver(number);
-      });
+  wait.patience = DispatchQueue::main().timer(patience, [number, weak = std::make_shared<WeakView>(view)] {
+    if (const auto silent = weak->lock()) editingOf(silent.get()) = {.isStateOld = true, .isSilent = true};
+    waitIsOver(number);
+  });
   return number;
 }
 
