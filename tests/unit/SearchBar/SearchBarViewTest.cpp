@@ -149,9 +149,9 @@ TEST_F(SearchBarViewTest, whatComesBelowThePromptIsTold) {
   };
   EXPECT_EQ(news(), "");
   answerWith("first");
+  answer({.statusCode = 500, .data = "no"});
   ask("one");
   EXPECT_EQ(news(), "The answer is there");
-  answer({.statusCode = 500, .data = "no"});
   tapField();
   type("two");
   commit();
@@ -163,12 +163,11 @@ TEST_F(SearchBarViewTest, anEntryThatAnotherPanelAddedMeanwhileStays) {
   answerWith("first");
   tapField();
   type("one");
-  field().commit();
-  // While the request is under way.
+  // Behind this panel's look at what is stored.
   std::vector<SearchBarSearch> others;
   ASSERT_TRUE(addSearch(others, "elsewhere", "<p>there</p>"));
   UserDefaultsHelper().setSearchBarSearches(others);
-  settle();
+  commit();
   EXPECT_EQ(storedPrompts(), (std::vector<std::string>{"elsewhere", "one"}));
 }
 
