@@ -4,6 +4,7 @@
 #include "Controller/Finding.h"
 #include "Controller/PageCommands.h"
 #include "Controller/PageExport.h"
+#include "Controller/PagePrinting.h"
 #include "Controller/SearchPanel.h"
 #include "Controller/Sidebars.h"
 #include "Controller/StartNotices.h"
@@ -16,6 +17,7 @@
 #include "Keyboard/RecorderCocoa.h"
 #include "Platform/DebugLog.h"
 #include "Platform/NSApplication.h"
+#include "Platform/SystemServices.h"
 #include "Values/AppearanceFontSize.h"
 
 #include <utility>
@@ -24,6 +26,10 @@ namespace velkin {
 
 using enum WebViewSwitchType;
 using Panel = AuxiliaryPanels::Kind;
+
+struct VelkinImpl::Constants {
+  static constexpr const char* helperBundleId = "com.tarnvale.VelkinLauncher";
+};
 
 struct VelkinImpl::Rooms {
   Rooms(VelkinImpl& owner, std::shared_ptr<platform::NSPopover> popover, ServicePages pages)
@@ -49,6 +55,7 @@ struct VelkinImpl::Rooms {
   Finding finding{content};
   PageCommands page{content};
   PageExport pageExport{content};
+  PagePrinting pagePrinting{content};
   std::unique_ptr<QKKeyboardShortcutHelper> keyboard;
   std::unique_ptr<DesktopKeys> desktopKeys;
   std::unique_ptr<platform::Timer> startNotices;
@@ -170,6 +177,11 @@ void VelkinImpl::didClickReleaseNotesButton() { leadTo(releaseNotes); }
 void VelkinImpl::didClickOnboardingButton() { leadTo(onboarding); }
 void VelkinImpl::didClickEditUrlsButton() { leadTo(editUrls); }
 void VelkinImpl::didClickToolbarCheckbox() { toolbarClicked(); }
+void VelkinImpl::didClickStartAtLogin(bool isEnabled) { updateStartAtLoginBehavior(isEnabled); }
+void VelkinImpl::updateStartAtLoginBehavior(bool enabled) {
+  platform::debugLog("Update login prefs here!");
+  platform::SMLoginItemSetEnabled(Constants::helperBundleId, enabled);
+}
 void VelkinImpl::leadTo(WebViewSwitchType page) {
   handleEsc();
   switchWebViews(page);
@@ -201,6 +213,15 @@ void VelkinImpl::handlePopOverBehaviorUpdate(std::optional<bool> value) {
 }
 void VelkinImpl::handlePrintAction() { rooms_->pageExport.saveAsPdf(); }
 void VelkinImpl::handleScreenCaptureAction() { rooms_->pageExport.saveAsWebArchive(); }
+void VelkinImpl::printWebViewFromArchive() { rooms_->pagePrinting.printWebViewFromArchive(); }
+void VelkinImpl::printWebViewContent(platform::WKWebView& webView) {
+  rooms_->pagePrinting.printWebViewContent(webView);
+}
+void VelkinImpl::getWebArchive(std::function<void(std::optional<std::string>)> completion) {
+  rooms_->pagePrinting.getWebArchive(std::move(completion));
+}
+void VelkinImpl::captureScreen() { rooms_->pagePrinting.captureScreen(); }
+void VelkinImpl::printUsingPdfCunctions() { rooms_->pagePrinting.printUsingPdfCunctions(); }
 void VelkinImpl::handleWindowFindOnPage() { rooms_->finding.toggle(); }
 void VelkinImpl::handleWindowBardOnPage() { rooms_->sidebars.toggle(bard); }
 void VelkinImpl::handleWindowBitBucketOnPage() { rooms_->sidebars.toggle(bitbucket); }

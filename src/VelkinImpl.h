@@ -10,8 +10,10 @@
 #include "Values/PageDelegates.h"
 #include "WebView/WebView.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace platform {
 class NSPopover;
@@ -116,6 +118,9 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void didClickOnboardingButton() override;
   void didClickEditUrlsButton() override;
   void didClickToolbarCheckbox() override;
+  void didClickStartAtLogin(bool isEnabled) override;
+  /// Has the login helper started with the user's sessions, or not any more. Stores nothing.
+  void updateStartAtLoginBehavior(bool enabled);
 
   // Sizes and zoom. Points.
   void updateWebViewWindowSize(double width, double height) override;
@@ -135,6 +140,13 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void handlePopOverBehaviorUpdate(std::optional<bool> value) override;
   void handlePrintAction() override;
   void handleScreenCaptureAction() override;
+  // No key leads to these.
+  void printWebViewFromArchive();
+  void printWebViewContent(platform::WKWebView& webView);
+  /// The page on show as a web archive, or nothing.
+  void getWebArchive(std::function<void(std::optional<std::string>)> completion);
+  void captureScreen();
+  void printUsingPdfCunctions();
   void handleWindowFindOnPage() override;
   void handleWindowBardOnPage() override;
   void handleWindowBitBucketOnPage() override;
@@ -178,6 +190,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void quitClicked() override;
 
  private:
+  struct Constants;
   struct Rooms;
   /// From a panel's button to a page in the popover.
   void leadTo(WebViewSwitchType page);

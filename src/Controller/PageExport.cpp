@@ -2,7 +2,6 @@
 
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
-#include "Platform/FatalError.h"
 #include "Platform/LogText.h"
 #include "Platform/Platform.h"
 #include "Platform/WebArchive.h"
@@ -41,14 +40,6 @@ std::string PageExport::getFileName(std::string_view suffix) {
   return name.append(suffix).append("\") (").append(fileDescription(platform::now())).append(")");
 }
 
-platform::WKWebView& PageExport::page() const {
-  if (defaults_.lastVisibleWebView() != WebViewSwitchType::releaseNotes) {
-    return *content_.currentWebView.webView;
-  }
-  const auto& notes = platform::unwrap(content_.hostedNotesView).rootView.notes;
-  return platform::unwrap(*notes.controller).webView();
-}
-
 std::shared_ptr<PageExport::Run> PageExport::begin() {
   if (run_) return nullptr;
   run_ = std::make_shared<Run>();
@@ -70,7 +61,7 @@ void PageExport::end(const char* logLine, const std::string& why) {
 
 void PageExport::saveAsPdf() {
   debugLog("VelkinImpl", "handlePrintAction()", "");
-  auto& source = page();
+  auto& source = content_.pageOnShow();
   const Token token = begin();
   if (token.expired()) return;
   platform::DispatchQueue::main().asyncAfter(patience, [this, token] {
@@ -112,7 +103,7 @@ void PageExport::createPdf(const Token& token, const std::string& html) {
 
 void PageExport::saveAsWebArchive() {
   debugLog("VelkinImpl", "handleScreenCaptureAction()", "");
-  auto& source = page();
+  auto& source = content_.pageOnShow();
   const Token token = begin();
   if (token.expired()) return;
   platform::DispatchQueue::main().asyncAfter(patience, [this, token] {

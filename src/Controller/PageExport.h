@@ -38,7 +38,6 @@ class PageExport {
   using Token = std::weak_ptr<Run>;
   using Bytes = std::function<tl::expected<std::string, platform::NSError>(std::size_t fileType)>;
 
-  platform::WKWebView& page() const;
   /// Nothing if one is under way.
   std::shared_ptr<Run> begin();
   void end(const char* logLine, const std::string& why);
@@ -46,7 +45,6 @@ class PageExport {
   void ask(const Token& token, platform::NSSavePanel panel, const char* logLine, Bytes bytes);
 
   PopoverContent& content_;
-  UserDefaultsHelper defaults_;
   std::shared_ptr<Run> run_;
 };
 

@@ -1,5 +1,7 @@
 #include "Controller/PopoverContent.h"
 
+#include "Platform/FatalError.h"
+
 #include <utility>
 
 namespace velkin {
@@ -32,6 +34,12 @@ void PopoverContent::show(std::shared_ptr<platform::NSHostingController<Findable
 void PopoverContent::show(std::shared_ptr<platform::NSHostingController<ReleaseNotesUIView>> notes) {
   hostedNotesView = std::move(notes);
   popover->setContentViewController(hostedNotesView);
+}
+
+platform::WKWebView& PopoverContent::pageOnShow() const {
+  if (defaults_.lastVisibleWebView() != WebViewSwitchType::releaseNotes) return *currentWebView.webView;
+  const auto& notes = platform::unwrap(hostedNotesView).rootView.notes;
+  return platform::unwrap(*notes.controller).webView();
 }
 
 void PopoverContent::giveKeyboardToMainView() const {

@@ -44,6 +44,8 @@ class PopoverContent {
   void forgetSearch() const;
   void show(std::shared_ptr<platform::NSHostingController<FindableWebView>> container);
   void show(std::shared_ptr<platform::NSHostingController<ReleaseNotesUIView>> notes);
+  /// The page that is saved and printed; the release notes count as one.
+  platform::WKWebView& pageOnShow() const;
   /// Not to a page that isn't on show: it would take the keyboard when it comes to a sidebar.
   void giveKeyboardToMainView() const;
 

@@ -50,6 +50,18 @@ void AboutUIView::easterEggAction() const {
   if (delegate != nullptr) delegate->didEnableDisableEasterEgg();
 }
 
+View AboutUIView::startAtLogin() const {
+  return CheckBox("Start at Login", Binding<bool>([isOn = startsAtLogin] { return isOn.get(); },
+                                                  [isOn = startsAtLogin, target = delegate](bool isEnabled) {
+                                                    isOn.set(isEnabled);
+                                                    UserDefaultsHelper().set(isEnabled,
+                                                                             UserDefault::startAtLogin);
+                                                    if (target != nullptr)
+                                                      target->didClickStartAtLogin(isEnabled);
+                                                  }))
+      .help("Velkin's icon is in the tray after each login.");
+}
+
 View AboutUIView::userData() const {
   const auto told = [failure = failure](const std::string& sentence) { failure.set(sentence); };
   const auto message = failure.get();
@@ -112,7 +124,7 @@ View AboutUIView::body() const {
                                            ButtonStyle::borderless)
                                            .help("Copy the versions for a bug report")});
                       }),
-                 userData(),
+                 startAtLogin(), userData(),
                  HStack({.spacing = innerSpacing},
                         {Button("Release Notes", call(&AboutUIViewDelegate::didClickReleaseNotesButton)),
                          Button("Onboarding", call(&AboutUIViewDelegate::didClickOnboardingButton))}),

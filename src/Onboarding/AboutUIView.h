@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Helpers/UserDefaultsHelper.h"
 #include "Platform/NSBundle.h"
 #include "Platform/View/ObservableObject.h"
 #include "Platform/View/State.h"
@@ -22,6 +23,8 @@ struct AboutUIView {
   /// What went wrong with the last import or export.
   platform::State<std::string> failure{};
 
+  platform::State<bool> startsAtLogin{UserDefaultsHelper().startAtLogin()};
+
   platform::View body() const;
   /// Empty if the build doesn't say when it was made.
   std::string getBuildDate() const;
@@ -29,6 +32,7 @@ struct AboutUIView {
  private:
   void easterEggAction() const;
   std::string versions() const;
+  platform::View startAtLogin() const;
   platform::View userData() const;
 };
 

@@ -15,6 +15,7 @@
 #include "Platform/NSStatusItem.h"
 #include "Platform/NSTextView.h"
 #include "Platform/NSWorkspace.h"
+#include "Platform/SystemServices.h"
 #include "Platform/TextInputSources.h"
 #include "Platform/WKWebView.h"
 
@@ -49,6 +50,14 @@ const NSBundle& NSBundle::main() { return Platform::current().mainBundle(); }
 NSPasteboard& NSPasteboard::generalPasteboard() { return Platform::current().generalPasteboard(); }
 
 NSWorkspace& NSWorkspace::shared() { return Platform::current().sharedWorkspace(); }
+
+SystemServices& SystemServices::shared() { return Platform::current().systemServices(); }
+
+bool SMLoginItemSetEnabled(const std::string& identifier, bool isEnabled) {
+  return SystemServices::shared().setLoginItemEnabled(identifier, isEnabled);
+}
+
+std::vector<CGWindow> CGWindowListCopyWindowInfo() { return SystemServices::shared().windowsOnScreen(); }
 
 NSDistributedNotificationCenter& NSDistributedNotificationCenter::defaultCenter() {
   return Platform::current().distributedNotificationCenter();

@@ -29,6 +29,7 @@ class NSTextView;
 class NSURLSession;
 class NSUserDefaults;
 class NSWorkspace;
+class SystemServices;
 class TISInputSource;
 class View;
 class WKWebView;
@@ -57,6 +58,7 @@ class Platform {
   /// The folder for what the user makes with the program. It needn't exist. Empty: nothing is to be kept.
   virtual std::filesystem::path userDataFolder() const = 0;
   virtual NSWorkspace& sharedWorkspace() = 0;
+  virtual SystemServices& systemServices() = 0;
   virtual NSPasteboard& generalPasteboard() = 0;
   virtual Dialogs& dialogs() = 0;
   virtual NSDistributedNotificationCenter& distributedNotificationCenter() = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/NSError.h"
+#include "Platform/NSPrintInfo.h"
 #include "Platform/NSView.h"
 #include "Platform/URL.h"
 #include "Platform/URLRequest.h"
@@ -178,7 +179,10 @@ class WKWebView : public NSView {
   virtual void createPDF(const WKPDFConfiguration& configuration, DataCompletion completion) = 0;
   /// The page as it is now with all that it shows, in the engine's own form.
   virtual void createMHTMLData(DataCompletion completion) = 0;
-  /// The same as a web archive.
+  /// Shows the print dialogue for the page, which must be in a window; `ended` comes when the user has
+  /// answered, or at once where there is nobody to ask or one is open already.
+  virtual void printOperation(const NSPrintInfo& info, std::function<void()> ended) = 0;
+  /// What `createMHTMLData` gives, as a web archive.
   void createWebArchiveData(DataCompletion completion);
 };
 

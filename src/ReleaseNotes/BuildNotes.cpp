@@ -15,6 +15,8 @@ constexpr auto buildFeatures = std::to_array<Text>({
     "Web Pages: Downloads go to your download folder and never replace a file that is there.",
     "Web Pages: Camera, microphone and location are asked for once, and the answer is kept for the site.",
     "Settings: Every change is on disk at once and survives a crash.",
+    "Export: ⌘P saves the page on show as a PDF, ⌘S with all that it shows.",
+    "About: \"Start at Login\" puts the icon into the tray after each login.",
 });
 constexpr auto buildFixes = std::to_array<Text>({
     "Web Pages: A page whose process ended stayed blank. It now loads again by itself.",

@@ -20,6 +20,8 @@ class AboutUIViewDelegate {
   virtual void didClickOnboardingButton() = 0;
   virtual void didClickEditUrlsButton() = 0;
   virtual void didClickToolbarCheckbox() = 0;
+  /// The setting is stored already.
+  virtual void didClickStartAtLogin(bool isEnabled) = 0;
 };
 
 class EasterEggUrlEditingUIViewDelegate {

@@ -26,6 +26,18 @@ TEST_F(AppDelegateTest, AMissingBundleIdentifierIsFatalWhereALauncherRuns) {
   EXPECT_EXIT(launch(), testing::ExitedWithCode(platform::fatalErrorExitCode), "");
 }
 
+TEST_F(AppDelegateTest, TheStartAtLoginIsOneCallForTheHelper) {
+  auto& controller = launch();
+  controller.updateStartAtLoginBehavior(true);
+  EXPECT_EQ(log.back(), "Update login prefs here!");
+  desktop.services.canSetLoginItems = false;
+  controller.didClickStartAtLogin(false);
+  EXPECT_EQ(desktop.services.loginItemCalls,
+            (std::vector<std::pair<std::string, bool>>{{"com.tarnvale.VelkinLauncher", true},
+                                                       {"com.tarnvale.VelkinLauncher", false}}));
+  EXPECT_FALSE(defaults.startAtLogin()) << "whoever offers the choice stores it";
+}
+
 TEST_F(AppDelegateTest, DarkModeIsWhatTheDesktopHasAtLaunchWhateverWasStored) {
   defaults.set(false, UserDefault::isDarkMode);
   desktop.appearance = platform::NSAppearance{platform::NSAppearanceNameDarkAqua};

@@ -58,6 +58,11 @@ class OpenSheet : public std::enable_shared_from_this<OpenSheet> {
     }
   }
 
+  /// Not every window manager does it by itself.
+  void giveBackTheKeyboard() {
+    if (window_ != nullptr && gtk_widget_get_mapped(GTK_WIDGET(window_))) gtk_window_present(window_);
+  }
+
   void over() {
     const auto alive = shared_from_this();
     isOver_ = true;
@@ -98,6 +103,7 @@ void GtkDialogs::show(const NSAlert& alert, const NSView* view, NSAlert::Complet
   auto* window = windowOf(view);
   const auto sheet = std::make_shared<OpenSheet>(window, surroundings_.holdPopover());
   sheet->opened(toolkit::ask(window, alert, [sheet, completion = std::move(completion)](std::size_t button) {
+    sheet->giveBackTheKeyboard();
     sheet->over();
     tellLater(completion, button);
   }));

@@ -15,7 +15,7 @@ namespace platform {
 
 namespace {
 
-/// About as much as window managers put above a window.
+/// About as much as window managers put above a window, within the place that it was given.
 constexpr double titleHeight = 32;
 
 /// Where the upper edge of a panel goes that is to be at `frame`: all of it is on the main screen, or at
@@ -24,9 +24,8 @@ double onScreen(const NSRect& frame, bool hasTitle) {
   const auto screen = NSScreen::main();
   if (!screen) return frame.maxY();
   const auto& visible = screen->visibleFrame;
-  const double highest = visible.maxY() - (hasTitle ? titleHeight : 0);
-  return std::min(std::max(frame.maxY(), visible.minY() + frame.size.height),
-                  std::max(highest, visible.minY()));
+  const double height = frame.size.height + (hasTitle ? titleHeight : 0);
+  return std::min(std::max(frame.maxY(), visible.minY() + height), visible.maxY());
 }
 
 }  // namespace

@@ -76,6 +76,8 @@ std::filesystem::path fatalErrorFile() { return ProgramFolders::userState() / "f
 
 GtkPlatform::GtkPlatform()
     : workspace_([this] { return application_.connection(); }),
+      services_({[this] { return application_.connection(); }, [this] { startToolkit(); },
+                 [this] { return popover_ != nullptr ? popover_->keepOpen() : nullptr; }}),
       dialogs_({[this] { return popover_ != nullptr ? popover_->keepOpen() : nullptr; },
                 [] { return (ProgramFolders::userState() / "folders").string(); },
                 [this] { startToolkit(); }}),

@@ -6,6 +6,7 @@
 #include "Platform/Gtk/GtkDialogs.h"
 #include "Platform/Gtk/GtkMainQueue.h"
 #include "Platform/Gtk/GtkPasteboard.h"
+#include "Platform/Gtk/GtkSystemServices.h"
 #include "Platform/Gtk/HotKeyGrabs.h"
 #include "Platform/NSBundle.h"
 #include "Platform/Platform.h"
@@ -42,6 +43,7 @@ class GtkPlatform : public Platform {
   std::filesystem::path userDataFolder() const override;
   NSURLSession& sharedURLSession() override;
   NSWorkspace& sharedWorkspace() override { return workspace_; }
+  SystemServices& systemServices() override { return services_; }
   NSPasteboard& generalPasteboard() override { return pasteboard_; }
   Dialogs& dialogs() override { return dialogs_; }
   NSDistributedNotificationCenter& distributedNotificationCenter() override { return notifications_; }
@@ -78,6 +80,7 @@ class GtkPlatform : public Platform {
   GtkApplicationHost application_;
   NSBundle bundle_;
   GtkWorkspace workspace_;
+  GtkSystemServices services_;
   GtkPasteboard pasteboard_;
   GtkDialogs dialogs_;
   BusNotificationCenter notifications_;

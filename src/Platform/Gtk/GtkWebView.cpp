@@ -4,6 +4,7 @@
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/IsolatedPage.h"
 #include "Platform/Gtk/KeyboardPlaces.h"
+#include "Platform/Gtk/PageDialogues.h"
 #include "Platform/Gtk/PageFiles.h"
 #include "Platform/Gtk/PageNotices.h"
 #include "Platform/Gtk/PageQuestions.h"
@@ -103,6 +104,11 @@ void followSideButtons(WebKitWebView* view) {
                    }),
                    view);
   gtk_widget_add_controller(GTK_WIDGET(view), buttons);
+}
+
+int pixelsOf(double inches) {
+  constexpr double pixelsPerInch = 96;
+  return static_cast<int>(std::lround(inches * pixelsPerInch));
 }
 
 struct ScriptRun {
@@ -293,6 +299,10 @@ void GtkWebView::loadChanged(WebKitLoadEvent event) {
     if (auto* item = webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_)))
       g_object_set_data(G_OBJECT(item), formAnswerKey, GINT_TO_POINTER(1));
   }
+  if (event == WEBKIT_LOAD_COMMITTED || event == WEBKIT_LOAD_FINISHED) {
+    awaitsDocument_ = false;
+    for (auto& action : std::exchange(waitingForDocument_, {})) whenDocumentIsThere(std::move(action));
+  }
   if (event == WEBKIT_LOAD_FINISHED && configuration_.isIsolated) showWhenPainted();
   if (event == WEBKIT_LOAD_FINISHED && navigationDelegate != nullptr) navigationDelegate->didFinish(*this);
 }
@@ -425,6 +435,7 @@ bool GtkWebView::isLoading() const { return view_ != nullptr && webkit_web_view_
 
 void GtkWebView::load(const URLRequest& request) {
   auto* view = engineView();
+  awaitsDocument_ = true;
   url_ = request.url;
   const auto uriRequest =
       GObjectPtr<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.absoluteString().c_str()));
@@ -440,6 +451,7 @@ void GtkWebView::loadHTMLString(const std::string& html, const std::optional<URL
   auto* view = engineView();
   url_ = baseURL ? baseURL : URL::parse("about:blank");
   auto page = withoutNulCharacters(html);
+  awaitsDocument_ = true;
   // What the view has painted last would come up with the next panel, before anything of the new page does.
   if (configuration_.isIsolated && !configuration_.isolatedPictures) {
     gtk_widget_set_opacity(GTK_WIDGET(view), 0);
@@ -520,7 +532,40 @@ void GtkWebView::evaluateJavaScript(const std::string& script, ScriptCompletion 
 }
 
 void GtkWebView::createPDF(const WKPDFConfiguration& configuration, DataCompletion completion) {
-  printToPDF(engineView(), configuration, whileAlive(std::move(completion)));
+  // A view that was never in a window has no size, and what a page measures by its window would come to
+  // nothing.
+  if (auto* const widget = GTK_WIDGET(engineView()); gtk_widget_get_width(widget) == 0) {
+    const auto setup = GObjectPtr<GtkPageSetup>::adopt(pageSetupFor({}));
+    gtk_widget_measure(widget, GTK_ORIENTATION_HORIZONTAL, -1, nullptr, nullptr, nullptr, nullptr);
+    gtk_widget_allocate(widget, pixelsOf(gtk_page_setup_get_paper_width(setup.get(), GTK_UNIT_INCH)),
+                        pixelsOf(gtk_page_setup_get_paper_height(setup.get(), GTK_UNIT_INCH)), -1, nullptr);
+  }
+  // On a busy machine a page that was just asked for would come out blank.
+  whenDocumentIsThere([this, configuration, completion = whileAlive(std::move(completion))] {
+    printToPDF(engineView(), configuration, completion);
+  });
+}
+
+void GtkWebView::whenDocumentIsThere(std::function<void()> action) {
+  auto* const view = engineView();
+  if (awaitsDocument_ && webkit_web_view_is_loading(view)) {
+    waitingForDocument_.push_back(std::move(action));
+    return;
+  }
+  // By then the process has done what it was told before.
+  webkit_web_view_evaluate_javascript(
+      view, "0", -1, nullptr, nullptr, cancellable_,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<std::function<void()>> next(static_cast<std::function<void()>*>(data));
+        GError* raw = nullptr;
+        const auto value = GObjectPtr<JSCValue>::adopt(
+            webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &raw));
+        const GErrorPtr error(raw);
+        // The view is gone then.
+        if (error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;
+        (*next)();
+      },
+      std::make_unique<std::function<void()>>(std::move(action)).release());
 }
 
 void GtkWebView::createMHTMLData(DataCompletion completion) {
@@ -529,6 +574,15 @@ void GtkWebView::createMHTMLData(DataCompletion completion) {
                                                 const std::optional<std::string>& mode, const auto& error) {
     if (error) return completion(tl::unexpected(*error));
     saveAsMHTML(engineView(), mode == "\"CSS1Compat\"", completion);
+  });
+}
+
+void GtkWebView::printOperation(const NSPrintInfo& info, std::function<void()> ended) {
+  askToPrint(engineView(), engine_(), info, [alive = isAlive_, ended = std::move(ended)] {
+    // The dialogue is just being closed: what follows it may open the next one.
+    DispatchQueue::main().async([alive, ended] {
+      if (*alive) ended();
+    });
   });
 }
 

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <webkit/webkit.h>
 
@@ -51,6 +52,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   void evaluateJavaScript(const std::string& script, ScriptCompletion completion) override;
   void createPDF(const WKPDFConfiguration& configuration, DataCompletion completion) override;
   void createMHTMLData(DataCompletion completion) override;
+  void printOperation(const NSPrintInfo& info, std::function<void()> ended) override;
 
  private:
   WebKitWebView* engineView();
@@ -66,6 +68,7 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   void endProcess();
   void showWhenPainted();
   void loadChanged(WebKitLoadEvent event);
+  void whenDocumentIsThere(std::function<void()> action);
   DataCompletion whileAlive(DataCompletion completion) const;
 
   NSRect frame_;
@@ -86,6 +89,9 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   std::unique_ptr<LoadWatch> loadWatch_;
   /// What the user asked for and the page's process hasn't begun yet, as a new process has to do it.
   std::function<void()> awaitedLoad_;
+  /// A page was asked for, and its process, which may have to start first, has none yet.
+  bool awaitsDocument_ = false;
+  std::vector<std::function<void()>> waitingForDocument_;
   /// The page's own document came as the answer to a form.
   bool isRespondingToForm_ = false;
   /// Of an isolated view: the page that it was handed last.

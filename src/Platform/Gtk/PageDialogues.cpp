@@ -4,6 +4,7 @@
 #include "Platform/Gtk/PageQuestions.h"
 #include "Platform/Gtk/PageState.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -96,8 +97,10 @@ void print(WebKitWebView* view, WebKitPrintOperation* operation, GtkPrintUnixDia
 
 class PrintDialogue : public PageDialogue {
  public:
-  PrintDialogue(WebKitWebView* view, WebEngine& engine, WebKitPrintOperation* operation)
+  PrintDialogue(WebKitWebView* view, WebEngine& engine, WebKitPrintOperation* operation,
+                std::function<void()> ended = {})
       : view_(view),
+        ended_(std::move(ended)),
         operation_(GObjectPtr<WebKitPrintOperation>::retain(operation)),
         pin_(engine.popover().keepOpen()),
         dialog_(gtk_print_unix_dialog_new("Print", windowOf(view))) {
@@ -110,6 +113,8 @@ class PrintDialogue : public PageDialogue {
     gtk_print_unix_dialog_set_embed_page_setup(dialog, TRUE);
     if (auto* settings = webkit_print_operation_get_print_settings(operation))
       gtk_print_unix_dialog_set_settings(dialog, settings);
+    if (auto* setup = webkit_print_operation_get_page_setup(operation))
+      gtk_print_unix_dialog_set_page_setup(dialog, setup);
     gtk_window_set_modal(GTK_WINDOW(dialog_), TRUE);
     g_signal_connect(dialog_, "response", G_CALLBACK(+[](GtkDialog*, int response, gpointer self) {
                        static_cast<PrintDialogue*>(self)->answered(response);
@@ -124,6 +129,7 @@ class PrintDialogue : public PageDialogue {
   ~PrintDialogue() override {
     g_signal_handlers_disconnect_by_data(dialog_, this);
     gtk_window_destroy(GTK_WINDOW(dialog_));
+    if (ended_) ended_();
   }
 
  private:
@@ -133,6 +139,7 @@ class PrintDialogue : public PageDialogue {
   }
 
   WebKitWebView* view_;
+  std::function<void()> ended_;
   GObjectPtr<WebKitPrintOperation> operation_;
   std::shared_ptr<void> pin_;
   GtkWidget* dialog_;
@@ -152,6 +159,33 @@ void serveDialogues(WebKitWebView* view, WebEngine& engine) {
   g_signal_connect(view, "run-file-chooser", G_CALLBACK(runFileChooser), &engine);
   g_signal_connect(view, "print", G_CALLBACK(runPrintDialogue), &engine);
   answerScriptQuestions(view, engine);
+}
+
+void askToPrint(WebKitWebView* view, WebEngine& engine, const NSPrintInfo& info,
+                std::function<void()> ended) {
+  auto& state = PageState::of(view);
+  if (windowOf(view) == nullptr || state.open<PrintDialogue>() != nullptr) return ended();
+  const auto operation = GObjectPtr<WebKitPrintOperation>::adopt(webkit_print_operation_new(view));
+  const auto setup = GObjectPtr<GtkPageSetup>::adopt(pageSetupFor(info));
+  const auto settings = GObjectPtr<GtkPrintSettings>::adopt(gtk_print_settings_new());
+  constexpr double percent = 100;
+  gtk_print_settings_set_scale(settings.get(), info.scalingFactor * percent);
+  webkit_print_operation_set_page_setup(operation.get(), setup.get());
+  webkit_print_operation_set_print_settings(operation.get(), settings.get());
+  state.add(std::make_unique<PrintDialogue>(view, engine, operation.get(), std::move(ended)));
+}
+
+GtkPageSetup* pageSetupFor(const NSPrintInfo& info) {
+  auto* const setup = gtk_page_setup_new();
+  // A4 or Letter, by the locale.
+  GtkPaperSize* size = gtk_paper_size_new(gtk_paper_size_get_default());
+  gtk_page_setup_set_paper_size(setup, size);
+  gtk_paper_size_free(size);
+  gtk_page_setup_set_top_margin(setup, info.topMargin, GTK_UNIT_POINTS);
+  gtk_page_setup_set_bottom_margin(setup, info.bottomMargin, GTK_UNIT_POINTS);
+  gtk_page_setup_set_left_margin(setup, info.leftMargin, GTK_UNIT_POINTS);
+  gtk_page_setup_set_right_margin(setup, info.rightMargin, GTK_UNIT_POINTS);
+  return setup;
 }
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/PageFiles.h"
 
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/PageDialogues.h"
 #include "Platform/WebArchive.h"
 #include "Platform/WholeFile.h"
 
@@ -47,19 +48,6 @@ struct PrintRun {
   GObjectPtr<WebKitPrintOperation> operation;
   std::string failure;
 };
-
-GObjectPtr<GtkPageSetup> pageSetup(double margin) {
-  auto setup = GObjectPtr<GtkPageSetup>::adopt(gtk_page_setup_new());
-  // A4 or Letter, by the locale.
-  GtkPaperSize* size = gtk_paper_size_new(gtk_paper_size_get_default());
-  gtk_page_setup_set_paper_size(setup.get(), size);
-  gtk_paper_size_free(size);
-  gtk_page_setup_set_top_margin(setup.get(), margin, GTK_UNIT_POINTS);
-  gtk_page_setup_set_bottom_margin(setup.get(), margin, GTK_UNIT_POINTS);
-  gtk_page_setup_set_left_margin(setup.get(), margin, GTK_UNIT_POINTS);
-  gtk_page_setup_set_right_margin(setup.get(), margin, GTK_UNIT_POINTS);
-  return setup;
-}
 
 void printEnded(WebKitPrintOperation*, gpointer data) {
   const std::unique_ptr<PrintRun> run(static_cast<PrintRun*>(data));
@@ -110,7 +98,9 @@ void printToPDF(WebKitWebView* view, const WKPDFConfiguration& configuration,
   gtk_print_settings_set_printer(settings.get(), g_dgettext("gtk40", "Print to File"));
   gtk_print_settings_set(settings.get(), GTK_PRINT_SETTINGS_OUTPUT_FILE_FORMAT, "pdf");
   gtk_print_settings_set(settings.get(), GTK_PRINT_SETTINGS_OUTPUT_URI, run->uri.c_str());
-  const auto setup = pageSetup(configuration.margin);
+  const double margin = configuration.margin;
+  const auto setup = GObjectPtr<GtkPageSetup>::adopt(pageSetupFor(
+      {.leftMargin = margin, .rightMargin = margin, .topMargin = margin, .bottomMargin = margin}));
   run->operation = GObjectPtr<WebKitPrintOperation>::adopt(webkit_print_operation_new(view));
   auto* const operation = run->operation.get();
   webkit_print_operation_set_print_settings(operation, settings.get());

@@ -57,7 +57,7 @@ class ScriptQuestions : public PageDialogue {
   bool isHeld() const noexcept { return isSilenced_ && asked_ != nullptr; }
 
   void ask(WebKitScriptDialog* asked) {
-    constexpr std::int64_t sameRow = 5 * G_USEC_PER_SEC;
+    constexpr std::int64_t sameRow = std::int64_t{5} * G_USEC_PER_SEC;
     constexpr int mostUnheard = 20;
     const bool isForLeaving =
         webkit_script_dialog_get_dialog_type(asked) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM;

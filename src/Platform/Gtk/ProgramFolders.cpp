@@ -15,11 +15,12 @@ constexpr const char* folderName = "velkin";
 
 }  // namespace
 
-std::filesystem::path ProgramFolders::data() {
+std::filesystem::path ProgramFolders::programs() {
   std::error_code error;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return program.parent_path().parent_path() / "share" / folderName;
+  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
 }
+
+std::filesystem::path ProgramFolders::data() { return programs().parent_path() / "share" / folderName; }
 
 std::filesystem::path ProgramFolders::userConfig() {
   return std::filesystem::path(g_get_user_config_dir()) / folderName;

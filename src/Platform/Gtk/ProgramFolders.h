@@ -7,6 +7,8 @@ namespace platform {
 
 /// Where the program's own files and the user's lie.
 struct ProgramFolders {
+  /// That of the running program.
+  static std::filesystem::path programs();
   /// Icons and images: `share/velkin` beside the folder that holds the program.
   static std::filesystem::path data();
   /// The settings' folder.

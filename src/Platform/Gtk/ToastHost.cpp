@@ -3,8 +3,6 @@
 #include <memory>
 #include <utility>
 
-#include <adwaita.h>
-
 namespace platform {
 
 GtkWidget* ToastHost::wrap(GtkWidget* child) {
@@ -31,7 +29,17 @@ void ToastHost::show(const std::string& text, const std::string& button, std::fu
   if (overlay_ == nullptr) return;
   const std::unique_ptr<char, decltype(&g_free)> escaped(g_markup_escape_text(text.c_str(), -1), g_free);
   AdwToast* toast = adw_toast_new(escaped.get());
-  if (action) {
+  // The toolkit's own title is cut off at the end of its line, where the reason stands.
+  GtkWidget* title = gtk_label_new(text.c_str());
+  gtk_label_set_wrap(GTK_LABEL(title), TRUE);
+  gtk_label_set_wrap_mode(GTK_LABEL(title), PANGO_WRAP_WORD_CHAR);
+  gtk_label_set_xalign(GTK_LABEL(title), 0);
+  constexpr int lineLength = 44;
+  gtk_label_set_max_width_chars(GTK_LABEL(title), lineLength);
+  gtk_widget_add_css_class(title, "heading");
+  adw_toast_set_custom_title(toast, title);
+  const bool hasButton = static_cast<bool>(action);
+  if (hasButton) {
     adw_toast_set_button_label(toast, button.c_str());
     g_signal_connect_data(
         toast, "button-clicked",
@@ -41,6 +49,10 @@ void ToastHost::show(const std::string& text, const std::string& button, std::fu
           std::default_delete<std::function<void()>>()(static_cast<std::function<void()>*>(data));
         },
         GConnectFlags(0));
+  }
+  if (!hasButton) {
+    if (plain_) adw_toast_dismiss(plain_.get());
+    plain_ = GObjectPtr<AdwToast>::retain(toast);
   }
   adw_toast_overlay_add_toast(ADW_TOAST_OVERLAY(overlay_), toast);
 }

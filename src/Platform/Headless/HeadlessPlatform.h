@@ -10,6 +10,7 @@
 #include "Platform/Headless/HeadlessPopover.h"
 #include "Platform/Headless/HeadlessQueue.h"
 #include "Platform/Headless/HeadlessStatusItem.h"
+#include "Platform/Headless/HeadlessSystemServices.h"
 #include "Platform/Headless/HeadlessTextView.h"
 #include "Platform/Headless/HeadlessURLSession.h"
 #include "Platform/Headless/HeadlessUserDefaults.h"
@@ -39,6 +40,7 @@ class HeadlessPlatform : public Platform {
   HeadlessQueue queue;
   HeadlessApplication app;
   HeadlessWorkspace workspace;
+  HeadlessSystemServices services;
   HeadlessPasteboard pasteboard;
   HeadlessDialogs openDialogs;
   HeadlessDistributedNotificationCenter distributedNotifications;
@@ -72,6 +74,7 @@ class HeadlessPlatform : public Platform {
   const NSBundle& mainBundle() const override { return bundle; }
   std::filesystem::path userDataFolder() const override { return dataFolder; }
   NSWorkspace& sharedWorkspace() override { return workspace; }
+  SystemServices& systemServices() override { return services; }
   NSPasteboard& generalPasteboard() override { return pasteboard; }
   Dialogs& dialogs() override { return openDialogs; }
   NSDistributedNotificationCenter& distributedNotificationCenter() override {

@@ -59,6 +59,13 @@ class HeadlessWebView : public WKWebView {
   std::optional<tl::expected<std::string, NSError>> mhtml;
   void createPDF(const WKPDFConfiguration& configuration, DataCompletion completion) override;
   void createMHTMLData(DataCompletion completion) override;
+  std::vector<NSPrintInfo> printOperations;
+  /// Of the print dialogues that are open.
+  std::vector<std::function<void()>> printAnswers;
+  void printOperation(const NSPrintInfo& info, std::function<void()> ended) override {
+    printOperations.push_back(info);
+    printAnswers.push_back(std::move(ended));
+  }
 
  private:
   NSRect frame_;

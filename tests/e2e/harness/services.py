@@ -3,6 +3,7 @@
 A page that a server gives reports what it sees (POST /report) and answers questions (long poll GET /ask, POST
 /answer), so that a test learns from the page itself what is on show.
 """
+import base64
 import errno
 import http.server
 import itertools
@@ -232,6 +233,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             "/loop": self.loop,
             "/big": self.big,
             "/moved": self.moved,
+            "/picture": self.picture,
             "/status": self.status,
             service.home: self.document,
         }.get("/status" if parts.path.startswith("/status/") else parts.path, self.missing)
@@ -247,6 +249,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.end_headers()
         if self.command != "HEAD":
             self.wfile.write(body)
+
+    def picture(self, service, request, body):
+        self.give(200, PICTURE, "image/png")
 
     def moved(self, service, request, body):
         self.give(302, Location=service.home)
@@ -315,11 +320,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def big(self, service, request, body):
         row = ("<p>" + "0123456789" * 100 + "</p>\n").encode()
-        self.give(200, b"<title>Big</title>" + row * (50 * 1024 * 1024 // len(row)), "text/html")
+        # It tells of its load like any other page.
+        end = f"<script>{fill(SCRIPT, PAGE=service.newPage(request.path).id)}</script>".encode()
+        self.give(200, b"<title>Big</title>" + row * (50 * 1024 * 1024 // len(row)) + end, "text/html")
 
     def missing(self, service, request, body):
         self.give(404, b"nothing here")
 
+
+# A PNG of one pixel, with bytes of all kinds.
+PICTURE = base64.b64decode(
+    "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNkYPhfDwAChwGA60e6kgAAAABJRU5ErkJggg==")
 
 # What every page can do: report itself and answer.
 SCRIPT = r"""

@@ -29,6 +29,7 @@ class Pages : public AboutUIViewDelegate,
   void didClickOnboardingButton() override { calls.emplace_back("onboarding"); }
   void didClickEditUrlsButton() override { calls.emplace_back("urls"); }
   void didClickToolbarCheckbox() override { calls.emplace_back("toolbar"); }
+  void didClickStartAtLogin(bool isEnabled) override { calls.emplace_back(isEnabled ? "login" : "no login"); }
   void didClickEasterEggUrlEditingDone() override { calls.emplace_back("done"); }
   void didCompleteOnboarding() override { calls.emplace_back("completed"); }
 };
@@ -138,6 +139,16 @@ TEST_F(OnboardingPagesTest, AboutHasItsElementsInOrder) {
   EXPECT_EQ(pages.calls, (std::vector<std::string>{"notes", "onboarding"}));
   press(tree, "Copy the versions for a bug report");
   EXPECT_EQ(desktop.pasteboard.string, "Velkin 1.0.0 (23), Toolkit 4.0, Web engine 2.0");
+}
+
+TEST_F(OnboardingPagesTest, AboutStoresTheStartAtLoginAndTellsItsDelegate) {
+  NSHostingController host(AboutUIView{.delegate = &pages});
+  auto& tree = platform::headlessTree(host);
+  press(tree, "Start at Login");
+  EXPECT_TRUE(defaults.startAtLogin());
+  press(tree, "Start at Login");
+  EXPECT_FALSE(defaults.startAtLogin());
+  EXPECT_EQ(pages.calls, (std::vector<std::string>{"login", "no login"}));
 }
 
 TEST_F(OnboardingPagesTest, AboutExportsAndImportsTheSettingsAndTellsWhatWentWrong) {

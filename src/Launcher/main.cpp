@@ -1,0 +1,3 @@
+#include "Launcher/LoginHelper.h"
+
+int main() { return LoginHelper().run(); }
