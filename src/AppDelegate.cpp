@@ -81,8 +81,14 @@ void AppDelegate::applicationDidFinishLaunching() {
     recoverFromFatalError(platform::NSUserDefaults::standardUserDefaults());
   }
   tellLauncher();
-  const auto appearance = platform::NSAppearance::currentAppearance();
-  defaults.set(platform::unwrap(appearance).isDark(), UserDefault::isDarkMode);
+  const auto readAppearance = [this] {
+    const auto appearance = platform::NSAppearance::currentAppearance();
+    defaults.set(platform::unwrap(appearance).isDark(), UserDefault::isDarkMode);
+  };
+  readAppearance();
+  // At login the desktop may come up behind the program; what it says first is what it was like at launch.
+  firstTold_ = platform::NSDistributedNotificationCenter::defaultCenter().addObserver(
+      platform::appearanceFirstToldNotification, [readAppearance](const std::string&) { readAppearance(); });
   setupDarkModeMonitor();
   popover->setContentSize({defaults.webViewWidth(), defaults.webViewHeight()});
   menuBar = std::make_unique<VelkinImpl>(popover, bardWebView(), bitbucketWebView(), chatWebView(),

@@ -2,6 +2,7 @@
 
 #include "Helpers/UserDefaultsHelper.h"
 #include "Platform/NSApplication.h"
+#include "Platform/NSDistributedNotificationCenter.h"
 #include "Platform/NSPopover.h"
 #include "VelkinImpl.h"
 #include "WebView/WebViewHelper.h"
@@ -80,6 +81,8 @@ class AppDelegate : public platform::NSApplicationDelegate {
   const WebView& webView(WebViewSwitchType type);
 
   std::map<WebViewSwitchType, Lazy> lazy_;
+  /// Of a desktop that hadn't said what it is like when the program was launched.
+  std::unique_ptr<platform::NSDistributedNotificationCenter::Token> firstTold_;
   std::optional<double> width_;
   std::optional<double> height_;
 };

@@ -11,6 +11,7 @@
 #include "Controller/StatusItem.h"
 #include "Controller/ViewSwitcher.h"
 #include "Controller/WindowGeometry.h"
+#include "Keyboard/DesktopKeys.h"
 #include "Keyboard/KeyboardShortcuts.h"
 #include "Keyboard/QKKeyboardShortcutHelper.h"
 #include "Keyboard/RecorderCocoa.h"
@@ -56,6 +57,7 @@ struct VelkinImpl::Rooms {
   PageExport pageExport{content};
   PagePrinting pagePrinting{content};
   std::unique_ptr<QKKeyboardShortcutHelper> keyboard;
+  std::unique_ptr<DesktopKeys> desktopKeys;
   std::unique_ptr<platform::Timer> startNotices;
   /// For what comes back after a while.
   std::shared_ptr<bool> isAlive = std::make_shared<bool>(true);
@@ -81,6 +83,7 @@ VelkinImpl::VelkinImpl(std::shared_ptr<platform::NSPopover> popover, WebView bar
       std::make_unique<QKKeyboardShortcutHelper>(*this, *rooms_->content.popover, menuBarItem(), *this);
   keyboardHelper().resetKeyPressBools();
   keyboardHelper().modifierKeyBools();
+  rooms_->desktopKeys = std::make_unique<DesktopKeys>(*this, *rooms_->content.popover);
   const std::weak_ptr<bool> alive = rooms_->isAlive;
   rooms_->startNotices = tellAfterStart(
       isFreshInstall,
@@ -197,6 +200,7 @@ void VelkinImpl::windowWillClose(platform::NSPanel& panel) {
   KeyboardShortcuts::RecorderCocoa::stopRecording();
   rooms_->panels.releaseContents(panel);
 }
+void VelkinImpl::didReload(platform::WKWebView&) { scriptingHelper()->pageReloaded(); }
 void VelkinImpl::showViewAsPanel(platform::NSPanel& panel, platform::NSPoint origin) {
   rooms_->panels.show(panel, origin);
 }

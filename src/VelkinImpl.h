@@ -129,6 +129,7 @@ class VelkinImpl : public platform::NSMenuDelegate,
   void updateSideBarZoomLevel(double zoom);
 
   // The panels.
+  void didReload(platform::WKWebView& webView) override;
   void windowWillClose(platform::NSPanel& panel) override;
   void showViewAsPanel(platform::NSPanel& panel, platform::NSPoint origin);
 

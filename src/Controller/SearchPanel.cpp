@@ -1,7 +1,11 @@
 #include "Controller/SearchPanel.h"
 
+#include "Platform/DispatchQueue.h"
 #include "Platform/NSScreen.h"
 #include "Values/AppearanceWidth.h"
+
+#include <memory>
+#include <utility>
 
 namespace velkin {
 
@@ -22,6 +26,8 @@ bool SearchPanel::open() {
                          NSPanel::nonactivatingPanel | NSPanel::titled);
   panel_->setFrameOrigin({frame.midX() - width / 2, frame.midY() * 1.3 - panelHeight / 2});
   panel_->setContentViewController(views_.searchBar());
+  panel_->setTitle("Velkin - Search Bar");
+  panel_->delegate = this;
   panel_->setFloatingPanel(true);
   panel_->makeKeyAndOrderFront();
   return true;
@@ -30,8 +36,12 @@ bool SearchPanel::open() {
 bool SearchPanel::close() {
   if (!panel_) return false;
   panel_->close();
-  panel_.reset();
   return true;
+}
+
+void SearchPanel::windowWillClose(platform::NSPanel&) {
+  // It is in the middle of closing: it goes in a later turn.
+  platform::DispatchQueue::main().async([closing = std::shared_ptr<platform::NSPanel>(std::move(panel_))] {});
 }
 
 }  // namespace velkin

@@ -8,7 +8,7 @@
 namespace velkin {
 
 /// The search bar's floating panel: a new one at each opening. Main thread.
-class SearchPanel {
+class SearchPanel : public platform::NSWindowDelegate {
  public:
   explicit SearchPanel(const ViewFactory& views) : views_(views) {}
 
@@ -21,6 +21,9 @@ class SearchPanel {
 
   /// For the key router: stays true when the panel was closed by Escape.
   bool isSearchBarOpen = false;
+
+  /// Whoever closes it, the window manager included, closes it here.
+  void windowWillClose(platform::NSPanel& panel) override;
 
  private:
   const ViewFactory& views_;

@@ -19,15 +19,32 @@ constexpr std::array<WebViewSwitchType, webViewCount> zoomOrder = {chatgpt, gitl
 
 }  // namespace
 
-void Sidebars::toggle(WebViewSwitchType view) {
+bool Sidebars::canHave(WebViewSwitchType view) const {
   const auto last = defaults_.lastVisibleWebView();
   const bool canHaveSidebars =
       view == markdown ? content_.isFindableView() : content_.isFindableOrMarkdownView();
-  if (!canHaveSidebars || last == releaseNotes || last == view) return;
+  return canHaveSidebars && last != releaseNotes && last != view;
+}
+
+bool Sidebars::areOnShow() const {
+  if (!content_.hostedWebView) return false;
+  const auto& container = content_.hostedWebView->rootView;
+  return container.isWideEnoughToShowChat() || container.isTallEnoughToShowChat();
+}
+
+void Sidebars::toggle(WebViewSwitchType view) {
+  if (!canHave(view)) return;
   auto& flag = *content_.sharedState->sidebarFlag(view);
   flag.set(!flag.get());
+  if (!areOnShow()) return;
   // Who opens a place to write wants to write.
-  if (view == markdown && flag.get() && content_.scratchpad) content_.scratchpad->takeKeyboard();
+  if (!flag.get()) {
+    content_.giveKeyboardToMainView();
+  } else if (view != markdown) {
+    content_.pages[view].webView->makeFirstResponder();
+  } else if (content_.scratchpad) {
+    content_.scratchpad->takeKeyboard();
+  }
 }
 
 void Sidebars::close() {
@@ -40,10 +57,11 @@ void Sidebars::reset() {
   std::ranges::transform(resetOrder, wasOpen.begin(),
                          [this](auto view) { return content_.sharedState->sidebarFlag(view)->get(); });
   for (std::size_t i = 0; i < resetOrder.size(); ++i) {
-    if (!wasOpen[i]) continue;
+    if (!wasOpen[i] || !canHave(resetOrder[i])) continue;
     // Off and on again: the container draws itself anew at the new size.
-    toggle(resetOrder[i]);
-    toggle(resetOrder[i]);
+    auto& flag = *content_.sharedState->sidebarFlag(resetOrder[i]);
+    flag.set(false);
+    flag.set(true);
   }
   // The scratchpad keeps its flag, and with it what is written in it; it too is drawn at the new size.
   if (content_.sharedState->isMarking.get()) content_.sharedState->notifyObservers();

@@ -12,6 +12,10 @@ inline constexpr const char* NSAppearanceNameVibrantDark = "NSAppearanceNameVibr
 /// Posted to the distributed notification centre when the user changes between light and dark.
 inline constexpr const char* interfaceThemeChangedNotification = "AppleInterfaceThemeChangedNotification";
 
+/// Posted in the same way, once at the most: the desktop has said for the first time what it is like. Not
+/// posted where it had been asked and had answered before the launch.
+inline constexpr const char* appearanceFirstToldNotification = "VelkinAppearanceFirstToldNotification";
+
 /// The desktop's look.
 struct NSAppearance {
   std::string name;

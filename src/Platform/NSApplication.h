@@ -42,6 +42,9 @@ class NSApplication {
   /// was taken.
   virtual bool sendAction(std::string_view selector) = 0;
 
+  /// True if what has the keyboard is a text that is being written, in a window of ours or in a page.
+  virtual bool isTextBeingEdited() const = 0;
+
   /// While it is true, the active window gets the keys that the desktop and other programs keep to
   /// themselves, as far as the desktop lets it.
   virtual void setTakesReservedKeys(bool takes) = 0;

@@ -22,7 +22,10 @@ void NSMenuItem::change(T& field, T value) {
 
 void NSMenuItem::setTitle(std::string title) { change(title_, std::move(title)); }
 void NSMenuItem::setKeyEquivalentModifierMask(std::uint32_t mask) { change(modifierMask_, mask); }
-void NSMenuItem::setState(State state) { change(state_, state); }
+void NSMenuItem::setState(State state) {
+  isCheckable_ = true;
+  change(state_, state);
+}
 void NSMenuItem::setEnabled(bool isEnabled) { change(isEnabled_, isEnabled); }
 void NSMenuItem::setHidden(bool isHidden) { change(isHidden_, isHidden); }
 

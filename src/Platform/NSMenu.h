@@ -31,6 +31,8 @@ class NSMenuItem {
   const std::string& keyEquivalent() const noexcept { return keyEquivalent_; }
   std::uint32_t keyEquivalentModifierMask() const noexcept { return modifierMask_; }
   State state() const noexcept { return state_; }
+  /// True once a state was set: it has a check mark, on or off.
+  bool isCheckable() const noexcept { return isCheckable_; }
   bool isEnabled() const noexcept { return isEnabled_; }
   bool isHidden() const noexcept { return isHidden_; }
   bool isSeparatorItem() const noexcept { return isSeparator_; }
@@ -61,6 +63,7 @@ class NSMenuItem {
   bool isEnabled_ = true;
   bool isHidden_ = false;
   bool isSeparator_ = false;
+  bool isCheckable_ = false;
   Observers observers_;
 };
 

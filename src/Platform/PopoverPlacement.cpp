@@ -35,9 +35,13 @@ PixelRect desktopOf(std::span<const PixelRect> monitors) {
   return all;
 }
 
-PixelPoint pixelOfClick(PixelPoint told, PixelPoint pointer, int scale) {
+PixelPoint pixelOfClick(PixelPoint told, PixelPoint pointer, int scale, bool isPointerOnPanel) {
+  /// About as far as an icon reaches.
+  constexpr int iconReach = 64;
   const PixelPoint scaled{told.x * scale, told.y * scale};
-  return squareOfDistance(scaled, pointer) < squareOfDistance(told, pointer) ? scaled : told;
+  const auto best = squareOfDistance(scaled, pointer) < squareOfDistance(told, pointer) ? scaled : told;
+  const auto reach = iconReach * scale;
+  return isPointerOnPanel && squareOfDistance(best, pointer) > reach * reach ? pointer : best;
 }
 
 std::vector<Strut> strutsAround(const PixelRect& area, const PixelRect& monitor, const PixelRect& desktop) {

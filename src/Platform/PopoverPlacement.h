@@ -42,8 +42,9 @@ PixelRect desktopOf(std::span<const PixelRect> monitors);
 
 /// The pixel of a click on the tray that the tray tells of as `told`: trays that scale their own windows
 /// count in points, others in pixels. `pointer` is the pointer's pixel at that moment, which the click can't
-/// be far from.
-PixelPoint pixelOfClick(PixelPoint told, PixelPoint pointer, int scale);
+/// be far from. Some panels tell of the same point whatever was clicked: where the pointer is over a panel
+/// (`isPointerOnPanel`) and not near what was told, it knows better.
+PixelPoint pixelOfClick(PixelPoint told, PixelPoint pointer, int scale, bool isPointerOnPanel = false);
 
 /// The part of `monitor` that no panel keeps clear. `desktop` is the rectangle of all monitors.
 PixelRect workArea(const PixelRect& monitor, std::span<const Strut> struts, const PixelRect& desktop);

@@ -115,8 +115,15 @@ bool isAuthority(std::string_view text) {
          std::all_of(port.begin(), port.end(), isDigit);
 }
 
-std::optional<std::string> percentEncoded(std::string_view text) {
+void addEncoded(std::string& text, char byte) {
   constexpr std::string_view hexDigits = "0123456789ABCDEF";
+  const auto value = static_cast<unsigned char>(byte);
+  text += '%';
+  text += hexDigits[value >> 4U];
+  text += hexDigits[value & 0xFU];
+}
+
+std::optional<std::string> percentEncoded(std::string_view text) {
   std::string result;
   result.reserve(text.size());
   while (!text.empty()) {
@@ -127,12 +134,7 @@ std::optional<std::string> percentEncoded(std::string_view text) {
       result += bytes.front();
       continue;
     }
-    for (const char byte : bytes) {
-      const auto value = static_cast<unsigned char>(byte);
-      result += '%';
-      result += hexDigits[value >> 4U];
-      result += hexDigits[value & 0xFU];
-    }
+    for (const char byte : bytes) addEncoded(result, byte);
   }
   return result;
 }
@@ -149,6 +151,37 @@ std::optional<URL> URL::parse(std::string_view text) {
                       isMadeOf(parts.fragment.value_or(""), ":@/?");
   if (!isGood) return std::nullopt;
   return URL(*std::move(encoded));
+}
+
+std::optional<URL> URL::parseReported(std::string_view text) {
+  if (auto url = parse(text)) return url;
+  const auto parts = partsOf(text);
+  std::string encoded;
+  if (parts.scheme) encoded.append(*parts.scheme) += ':';
+  if (parts.authority) encoded.append("//").append(*parts.authority);
+  const auto add = [&](std::string_view part, std::string_view allowed) {
+    for (std::size_t i = 0; i < part.size(); ++i) {
+      const char c = part[i];
+      const bool isEncoded =
+          c == '%' && i + 2 < part.size() && isHexDigit(part[i + 1]) && isHexDigit(part[i + 2]);
+      const bool isBeyondAscii = (static_cast<unsigned char>(c) & 0x80U) != 0;
+      if (isEncoded || isBeyondAscii || isPlain(c) || allowed.find(c) != allowed.npos) {
+        encoded += c;
+      } else {
+        addEncoded(encoded, c);
+      }
+    }
+  };
+  add(parts.path, ":@/");
+  if (parts.query) {
+    encoded += '?';
+    add(*parts.query, ":@/?");
+  }
+  if (parts.fragment) {
+    encoded += '#';
+    add(*parts.fragment, ":@/?");
+  }
+  return parse(encoded);
 }
 
 std::optional<std::string> URL::scheme() const {

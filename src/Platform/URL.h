@@ -14,6 +14,9 @@ class URL {
   /// percent-encoded as UTF-8. Nothing for an empty text, blanks, control characters, a "%" without two hex
   /// digits behind it, bytes that aren't UTF-8, and a port that is no number.
   static std::optional<URL> parse(std::string_view text);
+  /// As `parse`, for what a web engine reports: characters that may not stand where they do ("[", "|",
+  /// blanks) are percent-encoded first, as the engine does on the wire.
+  static std::optional<URL> parseReported(std::string_view text);
 
   /// The whole address; ASCII only.
   const std::string& absoluteString() const noexcept { return text_; }

@@ -113,6 +113,8 @@ class WKNavigationDelegate {
 class WKUIDelegate {
  public:
   virtual ~WKUIDelegate() = default;
+  /// The page begins anew, by the user's hand in its menu or because its process died.
+  virtual void didReload(WKWebView&) {}
 };
 
 struct WKPDFConfiguration {

@@ -170,6 +170,12 @@ View SearchBarView::result() const {
                                 .page = page};
 }
 
+std::string SearchBarView::news() const {
+  if (isPrompting.get()) return "Waiting for the answer";
+  if (isMissingApiKey.get() || resultHtml.get().empty()) return {};
+  return searchedText.get() == text.get() ? "The answer is there" : "The question could not be answered";
+}
+
 View SearchBarView::body() const {
   Views rows = {searchRow()};
   if (cutLength.get() > 0) {
@@ -178,9 +184,15 @@ View SearchBarView::body() const {
                        .padding(EdgeInsets{.top = 0, .leading = 16, .bottom = 10, .trailing = 16}));
   }
   rows.push_back(Divider().opacity(0.5));
+  // For who doesn't see the wheel turn, nor the answer come.
+  rows.push_back(VStack({}).accessibilityRole(AccessibilityRole::status).accessibilityLabel(news()));
   if (isPrompting.get()) {
-    rows.push_back(VStack({Spacer(), ProgressView().frame({.width = 32, .height = 32}), Spacer()})
-                       .frame({.height = progressHeight}));
+    rows.push_back(
+        VStack(
+            {Spacer(),
+             ProgressView().accessibilityLabel("Waiting for the answer").frame({.width = 32, .height = 32}),
+             Spacer()})
+            .frame({.height = progressHeight}));
   } else if (isMissingApiKey.get()) {
     rows.push_back(result());
     rows.push_back(buttonRow());

@@ -68,6 +68,8 @@ struct SearchBarView {
 
  private:
   static std::shared_ptr<const markdown::MarkdownParser> makeParser();
+  /// What has changed below the prompt, in words.
+  std::string news() const;
   platform::View searchRow() const;
   platform::View buttonRow() const;
   platform::View result() const;

@@ -4,21 +4,30 @@ namespace velkin {
 
 using namespace platform;
 
+namespace {
+
+constexpr double notFoundWidth = 44;
+
+}  // namespace
+
 View FindTextButton::body() const {
   return Button(Text(text).lineLimit(1).foregroundColor(foreground), action, ButtonStyle::borderless)
+      .accessibilityLabel(name.empty() ? text : name)
       .disabled(isDisabled);
 }
 
 View FindPrevNextUIView::body() const {
   return HStack({.spacing = 0, .alignment = Alignment::fill},
-                {FindTextButton{" ⟨ ", prevAction, foreground, isDisabled}, Divider(),
-                 FindTextButton{" ⟩ ", nextAction, foreground, isDisabled}});
+                {FindTextButton{" ⟨ ", "Previous match", prevAction, foreground, isDisabled}, Divider(),
+                 FindTextButton{" ⟩ ", "Next match", nextAction, foreground, isDisabled}});
 }
 
 View FocusableTextField::body() const {
   const Binding<std::string> edited([titleText = titleText] { return titleText.get(); },
                                     [onChange = onChange](const std::string& text) { onChange(text); });
-  return TextField(placeholder, edited, {.onCommit = onCommit}).focused(shouldFocus);
+  return TextField(placeholder, edited, {.onCommit = onCommit})
+      .accessibilityLabel("Find in page")
+      .focused(shouldFocus);
 }
 
 View FindTextFieldUIView::body() const {
@@ -26,19 +35,22 @@ View FindTextFieldUIView::body() const {
 }
 
 View FindTextBarUIView::body() const {
-  return HStack({.spacing = 6},
-                {when(!isNotFoundTextHidden.get(),
-                      [] {
-                        return Text("Not\nfound").font(Font::caption).foregroundColor(Color::Role::secondary);
-                      }),
-                 FindTextFieldUIView{text, shouldFocus, onChange, onCommit},
-                 FindPrevNextUIView{.prevAction = previousClicked,
-                                    .nextAction = nextClicked,
-                                    .isDisabled = isPrevNextButtonDisabled.get()},
-                 FindTextButton{.text = "Done", .action = onDone}, webVButtons})
+  return HStack({.spacing = 6}, {Text(isNotFoundTextHidden.get() ? "" : "Not\nfound")
+                                     .font(Font::caption)
+                                     .foregroundColor(Color::Role::secondary)
+                                     .accessibilityRole(AccessibilityRole::status)
+                                     // Its place is kept: the field is where it was when it comes.
+                                     .frame({.width = notFoundWidth}),
+                                 FindTextFieldUIView{text, shouldFocus, onChange, onCommit},
+                                 FindPrevNextUIView{.prevAction = previousClicked,
+                                                    .nextAction = nextClicked,
+                                                    .isDisabled = isPrevNextButtonDisabled.get()},
+                                 FindTextButton{.text = "Done", .action = onDone}, webVButtons})
       .padding(padding)
       .frame({.maxWidth = infinity})
-      .background({Color::Role::underPageBackground, 0.6});
+      .background({Color::Role::underPageBackground, 0.6})
+      .accessibilityRole(AccessibilityRole::toolbar)
+      .accessibilityLabel("Find");
 }
 
 }  // namespace velkin

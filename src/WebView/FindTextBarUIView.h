@@ -11,6 +11,8 @@ namespace velkin {
 /// A text button of the find bar.
 struct FindTextButton {
   std::string text;
+  /// What a screen reader says; empty for the text itself.
+  std::string name;
   platform::Action action;
   platform::Color foreground = platform::Color::Role::primary;
   bool isDisabled = false;

@@ -43,7 +43,9 @@ platform::View ToolbarUIView::body() const {
   return VStack({.spacing = 0, .alignment = Alignment::fill},
                 {HStack({.spacing = 2}, std::move(buttons)).padding(padding)})
       .frame({.maxWidth = infinity})
-      .background(Color::Role::underPageBackground);
+      .background(Color::Role::underPageBackground)
+      .accessibilityRole(AccessibilityRole::toolbar)
+      .accessibilityLabel("Page");
 }
 
 }  // namespace velkin

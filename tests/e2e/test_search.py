@@ -155,7 +155,7 @@ class Search(VelkinTestCase):
         menu = waitFor("the menu of recent searches",
                        lambda: next((w for w in self.desktop.windows() if w.overrideRedirect), None), 10)
         self.desktop.picture(self.artefact("menu.png"))
-        self.desktop.click(menu.centre[0], menu.y + 55)
+        self.desktop.click(menu.centre[0], menu.y + 27)
         # While it is on the screen, a click elsewhere only closes it.
         waitFor("the menu to go", lambda: not [w for w in self.desktop.windows() if w.overrideRedirect], 10)
         panel = self.waitForAnswer()

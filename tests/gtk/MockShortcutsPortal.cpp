@@ -113,6 +113,17 @@ void MockShortcutsPortal::handle(const char* sender, const char* interface, cons
   guint32 answer = 0;
   if (called == "CreateSession") {
     calls.emplace_back("CreateSession");
+    const GVariantPtr offered(
+        g_variant_lookup_value(options.get(), "shortcuts", G_VARIANT_TYPE("a(sa{sv})")));
+    for (gsize i = 0; options_.takesThemAtCreation && offered && i < g_variant_n_children(offered.get());
+         ++i) {
+      const char* name = nullptr;
+      GVariant* raw = nullptr;
+      g_variant_get_child(offered.get(), i, "(&s@a{sv})", &name, &raw);
+      const GVariantPtr details(raw);
+      options_.remembered.emplace_back(name);
+      descriptionAndTrigger[name] = {lookUp(raw, "description"), lookUp(raw, "preferred_trigger")};
+    }
     session = pathOf("session", sender, lookUp(options.get(), "session_handle_token"));
     auto* node = g_dbus_node_info_new_for_xml(introspection, nullptr);
     static const GDBusInterfaceVTable table = {
@@ -150,7 +161,8 @@ void MockShortcutsPortal::handle(const char* sender, const char* interface, cons
       for (const auto& name : names) line += " " + name;
       calls.push_back(line);
       answer = options_.answer;
-      g_variant_builder_add(&results, "{sv}", "shortcuts", shortcutList(names));
+      g_variant_builder_add(&results, "{sv}", "shortcuts",
+                            shortcutList(bindsNothing ? std::vector<std::string>() : names));
     }
   }
   g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", request.c_str()));

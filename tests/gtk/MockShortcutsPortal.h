@@ -22,6 +22,8 @@ class MockShortcutsPortal {
     guint32 answer = 0;
     /// What is bound from an earlier time, without a question.
     std::vector<std::string> remembered;
+    /// The shortcuts are those of the session's making, and a binding binds nothing.
+    bool takesThemAtCreation = false;
   };
 
   explicit MockShortcutsPortal(Options options);
@@ -34,6 +36,8 @@ class MockShortcutsPortal {
   /// Of the last binding: what each shortcut was told with.
   std::map<std::string, std::pair<std::string, std::string>> descriptionAndTrigger;
   std::string session;
+  /// The desktop says yes to a binding, and binds nothing.
+  bool bindsNothing = false;
 
   /// The user's hands.
   void press(const std::string& name, const std::string& token = {}) { signal("Activated", name, token); }

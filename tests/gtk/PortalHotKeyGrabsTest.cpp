@@ -82,6 +82,26 @@ TEST_F(PortalHotKeyGrabsTest, AllShortcutsOfOneTurnAreBoundTogetherByTheirNames)
   EXPECT_EQ(grabs->notice(), std::nullopt);
 }
 
+TEST_F(PortalHotKeyGrabsTest, APortalThatTakesThemWhenTheSessionIsMadeIsAskedForNothingMore) {
+  start({.takesThemAtCreation = true});
+  makeGrabs();
+  grabBoth();
+  ASSERT_TRUE(waitForLog("has bound search"));
+  EXPECT_EQ(portal->descriptionAndTrigger["popUp"],
+            (std::pair<std::string, std::string>{"Open it", "CTRL+SHIFT+t"}));
+  EXPECT_EQ(portal->calls.back(), "ListShortcuts");
+  EXPECT_FALSE(grabs->notice());
+}
+
+TEST_F(PortalHotKeyGrabsTest, ABindingOfNothingIsAFailureThatIsTold) {
+  start({});
+  portal->bindsNothing = true;
+  makeGrabs();
+  grabBoth();
+  ASSERT_TRUE(waitForLog("There are no global shortcuts"));
+  EXPECT_TRUE(grabs->notice());
+}
+
 TEST_F(PortalHotKeyGrabsTest, ActivationAndItsEndAreToldAsPressAndRelease) {
   start({});
   makeGrabs();

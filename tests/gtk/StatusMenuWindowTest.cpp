@@ -52,6 +52,15 @@ TEST_F(StatusMenuWindowTest, aChoiceTellsTheItemsNumberInTheMenuAndTakesTheWindo
   EXPECT_EQ(timesClosed, 0);
 }
 
+TEST_F(StatusMenuWindowTest, itemsAreTheirKindForAScreenReader) {
+  shown.show(std::nullopt);
+  EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(buttons()[1])),
+            GTK_ACCESSIBLE_ROLE_MENU_ITEM_CHECKBOX);
+  EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(buttons()[2])), GTK_ACCESSIBLE_ROLE_MENU_ITEM);
+  EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(gtk_window_get_child(shown.window()))),
+            GTK_ACCESSIBLE_ROLE_MENU);
+}
+
 TEST_F(StatusMenuWindowTest, closingTellsOfItOnce) {
   shown.close();
   EXPECT_EQ(timesClosed, 0) << "it wasn't shown";

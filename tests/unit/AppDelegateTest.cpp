@@ -71,6 +71,16 @@ TEST_F(AppDelegateTest, AThemeChangedWhileRunningChangesNothingStored) {
   EXPECT_FALSE(defaults.isDarkMode());
 }
 
+TEST_F(AppDelegateTest, ADesktopThatSpeaksLateCorrectsTheValueOfTheLaunch) {
+  launch();
+  EXPECT_FALSE(defaults.isDarkMode());
+  desktop.appearance = platform::NSAppearance{platform::NSAppearanceNameDarkAqua};
+  platform::NSDistributedNotificationCenter::defaultCenter().post(platform::appearanceFirstToldNotification,
+                                                                  "");
+  desktop.queue.drain();
+  EXPECT_TRUE(defaults.isDarkMode());
+}
+
 TEST_F(AppDelegateTest, TheHandlerForAThemeTurnsTheStoredValueRoundAndLogsTheOldOne) {
   launch();
   app->interfaceModeChanged();

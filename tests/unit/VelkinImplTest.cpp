@@ -188,6 +188,42 @@ TEST_F(VelkinImplTest, TheMenusClosingResetsBothFlags) {
   EXPECT_FALSE(controller.isDismissingPopUpMenu());
 }
 
+TEST_F(VelkinImplTest, BehindTheMenuThePopoverClosesAsStickySaysAgain) {
+  settleIn();
+  auto& controller = launch();
+  leftClick();
+  rightClick();
+  EXPECT_EQ(popover().behavior, NSPopover::Behavior::applicationDefined);
+  statusItem().closeMenu(nullptr);
+  EXPECT_EQ(popover().behavior, NSPopover::Behavior::transient);
+  // By the menu's key.
+  controller.handlePopOverBehaviorUpdate(true);
+  controller.preferencesClicked();
+  EXPECT_EQ(popover().behavior, NSPopover::Behavior::applicationDefined);
+  statusItem().closeMenu(nullptr);
+  EXPECT_EQ(popover().behavior, NSPopover::Behavior::transient);
+  controller.stickyClicked();
+  rightClick();
+  statusItem().closeMenu(nullptr);
+  EXPECT_EQ(popover().behavior, NSPopover::Behavior::applicationDefined);
+}
+
+TEST_F(VelkinImplTest, APageThatItsDeadProcessBroughtBackIsANewOneForTheScripts) {
+  settleIn();
+  auto& controller = launch();
+  auto& page = engineOf(controller.chatWebView());
+  const auto submit = [&] {
+    controller.handleEnter();
+    desktop.queue.drain();
+    return page.scripts.back();
+  };
+  const auto full = submit();
+  EXPECT_EQ(submit(), "submitButton.click()");
+  ASSERT_NE(page.uiDelegate, nullptr);
+  page.uiDelegate->didReload(page);
+  EXPECT_EQ(submit(), full);
+}
+
 TEST_F(VelkinImplTest, TheRoutersValueForTheBehaviourCountsAsFalseIfAbsent) {
   settleIn();
   auto& controller = launch();

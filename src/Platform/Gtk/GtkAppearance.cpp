@@ -15,24 +15,32 @@ namespace {
 
 constexpr int answerTime = 100;
 constexpr guint32 preferDark = 1;
+constexpr const char* portalName = "org.freedesktop.portal.Desktop";
+constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
+constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
+constexpr const char* appearanceGroup = "org.freedesktop.appearance";
+constexpr const char* schemeKey = "color-scheme";
+
+/// Whatever it is boxed in; nothing for what is no number.
+std::optional<bool> isDarkIn(GVariant* boxed) {
+  GVariantPtr value(g_variant_ref(boxed));
+  while (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_VARIANT))
+    value = GVariantPtr(g_variant_get_variant(value.get()));
+  if (!g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32)) return std::nullopt;
+  return g_variant_get_uint32(value.get()) == preferDark;
+}
 
 /// What the desktop's portal says; nothing where no portal runs.
 std::optional<bool> askPortal(GDBusConnection* connection) {
   if (connection == nullptr) return std::nullopt;
   // A portal that isn't running yet is not worth waiting for here: the toolkit asks it again later.
-  const GVariantPtr reply(g_dbus_connection_call_sync(
-      connection, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-      "org.freedesktop.portal.Settings", "Read",
-      g_variant_new("(ss)", "org.freedesktop.appearance", "color-scheme"), G_VARIANT_TYPE("(v)"),
-      G_DBUS_CALL_FLAGS_NO_AUTO_START, answerTime, nullptr, nullptr));
+  const GVariantPtr reply(
+      g_dbus_connection_call_sync(connection, portalName, portalPath, settingsInterface, "Read",
+                                  g_variant_new("(ss)", appearanceGroup, schemeKey), G_VARIANT_TYPE("(v)"),
+                                  G_DBUS_CALL_FLAGS_NO_AUTO_START, answerTime, nullptr, nullptr));
   if (!reply) return std::nullopt;
-  GVariant* outer = nullptr;
-  g_variant_get(reply.get(), "(v)", &outer);
-  const GVariantPtr boxed(outer);
-  const GVariantPtr value(g_variant_is_of_type(outer, G_VARIANT_TYPE_VARIANT) ? g_variant_get_variant(outer)
-                                                                              : g_variant_ref(outer));
-  if (!g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32)) return std::nullopt;
-  return g_variant_get_uint32(value.get()) == preferDark;
+  const GVariantPtr value(g_variant_get_child_value(reply.get(), 0));
+  return isDarkIn(value.get());
 }
 
 std::optional<bool> askSettings() {
@@ -50,22 +58,87 @@ std::optional<bool> askSettings() {
 
 }  // namespace
 
+GtkAppearance::~GtkAppearance() {
+  g_cancellable_cancel(cancellable_);
+  g_object_unref(cancellable_);
+  if (darkHandler_ != 0) g_signal_handler_disconnect(adw_style_manager_get_default(), darkHandler_);
+  if (watch_ != 0) g_bus_unwatch_name(watch_);
+  if (changes_ != 0) g_dbus_connection_signal_unsubscribe(connection_, changes_);
+  if (connection_ != nullptr) g_object_unref(connection_);
+}
+
 void GtkAppearance::readFromDesktop(GDBusConnection* connection) {
   auto answer = askPortal(connection);
+  isTold_ = answer.has_value();
+  if (connection != nullptr) connection_ = static_cast<GDBusConnection*>(g_object_ref(connection));
   if (!answer) answer = askSettings();
   isDark_ = answer.value_or(false);
 }
 
-void GtkAppearance::followToolkit(std::function<void()> changed) {
-  changed_ = std::move(changed);
+void GtkAppearance::followToolkit(Events events) {
+  events_ = std::move(events);
   update();
-  g_signal_connect_swapped(adw_style_manager_get_default(), "notify::dark",
-                           G_CALLBACK(+[](GtkAppearance* self) { self->update(); }), this);
+  darkHandler_ = g_signal_connect_swapped(adw_style_manager_get_default(), "notify::dark",
+                                          G_CALLBACK(+[](GtkAppearance* self) { self->update(); }), this);
+  if (!isTold_ && connection_ != nullptr) awaitPortal();
 }
 
 void GtkAppearance::update() {
   const bool isDark = adw_style_manager_get_dark(adw_style_manager_get_default()) != FALSE;
-  if (isDark_.exchange(isDark) != isDark && changed_) changed_();
+  if (isDark_.exchange(isDark) != isDark && events_.changed) events_.changed();
+}
+
+void GtkAppearance::awaitPortal() {
+  // The toolkit asks when it starts, and never again where nobody answered.
+  watch_ = g_bus_watch_name_on_connection(
+      connection_, portalName, G_BUS_NAME_WATCHER_FLAGS_NONE,
+      [](GDBusConnection*, const char*, const char*, gpointer self) {
+        static_cast<GtkAppearance*>(self)->askLatePortal();
+      },
+      nullptr, this, nullptr);
+}
+
+void GtkAppearance::askLatePortal() {
+  if (isTold_) return;
+  g_dbus_connection_call(
+      connection_, portalName, portalPath, settingsInterface, "Read",
+      g_variant_new("(ss)", appearanceGroup, schemeKey), G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, -1,
+      cancellable_,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
+        // Also where this has gone.
+        if (!reply) return;
+        const GVariantPtr value(g_variant_get_child_value(reply.get(), 0));
+        if (const auto isDark = isDarkIn(value.get()))
+          static_cast<GtkAppearance*>(data)->latePortalSaid(*isDark);
+      },
+      this);
+}
+
+void GtkAppearance::latePortalSaid(bool isDark) {
+  auto* style = adw_style_manager_get_default();
+  if (!adw_style_manager_get_system_supports_color_schemes(style) || isDark != isDark_.load()) {
+    // The toolkit asked too early, and doesn't follow this portal.
+    adw_style_manager_set_color_scheme(style,
+                                       isDark ? ADW_COLOR_SCHEME_PREFER_DARK : ADW_COLOR_SCHEME_DEFAULT);
+  }
+  update();
+  if (changes_ == 0) {
+    changes_ = g_dbus_connection_signal_subscribe(
+        connection_, portalName, settingsInterface, "SettingChanged", portalPath, appearanceGroup,
+        G_DBUS_SIGNAL_FLAGS_NONE,
+        [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* told,
+           gpointer self) {
+          if (!g_variant_is_of_type(told, G_VARIANT_TYPE("(ssv)"))) return;
+          const char* key = nullptr;
+          g_variant_get_child(told, 1, "&s", &key);
+          const GVariantPtr value(g_variant_get_child_value(told, 2));
+          const auto dark = std::string_view(key) == schemeKey ? isDarkIn(value.get()) : std::nullopt;
+          if (dark) static_cast<GtkAppearance*>(self)->latePortalSaid(*dark);
+        },
+        this, nullptr);
+  }
+  if (!std::exchange(isTold_, true) && events_.firstTold) events_.firstTold();
 }
 
 }  // namespace platform

@@ -25,11 +25,33 @@
 namespace platform {
 
 void GtkApplicationHost::perform(GSimpleAction* action, GVariant* parameter, gpointer host) {
-  // What the desktop binds to a key has the right of a key: its window may take the keyboard.
+  auto* self = static_cast<GtkApplicationHost*>(host);
+  self->whenStarted(
+      [self, name = std::string(g_action_get_name(G_ACTION(action))),
+       argument = std::string(parameter == nullptr ? "" : g_variant_get_string(parameter, nullptr))] {
+        // What the desktop binds to a key has the right of a key: its window may take the keyboard.
+        const HotKeyActivationScope scope({});
+        self->delegate_->applicationPerformAction(name, argument);
+      });
+}
+
+void GtkApplicationHost::whenStarted(std::function<void()> work) {
+  if (isStarting_) {
+    waitingForStart_.push_back(std::move(work));
+  } else {
+    work();
+  }
+}
+
+void GtkApplicationHost::startHasEnded() {
+  if (!std::exchange(isStarting_, false)) return;
+  for (const auto& work : std::exchange(waitingForStart_, {})) work();
+}
+
+void GtkApplicationHost::reopen() {
+  // Where the pointer is says nothing of where the icon is.
   const HotKeyActivationScope scope({});
-  static_cast<GtkApplicationHost*>(host)->delegate_->applicationPerformAction(
-      g_action_get_name(G_ACTION(action)),
-      parameter == nullptr ? "" : g_variant_get_string(parameter, nullptr));
+  delegate_->applicationDidReopen();
 }
 
 GtkApplicationHost::GtkApplicationHost()
@@ -42,7 +64,8 @@ GtkApplicationHost::GtkApplicationHost()
   constexpr GActionEntry actions[] = {
       {"open",
        [](GSimpleAction*, GVariant*, gpointer self) {
-         static_cast<GtkApplicationHost*>(self)->delegate_->applicationDidReopen();
+         auto* host = static_cast<GtkApplicationHost*>(self);
+         host->whenStarted([host] { host->reopen(); });
        }},
       {"quit",
        [](GSimpleAction*, GVariant*, gpointer self) { static_cast<GtkApplicationHost*>(self)->quit(); }},
@@ -88,6 +111,8 @@ bool GtkApplicationHost::sendAction(std::string_view selector) {
   return sendEditAction(std::string(selector).c_str());
 }
 
+bool GtkApplicationHost::isTextBeingEdited() const { return isTextFocused(); }
+
 void GtkApplicationHost::setTakesReservedKeys(bool takes) {
   GListModel* windows = gtk_window_get_toplevels();
   for (guint i = 0; i < g_list_model_get_n_items(windows); ++i) {
@@ -127,7 +152,7 @@ bool GtkApplicationHost::becomeTheOnlyProcessWithoutBus() {
   g_unix_signal_add(
       SIGUSR2,
       [](gpointer self) -> gboolean {
-        static_cast<GtkApplicationHost*>(self)->delegate_->applicationDidReopen();
+        static_cast<GtkApplicationHost*>(self)->reopen();
         return G_SOURCE_CONTINUE;
       },
       this);
@@ -147,8 +172,9 @@ void GtkApplicationHost::launched() {
 }
 
 void GtkApplicationHost::activated() {
-  // The first activation is the start itself.
-  if (std::exchange(isLaunched_, true)) delegate_->applicationDidReopen();
+  // The first activation is the start itself, and comes twice where the bus made the start: from the
+  // program's own, and from what the bus has kept for it.
+  if (!isStarting_) reopen();
 }
 
 }  // namespace platform

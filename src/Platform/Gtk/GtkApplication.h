@@ -3,6 +3,7 @@
 #include "Platform/NSApplication.h"
 
 #include <functional>
+#include <vector>
 
 #include <gio/gio.h>
 
@@ -23,7 +24,11 @@ class GtkApplicationHost : public NSApplication {
   int run(NSApplicationDelegate& delegate) override;
   [[noreturn]] void exit(int code) override;
   bool sendAction(std::string_view selector) override;
+  bool isTextBeingEdited() const override;
   void setTakesReservedKeys(bool takes) override;
+
+  /// What the program was started for happens now, and whoever activates it from now on does so once more.
+  void startHasEnded();
 
   /// nullptr where there is no session bus, and before `run`.
   GDBusConnection* connection() const;
@@ -37,7 +42,12 @@ class GtkApplicationHost : public NSApplication {
 
   GApplication* application_;
   NSApplicationDelegate* delegate_ = nullptr;
-  bool isLaunched_ = false;
+  void whenStarted(std::function<void()> work);
+  void reopen();
+
+  bool isStarting_ = true;
+  /// What came over the bus before the tray was there.
+  std::vector<std::function<void()>> waitingForStart_;
 };
 
 }  // namespace platform

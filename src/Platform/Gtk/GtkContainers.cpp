@@ -4,6 +4,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkRenderedView.h"
 #include "Platform/Gtk/GtkViewBase.h"
+#include "Platform/Gtk/KeyboardPlaces.h"
 #include "Platform/NSView.h"
 
 #include <algorithm>
@@ -186,6 +187,15 @@ class BubbleView : public GtkRenderedView {
   explicit BubbleView(const Element& element) : GtkRenderedView(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)) {
     bubble_ = gtk_popover_new();
     g_object_ref_sink(bubble_);
+    // What expands in it doesn't expand what it points at, beside which it stands.
+    gtk_widget_set_hexpand(bubble_, FALSE);
+    gtk_widget_set_vexpand(bubble_, FALSE);
+    gtk_widget_set_halign(bubble_, GTK_ALIGN_START);
+    // Windows that are not composed have no transparent corners, nor room for a shadow.
+    if (!gdk_display_is_composited(gtk_widget_get_display(bubble_))) {
+      gtk_widget_add_css_class(bubble_, "velkin-square");
+      gtk_popover_set_has_arrow(GTK_POPOVER(bubble_), FALSE);
+    }
     holder_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_popover_set_child(GTK_POPOVER(bubble_), holder_);
     gtk_widget_set_parent(bubble_, widget());
@@ -241,7 +251,9 @@ class BubbleView : public GtkRenderedView {
     auto* root = gtk_widget_get_root(widget());
     if (had == nullptr || root == nullptr || gtk_widget_get_root(had) != root) return;
     auto* has = gtk_root_get_focus(root);
-    if (has == nullptr || gtk_widget_is_ancestor(has, bubble_)) gtk_widget_grab_focus(had);
+    // The toolkit gives it to what the bubble points at.
+    const bool isLeftOver = has == nullptr || gtk_widget_is_ancestor(has, widget());
+    if (isLeftOver) gtk_widget_grab_focus(had);
   }
 
   GtkWidget* bubble_;
@@ -261,7 +273,11 @@ class HostedPlace : public GtkRenderedView {
     if (auto* hosted = dynamic_cast<GtkViewBase*>(view_)) {
       guest_ = hosted->widget();
       g_object_ref(guest_);
-      if (GtkWidget* parent = gtk_widget_get_parent(guest_)) gtk_box_remove(GTK_BOX(parent), guest_);
+      if (GtkWidget* parent = gtk_widget_get_parent(guest_)) {
+        keyboardMayLeave(guest_);
+        gtk_box_remove(GTK_BOX(parent), guest_);
+      }
+      markAsPane(widget());
       gtk_widget_set_hexpand(guest_, TRUE);
       gtk_widget_set_vexpand(guest_, TRUE);
       gtk_box_append(GTK_BOX(widget()), guest_);
@@ -270,7 +286,10 @@ class HostedPlace : public GtkRenderedView {
   }
   ~HostedPlace() override {
     if (guest_ == nullptr) return;
-    if (gtk_widget_get_parent(guest_) == widget()) gtk_box_remove(GTK_BOX(widget()), guest_);
+    if (gtk_widget_get_parent(guest_) == widget()) {
+      keyboardMayLeave(guest_);
+      gtk_box_remove(GTK_BOX(widget()), guest_);
+    }
     g_object_unref(guest_);
   }
 

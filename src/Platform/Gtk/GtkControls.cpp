@@ -1,11 +1,15 @@
 #include "Platform/Gtk/GtkControls.h"
 
+#include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkAssets.h"
 #include "Platform/Gtk/GtkTextEdits.h"
 
+#include <array>
 #include <cmath>
 #include <cstring>
+#include <functional>
+#include <utility>
 
 namespace platform {
 
@@ -127,6 +131,12 @@ class ButtonView : public GtkRenderedView {
       static_cast<GtkRenderedView*>(children.front())->align(Axis::depth, Alignment::center);
     if (gtk_button_get_child(GTK_BUTTON(widget())) != label)
       gtk_button_set_child(GTK_BUTTON(widget()), label);
+    // The toolkit of today does this by itself.
+    const auto& m = element().modifiers;
+    if (label != nullptr && m.label.empty() && m.help.empty()) {
+      gtk_accessible_update_relation(GTK_ACCESSIBLE(widget()), GTK_ACCESSIBLE_RELATION_LABELLED_BY, label,
+                                     nullptr, -1);
+    }
   }
 
  protected:
@@ -150,6 +160,51 @@ class ButtonView : public GtkRenderedView {
     gtk_widget_set_cursor_from_name(link, "pointer");
     return link;
   }
+};
+
+/// Hears of the keys of its window that nothing else has a use for, as long as its widget is in one.
+class UnusedKeys {
+ public:
+  using Handler = std::function<bool(guint keyval, GdkModifierType state)>;
+
+  UnusedKeys(GtkWidget* widget, Handler handler) : widget_(widget), handler_(std::move(handler)) {
+    g_signal_connect_swapped(widget, "notify::root", G_CALLBACK(+[](UnusedKeys* self) { self->follow(); }),
+                             this);
+    follow();
+  }
+  ~UnusedKeys() {
+    g_signal_handlers_disconnect_by_data(widget_, this);
+    leave();
+  }
+  UnusedKeys(const UnusedKeys&) = delete;
+  UnusedKeys& operator=(const UnusedKeys&) = delete;
+
+ private:
+  void follow() {
+    leave();
+    auto* root = gtk_widget_get_root(widget_);
+    if (root == nullptr) return;
+    root_ = GObjectPtr<GtkWidget>::retain(GTK_WIDGET(root));
+    keys_ = gtk_event_controller_key_new();
+    g_signal_connect(keys_, "key-pressed",
+                     G_CALLBACK(+[](GtkEventControllerKey*, guint keyval, guint, GdkModifierType state,
+                                    gpointer self) -> gboolean {
+                       return static_cast<UnusedKeys*>(self)->handler_(keyval, state) ? TRUE : FALSE;
+                     }),
+                     this);
+    gtk_widget_add_controller(root_.get(), keys_);
+  }
+  void leave() {
+    if (!root_) return;
+    g_signal_handlers_disconnect_by_data(keys_, this);
+    gtk_widget_remove_controller(root_.get(), keys_);
+    root_ = {};
+  }
+
+  GtkWidget* widget_;
+  Handler handler_;
+  GObjectPtr<GtkWidget> root_;
+  GtkEventController* keys_ = nullptr;
 };
 
 class FieldView : public GtkRenderedView {
@@ -199,6 +254,10 @@ class FieldView : public GtkRenderedView {
                                 content.isSecure ? GTK_INPUT_PURPOSE_PASSWORD : GTK_INPUT_PURPOSE_FREE_FORM);
     gtk_entry_set_has_frame(entry, !content.isPlain);
     if (content.isPlain) gtk_widget_add_css_class(widget(), "plain-field");
+    if (content.onWake && !unusedKeys_) {
+      unusedKeys_ = std::make_unique<UnusedKeys>(
+          widget(), [this](guint keyval, GdkModifierType state) { return wakesBy(keyval, state); });
+    }
     // Setting the text that it has would lose the cursor, the selection and a composition under way.
     const auto text = content.text.get();
     if (text != gtk_editable_get_text(GTK_EDITABLE(entry))) {
@@ -208,10 +267,51 @@ class FieldView : public GtkRenderedView {
   }
 
  private:
+  bool wakesBy(guint keyval, GdkModifierType state) {
+    if (gtk_widget_is_sensitive(widget()) && typed_.empty()) return false;
+    const auto content = contentOf<TextFieldContent>(element());
+    if ((state & (GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK)) != 0 || !content.onWake) return false;
+    if (keyval == GDK_KEY_Return || keyval == GDK_KEY_KP_Enter || keyval == GDK_KEY_ISO_Enter) {
+      if (content.onCommit) content.onCommit();
+      return true;
+    }
+    const auto character = gdk_keyval_to_unicode(keyval);
+    const bool isText = character != 0 && g_unichar_isprint(character);
+    if (!isText && keyval != GDK_KEY_Tab && keyval != GDK_KEY_Up) return false;
+    if (isText) {
+      std::array<char, 6> bytes{};
+      typed_.append(bytes.data(), static_cast<std::size_t>(g_unichar_to_utf8(character, bytes.data())));
+    }
+    content.onWake();
+    if (isText) writeTyped(mostTurns);
+    return true;
+  }
+
+  /// The field is drawn anew and gets the keyboard in later turns; what was typed goes into it then.
+  void writeTyped(int turnsLeft) {
+    DispatchQueue::main().async([this, alive = std::weak_ptr(isAlive_), turnsLeft] {
+      if (alive.expired() || typed_.empty()) return;
+      auto* text = GTK_EDITABLE(widget());
+      if (!gtk_widget_has_focus(focusWidget()) && turnsLeft > 0) return writeTyped(turnsLeft - 1);
+      const auto typed = std::exchange(typed_, {});
+      if (!gtk_widget_is_sensitive(widget())) return;
+      gtk_editable_delete_selection(text);
+      int place = gtk_editable_get_position(text);
+      gtk_editable_insert_text(text, typed.data(), static_cast<int>(typed.size()), &place);
+      gtk_editable_set_position(text, place);
+    });
+  }
+
+  static constexpr int mostTurns = 20;
   static std::size_t sizeOf(GtkText* text) { return gtk_entry_buffer_get_bytes(gtk_text_get_buffer(text)); }
 
   /// How many bytes there should be after an insertion.
   std::size_t wanted_ = 0;
+  /// Only of a field that can be woken.
+  std::unique_ptr<UnusedKeys> unusedKeys_;
+  /// What was typed while the field was off.
+  std::string typed_;
+  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
 };
 
 class EditorView : public GtkRenderedView {
@@ -340,6 +440,7 @@ class ChoiceView : public GtkRenderedView {
       GtkWidget* button = content.style == PickerStyle::segmented
                               ? gtk_toggle_button_new_with_label(option.c_str())
                               : gtk_check_button_new_with_label(option.c_str());
+      name(button, option);
       if (!buttons_.empty() && content.style == PickerStyle::segmented) {
         gtk_toggle_button_set_group(GTK_TOGGLE_BUTTON(button), GTK_TOGGLE_BUTTON(buttons_.front()));
       } else if (!buttons_.empty()) {
@@ -384,6 +485,7 @@ class CheckBoxView : public GtkRenderedView {
   void updateContent(const Element& element) override {
     const auto& content = contentOf<CheckBoxContent>(element);
     gtk_check_button_set_label(GTK_CHECK_BUTTON(widget()), content.title.c_str());
+    name(widget(), content.title);
     gtk_check_button_set_active(GTK_CHECK_BUTTON(widget()), content.isOn.get());
   }
 };

@@ -42,6 +42,8 @@ constexpr std::array editActions = {
     // Where something can be pasted, something can be deleted: the focus is in a text of the page.
     EditAction{"deleteBackward:", nullptr, "DeleteBackward", webkit_editor_state_is_paste_available},
     EditAction{"deleteForward:", nullptr, "DeleteForward", webkit_editor_state_is_paste_available},
+    EditAction{"deleteWordBackward:", nullptr, "DeleteWordBackward", webkit_editor_state_is_paste_available},
+    EditAction{"deleteWordForward:", nullptr, "DeleteWordForward", webkit_editor_state_is_paste_available},
 };
 
 /// True if something is selected in the page. What a frame of another site has selected can't be seen.
@@ -224,10 +226,14 @@ bool sendToPage(WebKitWebView* view, const EditAction& action) {
   return true;
 }
 
-bool deleteInText(GtkWidget* focus, bool isForward) {
+bool deleteInText(GtkWidget* focus, std::string_view selector) {
   const bool isText = GTK_IS_TEXT(focus);
   if (!isText && !GTK_IS_TEXT_VIEW(focus)) return false;
-  if (isForward) {
+  if (selector == "deleteWordBackward:") {
+    g_signal_emit_by_name(focus, "delete-from-cursor", GTK_DELETE_WORD_ENDS, -1);
+  } else if (selector == "deleteWordForward:") {
+    g_signal_emit_by_name(focus, "delete-from-cursor", GTK_DELETE_WORD_ENDS, 1);
+  } else if (selector == "deleteForward:") {
     g_signal_emit_by_name(focus, "delete-from-cursor", GTK_DELETE_CHARS, 1);
   } else {
     g_signal_emit_by_name(focus, "backspace");
@@ -306,6 +312,16 @@ void whenEditActionsAreDone(std::function<void()> work) {
   }
 }
 
+bool isTextFocused() {
+  GtkWidget* focus = focusedWidget();
+  if (focus == nullptr) return false;
+  if (WEBKIT_IS_WEB_VIEW(focus)) {
+    return webkit_editor_state_is_paste_available(webkit_web_view_get_editor_state(WEBKIT_WEB_VIEW(focus))) !=
+           FALSE;
+  }
+  return GTK_IS_TEXT(focus) || (GTK_IS_TEXT_VIEW(focus) && gtk_text_view_get_editable(GTK_TEXT_VIEW(focus)));
+}
+
 bool sendEditAction(const char* selector) {
   GtkWidget* focus = focusedWidget();
   if (focus == nullptr) return false;
@@ -313,7 +329,7 @@ bool sendEditAction(const char* selector) {
                                     [&](const EditAction& known) { return known.selector == selector; });
   if (action == editActions.end()) return false;
   if (WEBKIT_IS_WEB_VIEW(focus)) return sendToPage(WEBKIT_WEB_VIEW(focus), *action);
-  if (action->widgetAction == nullptr) return deleteInText(focus, action->selector == "deleteForward:");
+  if (action->widgetAction == nullptr) return deleteInText(focus, action->selector);
   if (!gtk_widget_activate_action(focus, action->widgetAction, nullptr)) return false;
   if (action->selector == "paste:") waitForPastedText(focus);
   return true;

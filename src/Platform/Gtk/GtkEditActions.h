@@ -12,6 +12,9 @@ namespace platform {
 /// taken. Main thread.
 bool sendEditAction(const char* selector);
 
+/// True if what has the keyboard is a text that can be edited, of a widget or of a page.
+bool isTextFocused();
+
 /// Names the window whose key event is being handled for as long as it lives: only that one is sure to have
 /// the keyboard.
 class KeyEventScope {

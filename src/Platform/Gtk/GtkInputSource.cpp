@@ -74,7 +74,7 @@ std::unique_ptr<TISInputSource> GtkInputSource::current() {
 
 tl::expected<std::string, OSStatus> GtkInputSource::UCKeyTranslate(std::uint16_t keyCode) const {
   std::string text;
-  const auto keycode = hardwareKeycode(keyCode);
+  const auto keycode = placeOf(keyCode, charactersOf(gdk_display_get_default(), layout_));
   const auto character = keycode ? characterOf(*keycode, layout_) : 0;
   if (character != 0) appendUTF8(text, character);
   return text;

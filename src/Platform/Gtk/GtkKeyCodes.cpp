@@ -1,5 +1,6 @@
 #include "Platform/Gtk/GtkKeyCodes.h"
 
+#include <algorithm>
 #include <array>
 
 #include <linux/input-event-codes.h>
@@ -47,6 +48,45 @@ constexpr std::array keys = {
     Key{KEY_MUTE, 0x4A},
 };
 
+/// The keys that a US keyboard has for characters, each with the one that it gives without Shift.
+struct CharacterKey {
+  char32_t character;
+  std::uint16_t code;
+};
+
+constexpr std::array characterKeys = {
+    CharacterKey{U'a', 0x00},  CharacterKey{U's', 0x01},  CharacterKey{U'd', 0x02}, CharacterKey{U'f', 0x03},
+    CharacterKey{U'h', 0x04},  CharacterKey{U'g', 0x05},  CharacterKey{U'z', 0x06}, CharacterKey{U'x', 0x07},
+    CharacterKey{U'c', 0x08},  CharacterKey{U'v', 0x09},  CharacterKey{U'b', 0x0B}, CharacterKey{U'q', 0x0C},
+    CharacterKey{U'w', 0x0D},  CharacterKey{U'e', 0x0E},  CharacterKey{U'r', 0x0F}, CharacterKey{U'y', 0x10},
+    CharacterKey{U't', 0x11},  CharacterKey{U'1', 0x12},  CharacterKey{U'2', 0x13}, CharacterKey{U'3', 0x14},
+    CharacterKey{U'4', 0x15},  CharacterKey{U'6', 0x16},  CharacterKey{U'5', 0x17}, CharacterKey{U'=', 0x18},
+    CharacterKey{U'9', 0x19},  CharacterKey{U'7', 0x1A},  CharacterKey{U'-', 0x1B}, CharacterKey{U'8', 0x1C},
+    CharacterKey{U'0', 0x1D},  CharacterKey{U']', 0x1E},  CharacterKey{U'o', 0x1F}, CharacterKey{U'u', 0x20},
+    CharacterKey{U'[', 0x21},  CharacterKey{U'i', 0x22},  CharacterKey{U'p', 0x23}, CharacterKey{U'l', 0x25},
+    CharacterKey{U'j', 0x26},  CharacterKey{U'\'', 0x27}, CharacterKey{U'k', 0x28}, CharacterKey{U';', 0x29},
+    CharacterKey{U'\\', 0x2A}, CharacterKey{U',', 0x2B},  CharacterKey{U'/', 0x2C}, CharacterKey{U'n', 0x2D},
+    CharacterKey{U'm', 0x2E},  CharacterKey{U'.', 0x2F},  CharacterKey{U'`', 0x32}, CharacterKey{U'+', 0x18},
+};
+
+/// The key between Shift and Z that not all keyboards have.
+constexpr std::uint16_t extraKey = 0x0A;
+constexpr std::array<std::uint16_t, 5> fixedDigits = {0x12, 0x13, 0x14, 0x15, 0x1D};
+
+bool givesCharacters(std::uint16_t code) {
+  return code == extraKey || std::any_of(characterKeys.begin(), characterKeys.end(),
+                                         [&](const auto& k) { return k.code == code; });
+}
+
+bool hasLatinLetters(GdkDisplay* display, int layout) {
+  const auto characterAt = charactersOf(display, layout);
+  constexpr std::array<unsigned, 4> places = {KEY_A, KEY_F, KEY_J, KEY_K};
+  return std::any_of(places.begin(), places.end(), [&](unsigned place) {
+    const auto character = characterAt(place + evdevOffset);
+    return character >= U'a' && character <= U'z';
+  });
+}
+
 }  // namespace
 
 std::optional<std::uint16_t> virtualKeyCode(unsigned hardwareKeycode) {
@@ -61,6 +101,45 @@ std::optional<unsigned> hardwareKeycode(std::uint32_t virtualKeyCode) {
     if (key.code == virtualKeyCode) return key.evdev + evdevOffset;
   }
   return std::nullopt;
+}
+
+std::optional<std::uint16_t> keyCodeOf(unsigned hardwareKeycode, const CharacterAt& characterAt) {
+  const auto place = virtualKeyCode(hardwareKeycode);
+  if (!place || !givesCharacters(*place)) return place;
+  if (std::find(fixedDigits.begin(), fixedDigits.end(), *place) != fixedDigits.end()) return place;
+  const auto character = characterAt(hardwareKeycode);
+  const auto found = std::find_if(characterKeys.begin(), characterKeys.end(),
+                                  [&](const auto& known) { return known.character == character; });
+  return found == characterKeys.end() ? place : std::optional(found->code);
+}
+
+std::optional<unsigned> placeOf(std::uint32_t keyCode, const CharacterAt& characterAt) {
+  const auto own = hardwareKeycode(keyCode);
+  if (!own || keyCodeOf(*own, characterAt) == keyCode) return own;
+  for (const auto& key : keys) {
+    if (keyCodeOf(key.evdev + evdevOffset, characterAt) == keyCode) return key.evdev + evdevOffset;
+  }
+  return own;
+}
+
+CharacterAt charactersOf(GdkDisplay* display, int layout) {
+  return [display, layout](unsigned keycode) -> char32_t {
+    guint keyval = 0;
+    if (!gdk_display_translate_key(display, keycode, GdkModifierType(0), layout, &keyval, nullptr, nullptr,
+                                   nullptr)) {
+      return 0;
+    }
+    return gdk_keyval_to_unicode(keyval);
+  };
+}
+
+int latinLayout(GdkDisplay* display, int layout) {
+  if (hasLatinLetters(display, layout)) return layout;
+  constexpr int mostLayouts = 4;
+  for (int other = 0; other < mostLayouts; ++other) {
+    if (hasLatinLetters(display, other)) return other;
+  }
+  return layout;
 }
 
 }  // namespace platform

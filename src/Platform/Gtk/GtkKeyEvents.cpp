@@ -6,6 +6,7 @@
 #include "Platform/Gtk/GtkEditActions.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
 #include "Platform/Gtk/GtkMouseEvents.h"
+#include "Platform/Gtk/KeyboardPlaces.h"
 #include "Platform/Gtk/TextComposition.h"
 #include "Platform/Gtk/X11Desktop.h"
 #include "Platform/NSApplication.h"
@@ -80,15 +81,16 @@ std::string characterOf(GdkDisplay* display, guint keycode, int group) {
 }
 
 /// What the key gives without modifiers. With Command, a layout of another script lends the letter of the
-/// first layout, so that Command+C copies on a Russian keyboard too.
+/// first Latin layout, so that Command+C copies on a Russian keyboard too.
 std::string charactersIgnoringModifiers(GdkEvent* event, std::uint32_t flags) {
   GdkDisplay* display = gdk_event_get_display(event);
   const guint keycode = gdk_key_event_get_keycode(event);
-  auto inLayout = characterOf(display, keycode, static_cast<int>(gdk_key_event_get_layout(event)));
+  const auto layout = static_cast<int>(gdk_key_event_get_layout(event));
+  auto inLayout = characterOf(display, keycode, layout);
   const bool isOtherScript = !inLayout.empty() && (static_cast<unsigned char>(inLayout.front()) & 0x80) != 0;
   if (isOtherScript && (flags & NSEvent::commandFlag) != 0) {
-    auto inFirst = characterOf(display, keycode, 0);
-    if (!inFirst.empty()) return inFirst;
+    auto inLatin = characterOf(display, keycode, latinLayout(display, layout));
+    if (!inLatin.empty()) return inLatin;
   }
   return inLayout;
 }
@@ -197,10 +199,40 @@ bool belongsToComposition(GtkWidget* focus, guint keyval) {
   return isItsKey;
 }
 
+bool isTab(guint keyval) {
+  return keyval == GDK_KEY_Tab || keyval == GDK_KEY_ISO_Left_Tab || keyval == GDK_KEY_KP_Tab;
+}
+
+bool movesFocus(guint keyval) {
+  if (isTab(keyval)) return true;
+  switch (keyval) {
+    case GDK_KEY_Up:
+    case GDK_KEY_Down:
+    case GDK_KEY_Left:
+    case GDK_KEY_Right:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// F6 and Shift+F6 go round the panes.
+bool goesToNextPane(GtkWindow* window, GdkEvent* event) {
+  if (gdk_key_event_get_keyval(event) != GDK_KEY_F6) return false;
+  const auto flags = modifierFlags(gdk_event_get_modifier_state(event)) & ~NSEvent::capsLockFlag;
+  if (flags != 0 && flags != NSEvent::shiftFlag) return false;
+  return focusNextPane(window, flags == 0);
+}
+
 gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
   const auto gdkType = gdk_event_get_event_type(event);
   if (gdkType != GDK_KEY_PRESS && gdkType != GDK_KEY_RELEASE) return FALSE;
-  if (seenKeys.contain(event)) return FALSE;
+  if (seenKeys.contain(event)) {
+    // A Tab that has led out of the page comes back all the same, and would lead on from where it led to.
+    GtkWidget* now = gtk_window_get_focus(GTK_WINDOW(windowPointer));
+    return isTab(gdk_key_event_get_keyval(event)) && (now == nullptr || !WEBKIT_IS_WEB_VIEW(now)) ? TRUE
+                                                                                                  : FALSE;
+  }
   if (isHeld(event)) return TRUE;
   seenKeys.add(event);
 
@@ -212,7 +244,10 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   // The state is that before the event.
   if (modifier != 0)
     key.modifierFlags = isPress ? key.modifierFlags | modifier : key.modifierFlags & ~modifier;
-  key.keyCode = virtualKeyCode(gdk_key_event_get_keycode(event)).value_or(NSEvent::unknownKeyCode);
+  GdkDisplay* display = gdk_event_get_display(event);
+  const auto layout = latinLayout(display, static_cast<int>(gdk_key_event_get_layout(event)));
+  key.keyCode = keyCodeOf(gdk_key_event_get_keycode(event), charactersOf(display, layout))
+                    .value_or(NSEvent::unknownKeyCode);
   key.charactersIgnoringModifiers = charactersIgnoringModifiers(event, key.modifierFlags);
   if (modifier != 0) {
     key.type = NSEvent::EventType::flagsChanged;
@@ -229,6 +264,11 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   const bool isKept = !app.filterByMonitors(key).has_value();
   app.currentEvent.reset();
   if (isKept) return TRUE;
+  if (isPress && goesToNextPane(window, event)) return TRUE;
+  // The toolkit shows the ring at the key's release, which the monitors keep.
+  if (isPress && isTab(gdk_key_event_get_keyval(event)))
+    noteTab((key.modifierFlags & NSEvent::shiftFlag) != 0);
+  if (isPress && movesFocus(gdk_key_event_get_keyval(event))) gtk_window_set_focus_visible(window, TRUE);
   focus = gtk_window_get_focus(window);
   if (focus == nullptr || !WEBKIT_IS_WEB_VIEW(focus)) return FALSE;
   if (isPress && modifier == 0) noteKeyToPage(focus);

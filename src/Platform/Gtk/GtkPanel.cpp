@@ -106,7 +106,8 @@ void GtkPanel::moveToFrame(bool beforeMap) {
   std::size_t primary = 0;
   const auto monitors = X11Desktop::monitors(primary);
   if (monitors.empty()) return;
-  const auto& monitor = monitors[primary];
+  const auto& monitor =
+      monitors[mainMonitor_.value_or(X11Desktop::mainMonitor().value_or(primary)) % monitors.size()];
   const int scale = X11Desktop::scale();
   // The program counts from the bottom left; the window system from the top left. The frame's own height: a
   // content that is higher, or becomes so, hangs down from the same edge.
@@ -131,6 +132,7 @@ void GtkPanel::makeKeyAndOrderFront() {
   gtk_widget_realize(GTK_WIDGET(window_));
   if (X11Desktop::isAvailable()) {
     X11Desktop::setSkipsTaskbar(window_, true);
+    mainMonitor_ = X11Desktop::mainMonitor();
     moveToFrame(true);
   }
   isVisible_ = true;

@@ -2,7 +2,9 @@
 
 #include "Platform/NSPanel.h"
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <gtk/gtk.h>
@@ -39,6 +41,8 @@ class GtkPanel : public NSPanel {
   std::string title_;
   std::shared_ptr<NSViewController> controller_;
   GtkWindow* window_ = nullptr;
+  /// From which its place is counted: it is the main one until the panel itself has the keyboard.
+  std::optional<std::size_t> mainMonitor_;
   bool isFloating_ = false;
   bool isVisible_ = false;
 };

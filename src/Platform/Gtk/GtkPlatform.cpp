@@ -56,6 +56,8 @@ std::vector<std::string> libraryVersions() {
 
 /// A panel that starts with the session may come some seconds after the programs that start with it.
 constexpr double trayPatience = 4;
+/// How long what the program was started for waits for the tray.
+constexpr double startPatience = 2;
 /// The toolkit waits for the tray's answer at the most this long.
 constexpr double registrationPatience = 0.3;
 
@@ -143,6 +145,8 @@ std::vector<NSScreen> GtkPlatform::screens() const {
   }
   std::size_t primary = 0;
   const auto monitors = X11Desktop::monitors(primary);
+  // The one where the user is.
+  if (const auto main = X11Desktop::mainMonitor()) primary = *main;
   const auto struts = X11Desktop::struts();
   const double scale = X11Desktop::scale();
   PixelRect desktop;
@@ -174,22 +178,30 @@ std::unique_ptr<NSStatusItem> GtkPlatform::makeStatusItem(double length) {
   auto item = std::make_unique<StatusNotifierItem>(
       length, application_.connection(),
       StatusNotifierItem::Events{[this] { queue_.async([this] { startToolkit(); }); },
-                                 [this](bool hasTray) { trayChanged(hasTray); }});
+                                 [this] { awaitTray(); }, [this](bool hasTray) { trayChanged(hasTray); }});
   statusItem_ = item.get();
   statusItem_->whenToolkitReady = [this](std::function<void()> work) { whenToolkitReady(std::move(work)); };
   statusItem_->pixelOfClick = [this](NSPoint told) -> NSPoint {
     // In a Wayland session X doesn't know where the pointer is.
     if (!isToolkitRunning_ || !X11Desktop::isAvailable() || isWaylandSession()) return told;
-    const auto pixel = pixelOfClick({static_cast<int>(told.x), static_cast<int>(told.y)},
-                                    X11Desktop::pointer(), X11Desktop::scale());
+    const auto pointer = X11Desktop::pointer();
+    const auto pixel = pixelOfClick({static_cast<int>(told.x), static_cast<int>(told.y)}, pointer,
+                                    X11Desktop::scale(), X11Desktop::isOnPanel(pointer));
     return {static_cast<double>(pixel.x), static_cast<double>(pixel.y)};
   };
   statusItem_->shouldIgnoreClick = [this] { return popover_ != nullptr && popover_->wasClosedByThisClick(); };
   queue_.asyncAfter(registrationPatience, [this] { startToolkit(); });
+  startTimer_ = queue_.timer(startPatience, [this] { application_.startHasEnded(); });
+  if (application_.connection() == nullptr) awaitTray();
+  return item;
+}
+
+void GtkPlatform::awaitTray() {
+  // From the tray's answer on: a busy machine may take long to give one.
+  if (trayTimer_ || hasTray() || hasToldOfNoTray_) return;
   trayTimer_ = queue_.timer(trayPatience, [this] {
     if (!hasTray()) tellThatThereIsNoTray();
   });
-  return item;
 }
 
 bool GtkPlatform::hasTray() const { return statusItem_ != nullptr && statusItem_->hasTray(); }
@@ -197,6 +209,8 @@ bool GtkPlatform::hasTray() const { return statusItem_ != nullptr && statusItem_
 void GtkPlatform::trayChanged(bool hasTray) {
   debugLog("GtkPlatform", "trayChanged(_:)", hasTray ? "The tray shows the icon" : "The tray is gone");
   if (!hasTray) return;
+  // What was asked for during the start happens at the icon.
+  queue_.async([this] { application_.startHasEnded(); });
   // A tray that goes once it was there is one that starts anew.
   trayTimer_.reset();
   if (noTrayNotice_ != nullptr) gtk_window_destroy(GTK_WINDOW(noTrayNotice_));
@@ -295,7 +309,8 @@ void GtkPlatform::startToolkit() {
   if (!X11Desktop::isAvailable()) g_set_prgname(bundle::identifier);
   adw_init();
   isToolkitRunning_ = true;
-  appearance_.followToolkit([this] { notifications_.deliver(interfaceThemeChangedNotification, ""); });
+  appearance_.followToolkit({[this] { notifications_.deliver(interfaceThemeChangedNotification, ""); },
+                             [this] { notifications_.deliver(appearanceFirstToldNotification, ""); }});
   for (const auto& work : std::exchange(waitingForToolkit_, {})) work();
 }
 

@@ -72,6 +72,7 @@ class GtkPlatform : public Platform {
  private:
   std::unique_ptr<HotKeyGrabs> makeHotKeyGrabs(HotKeyGrabs::OnKey onKey);
   bool hasTray() const;
+  void awaitTray();
   void trayChanged(bool hasTray);
   void tellThatThereIsNoTray();
 
@@ -90,6 +91,7 @@ class GtkPlatform : public Platform {
   std::unique_ptr<GtkEventTarget> eventTarget_;
   std::vector<std::function<void()>> waitingForToolkit_;
   std::unique_ptr<Timer> trayTimer_;
+  std::unique_ptr<Timer> startTimer_;
   GtkWidget* noTrayNotice_ = nullptr;
   StatusNotifierItem* statusItem_ = nullptr;
   PopoverWindow* popover_ = nullptr;

@@ -1,9 +1,13 @@
 #include "Platform/Gtk/GtkRenderedView.h"
 
 #include "Platform/Gtk/GtkMouseEvents.h"
+#include "Platform/Gtk/KeyboardPlaces.h"
+#include "Platform/Gtk/Toolkit.h"
 
 #include <algorithm>
 #include <cmath>
+
+#include <webkit/webkit.h>
 
 namespace platform {
 
@@ -27,6 +31,25 @@ GtkAlign gtkAlign(Alignment alignment) {
   return GTK_ALIGN_CENTER;
 }
 
+/// True if what lies below the pointer in `widget` is a page.
+bool isOverPage(GtkWidget* widget, GdkEvent* event) {
+  GtkNative* native = gtk_native_get_for_surface(gdk_event_get_surface(event));
+  double x = 0;
+  double y = 0;
+  if (native == nullptr || !gdk_event_get_position(event, &x, &y)) return false;
+  double left = 0;
+  double top = 0;
+  gtk_native_get_surface_transform(native, &left, &top);
+  const graphene_point_t inNative = {static_cast<float>(x - left), static_cast<float>(y - top)};
+  graphene_point_t place;
+  if (!gtk_widget_compute_point(GTK_WIDGET(native), widget, &inNative, &place)) return false;
+  for (GtkWidget* at = gtk_widget_pick(widget, place.x, place.y, GTK_PICK_DEFAULT);
+       at != nullptr && at != widget; at = gtk_widget_get_parent(at)) {
+    if (WEBKIT_IS_WEB_VIEW(at)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 GtkRenderedView::GtkRenderedView(GtkWidget* widget) : widget_(widget) { g_object_ref_sink(widget_); }
@@ -43,6 +66,7 @@ GtkRenderedView::~GtkRenderedView() {
   }
   // Containers without a protocol of their own for leaving take any child out by this.
   if (GtkWidget* parent = gtk_widget_get_parent(widget_)) {
+    keyboardMayLeave(widget_);
     if (GTK_IS_BOX(parent)) {
       gtk_box_remove(GTK_BOX(parent), widget_);
     } else if (GTK_IS_GRID(parent)) {
@@ -93,19 +117,33 @@ void GtkRenderedView::applyModifiers() {
   gtk_widget_set_sensitive(widget_, !m.isDisabled);
   gtk_widget_set_focus_on_click(widget_, !m.leavesKeyboard);
   if (m.cornerRadius) gtk_widget_set_overflow(widget_, GTK_OVERFLOW_HIDDEN);
-  const auto& label = m.label.empty() ? m.help : m.label;
-  if (!label.empty()) {
-    gtk_accessible_update_property(GTK_ACCESSIBLE(focusWidget()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                   label.c_str(), -1);
-  }
+  applyName();
   applyFrame(m);
   ensureGestures();
   ensurePress();
   applyFocus();
 }
 
+void GtkRenderedView::applyName() {
+  const auto& m = element_.modifiers;
+  const auto& given = m.label.empty() ? m.help : m.label;
+  if (!given.empty()) {
+    // Of a control that is made of several widgets, tools may look at each.
+    for (GtkWidget* part : {widget_, focusWidget()})
+      gtk_accessible_update_property(GTK_ACCESSIBLE(part), GTK_ACCESSIBLE_PROPERTY_LABEL, given.c_str(), -1);
+  }
+  const bool isNews = m.role == AccessibilityRole::status || m.role == AccessibilityRole::alert;
+  if (!isNews) return;
+  const auto* text = std::get_if<TextContent>(&element_.content);
+  const auto& told = m.label.empty() && text != nullptr ? text->text : m.label;
+  if (told == told_) return;
+  told_ = told;
+  if (!told_.empty()) toolkit::announce(widget_, told_);
+}
+
 void GtkRenderedView::applyRole() {
   const auto& role = element_.modifiers.role;
+  if (role == AccessibilityRole::toolbar) markAsPane(widget_);
   // The toolkit takes a role as long as it has told nobody of the widget.
   if (!role || gtk_widget_get_realized(widget_)) return;
   const auto gtkRole = [&] {
@@ -230,6 +268,23 @@ void GtkRenderedView::ensureGestures() {
                              }),
                              this);
     addController(widget_, GTK_EVENT_CONTROLLER(click));
+    // A page keeps every press to itself.
+    GtkEventController* overPage = gtk_event_controller_legacy_new();
+    gtk_event_controller_set_propagation_phase(overPage, GTK_PHASE_CAPTURE);
+    g_signal_connect(overPage, "event",
+                     G_CALLBACK(+[](GtkEventControllerLegacy*, GdkEvent* event, gpointer data) -> gboolean {
+                       auto* self = static_cast<GtkRenderedView*>(data);
+                       if (gdk_event_get_event_type(event) != GDK_BUTTON_RELEASE ||
+                           gdk_button_event_get_button(event) != GDK_BUTTON_PRIMARY ||
+                           !isOverPage(self->widget_, event)) {
+                         return FALSE;
+                       }
+                       const auto action = self->element_.modifiers.onTap;
+                       if (action) action();
+                       return FALSE;
+                     }),
+                     this);
+    addController(widget_, overPage);
   }
   if (m.onHover && !hasHover_) {
     hasHover_ = true;
@@ -298,11 +353,14 @@ void GtkRenderedView::applyFocus() {
     // A view that isn't on show yet can't take the keyboard; it does as soon as it is.
     g_signal_connect_swapped(focusWidget(), "map", G_CALLBACK(+[](GtkRenderedView* self) {
                                const auto& wish = self->element_.modifiers.focused;
-                               if (wish && wish->get()) gtk_widget_grab_focus(self->focusWidget());
+                               if (!wish || !wish->get()) return;
+                               noteKeyboardClaim();
+                               gtk_widget_grab_focus(self->focusWidget());
                              }),
                              this);
   }
   if (binding->get() && gtk_widget_get_mapped(focusWidget()) && !gtk_widget_has_focus(focusWidget())) {
+    noteKeyboardClaim();
     gtk_widget_grab_focus(focusWidget());
   }
 }
@@ -319,7 +377,10 @@ void arrangeChildren(GtkWidget* container, std::span<GtkWidget* const> wanted,
                      void (*remove)(GtkWidget*, GtkWidget*)) {
   for (GtkWidget* child = gtk_widget_get_first_child(container); child != nullptr;) {
     GtkWidget* next = gtk_widget_get_next_sibling(child);
-    if (std::find(wanted.begin(), wanted.end(), child) == wanted.end()) remove(container, child);
+    if (std::find(wanted.begin(), wanted.end(), child) == wanted.end()) {
+      keyboardMayLeave(child);
+      remove(container, child);
+    }
     child = next;
   }
   GtkWidget* before = nullptr;

@@ -4,6 +4,7 @@
 #include "Platform/View/ViewRenderer.h"
 
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -45,6 +46,7 @@ class GtkRenderedView : public RenderedView {
   void applyFrame(const Modifiers& modifiers);
   void applyFocus();
   void applyRole();
+  void applyName();
   void applyPlace();
   void ensureGestures();
   void ensurePress();
@@ -60,6 +62,8 @@ class GtkRenderedView : public RenderedView {
   bool hasPress_ = false;
   bool isDown_ = false;
   bool followsFocus_ = false;
+  /// The last news that a view of news has told.
+  std::string told_;
   /// What calls on this object, and the widgets that it belongs to.
   std::vector<std::pair<GtkWidget*, GtkEventController*>> controllers_;
 };

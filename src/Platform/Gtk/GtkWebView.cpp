@@ -3,8 +3,11 @@
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/IsolatedPage.h"
+#include "Platform/Gtk/KeyboardPlaces.h"
 #include "Platform/Gtk/PageDialogues.h"
 #include "Platform/Gtk/PageFiles.h"
+#include "Platform/Gtk/PageNotices.h"
+#include "Platform/Gtk/PageQuestions.h"
 #include "Platform/Gtk/WebViewManners.h"
 #include "Platform/LogText.h"
 #include "Platform/UTF8.h"
@@ -20,23 +23,6 @@ namespace {
 
 NSError errorFrom(const GError& error) {
   return {g_quark_to_string(error.domain), error.code, error.message};
-}
-
-/// Shown in place of a page whose process died too often. Without an address there is nothing to reload.
-std::string crashPage(const std::string& address) {
-  const GStringPtr escaped(g_markup_escape_text(address.c_str(), -1));
-  return R"(<!DOCTYPE html><html><head><meta charset="utf-8"><title>This page stopped working</title><style>
-:root{color-scheme:light dark}
-body{font:15px/1.5 system-ui,sans-serif;display:flex;align-items:center;justify-content:center;min-height:90vh;margin:0}
-main{max-width:24em;padding:2em;text-align:center}
-h1{font-size:1.25em;margin:0 0 .5em}
-p{opacity:.75;margin:0 0 1.5em;overflow-wrap:anywhere}
-a{display:inline-block;padding:.5em 1.5em;border-radius:8px;background:#3584e4;color:#fff;text-decoration:none;font-weight:600}
-</style></head><body><main><h1>This page stopped working</h1>)" +
-         (address.empty() ? std::string()
-                          : "<p>" + std::string(escaped.get()) + R"(</p><a href=")" + escaped.get() +
-                                R"(" role="button">Reload</a>)") +
-         "</main></body></html>";
 }
 
 /// Set at the entries of the history that came as the answer to a form.
@@ -66,14 +52,58 @@ WKNavigationType navigationTypeOf(WebKitNavigationAction* action) {
   return WKNavigationType::other;
 }
 
+/// What the engine keeps below a view has got the keyboard: by Tab from the page, behind its last control, or
+/// by Shift+Tab from what stands behind the view. Neither means to stay there.
+void handOnKeyboard(GtkWidget* hidden) {
+  if (!gtk_widget_has_focus(hidden)) return;
+  // In a later turn: the toolkit is in the middle of moving it.
+  DispatchQueue::main().async(
+      [kept = GObjectPtr<GtkWidget>::retain(hidden), isBackward = wasLastTabBackward()] {
+        auto* root = gtk_widget_get_root(kept.get());
+        if (root == nullptr || gtk_root_get_focus(root) != kept.get()) return;
+        if (!isBackward) gtk_widget_child_focus(GTK_WIDGET(root), GTK_DIR_TAB_FORWARD);
+        if (gtk_root_get_focus(root) == kept.get()) gtk_widget_grab_focus(gtk_widget_get_parent(kept.get()));
+      });
+}
+
 /// The engine translates keys by a text view that it keeps below its own and never shows. The cursor in there
 /// would blink all the same: for ten seconds after each key the window would go through sixty frames a
-/// second, and a frame that is needed would wait for its turn.
-void stopHiddenCursor(WebKitWebView* view) {
+/// second, and a frame that is needed would wait for its turn. And the keyboard would come there behind the
+/// page's last control, and Tab never lead away.
+void tameHiddenText(WebKitWebView* view) {
   for (GtkWidget* child = gtk_widget_get_first_child(GTK_WIDGET(view)); child != nullptr;
        child = gtk_widget_get_next_sibling(child)) {
-    if (GTK_IS_TEXT_VIEW(child)) gtk_text_view_set_cursor_visible(GTK_TEXT_VIEW(child), FALSE);
+    if (!GTK_IS_TEXT_VIEW(child)) continue;
+    gtk_text_view_set_cursor_visible(GTK_TEXT_VIEW(child), FALSE);
+    g_signal_connect(child, "notify::has-focus",
+                     G_CALLBACK(+[](GtkWidget* hidden, GParamSpec*, gpointer) { handOnKeyboard(hidden); }),
+                     nullptr);
   }
+}
+
+/// The buttons at the side of a mouse, as X counts them.
+constexpr guint backButton = 8;
+constexpr guint forwardButton = 9;
+
+void followSideButtons(WebKitWebView* view) {
+  GtkEventController* buttons = gtk_event_controller_legacy_new();
+  gtk_event_controller_set_propagation_phase(buttons, GTK_PHASE_CAPTURE);
+  g_signal_connect(buttons, "event",
+                   G_CALLBACK(+[](GtkEventControllerLegacy*, GdkEvent* event, gpointer page) -> gboolean {
+                     const auto type = gdk_event_get_event_type(event);
+                     if (type != GDK_BUTTON_PRESS && type != GDK_BUTTON_RELEASE) return FALSE;
+                     const auto button = gdk_button_event_get_button(event);
+                     if (button != backButton && button != forwardButton) return FALSE;
+                     if (type == GDK_BUTTON_RELEASE) return TRUE;
+                     if (button == backButton) {
+                       webkit_web_view_go_back(WEBKIT_WEB_VIEW(page));
+                     } else {
+                       webkit_web_view_go_forward(WEBKIT_WEB_VIEW(page));
+                     }
+                     return TRUE;
+                   }),
+                   view);
+  gtk_widget_add_controller(GTK_WIDGET(view), buttons);
 }
 
 int pixelsOf(double inches) {
@@ -109,6 +139,7 @@ GtkWebView::~GtkWebView() {
   *isAlive_ = false;
   g_cancellable_cancel(cancellable_);
   g_object_unref(cancellable_);
+  loadWatch_.reset();
   if (view_ != nullptr) {
     if (configuration_.processPool) std::erase(configuration_.processPool->views, view_);
     g_signal_handlers_disconnect_by_data(view_, this);
@@ -170,7 +201,7 @@ WebKitWebView* GtkWebView::engineView() {
   }
   g_object_ref_sink(view_);
   if (pool) pool->views.push_back(view_);
-  stopHiddenCursor(view_);
+  tameHiddenText(view_);
   webkit_web_view_set_zoom_level(view_, zoom_);
   gtk_widget_set_hexpand(GTK_WIDGET(view_), TRUE);
   gtk_widget_set_vexpand(GTK_WIDGET(view_), TRUE);
@@ -181,6 +212,7 @@ WebKitWebView* GtkWebView::engineView() {
     constexpr GdkRGBA clear = {0, 0, 0, 0};
     webkit_web_view_set_background_color(view_, &clear);
   } else {
+    followSideButtons(view_);
     teachManners(view_, engine);
   }
   if (holder_ != nullptr) gtk_box_append(GTK_BOX(holder_), GTK_WIDGET(view_));
@@ -232,7 +264,8 @@ void GtkWebView::connectSignals() {
   g_signal_connect(view_, "notify::uri", G_CALLBACK(+[](WebKitWebView* view, GParamSpec*, gpointer self) {
                      const char* uri = webkit_web_view_get_uri(view);
                      if (uri == nullptr) return;
-                     if (auto url = URL::parse(uri)) static_cast<GtkWebView*>(self)->url_ = std::move(url);
+                     if (auto url = URL::parseReported(uri))
+                       static_cast<GtkWebView*>(self)->url_ = std::move(url);
                    }),
                    this);
   g_signal_connect(view_, "load-changed",
@@ -247,19 +280,12 @@ void GtkWebView::connectSignals() {
                        self->endProcess();
                    }),
                    this);
-  g_signal_connect(
-      view_, "load-failed",
-      G_CALLBACK(
-          +[](WebKitWebView*, WebKitLoadEvent, const char* uri, GError* error, gpointer data) -> gboolean {
-            auto* self = static_cast<GtkWebView*>(data);
-            debugLog("GtkWebView", "load-failed", addressForLog(uri) + ": " + forLog(error->message));
-            if (self->navigationDelegate != nullptr) {
-              self->navigationDelegate->didFail(*self, errorFrom(*error));
-            }
-            // The engine goes on to show its own page that says so.
-            return FALSE;
-          }),
-      this);
+  if (!configuration_.isIsolated) {
+    loadWatch_ = std::make_unique<LoadWatch>(view_);
+    loadWatch_->didFail = [this](const std::string&, const GError& error) {
+      if (navigationDelegate != nullptr) navigationDelegate->didFail(*this, errorFrom(error));
+    };
+  }
   g_signal_connect(view_, "web-process-terminated",
                    G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason reason, gpointer self) {
                      static_cast<GtkWebView*>(self)->processTerminated(reason);
@@ -291,11 +317,13 @@ bool GtkWebView::isNavigationCancelled(WebKitPolicyDecision* decision, WebKitPol
     }
     return false;
   }
-  if (navigationDelegate == nullptr) return false;
   auto* action =
       webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+  if (uiDelegate != nullptr && navigationTypeOf(action) == WKNavigationType::reload)
+    uiDelegate->didReload(*this);
+  if (navigationDelegate == nullptr) return false;
   const char* uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
-  const auto url = URL::parse(uri != nullptr ? uri : "");
+  const auto url = URL::parseReported(uri != nullptr ? uri : "");
   // An isolated page's own rule refuses it then.
   if (!url) return false;
   const auto wanted = WKNavigationAction{*url, navigationTypeOf(action)};
@@ -311,11 +339,12 @@ void GtkWebView::processTerminated(WebKitWebProcessTerminationReason reason) {
   }
   awaitedLoad_ = nullptr;
   const bool reloads = crashPolicy_.shouldReload(now());
+  if (reloads && uiDelegate != nullptr) uiDelegate->didReload(*this);
   debugLog("GtkWebView", "processTerminated(reason:)",
            "The process of " + addressForLog(url_ ? url_->absoluteString() : "about:blank") + " died; " +
                (reloads ? "loading it again" : "it died too often"));
   if (configuration_.isIsolated) {
-    const auto page = reloads ? ownPage_ : crashPage({});
+    const auto page = reloads ? ownPage_ : crashNotice({});
     webkit_web_view_load_html(view_, page.c_str(), nullptr);
   } else if (reloads) {
     reloadInNewProcess();
@@ -336,7 +365,7 @@ void GtkWebView::reloadInNewProcess() {
 void GtkWebView::showCrashPage() {
   const auto address = url_ ? url_->absoluteString() : std::string("about:blank");
   // As the page of that address: alternate content for it stays blank after its process died.
-  webkit_web_view_load_html(view_, crashPage(address).c_str(), address.c_str());
+  webkit_web_view_load_html(view_, crashNotice(address).c_str(), address.c_str());
 }
 
 void GtkWebView::startLoad(const std::function<void()>& load, std::function<void()> loadInNewProcess) {
@@ -384,10 +413,13 @@ NSRect GtkWebView::frame() const {
 void GtkWebView::onMapped() {
   auto* view = engineView();
   webkit_web_view_set_zoom_level(view, zoom_);
-  if (std::exchange(wantsFocus_, false)) gtk_widget_grab_focus(GTK_WIDGET(view));
+  if (!std::exchange(wantsFocus_, false)) return;
+  noteKeyboardClaim();
+  gtk_widget_grab_focus(GTK_WIDGET(view));
 }
 
 void GtkWebView::makeFirstResponder() {
+  noteKeyboardClaim();
   wantsFocus_ = view_ == nullptr || !gtk_widget_get_mapped(GTK_WIDGET(view_));
   if (!wantsFocus_) gtk_widget_grab_focus(GTK_WIDGET(view_));
 }

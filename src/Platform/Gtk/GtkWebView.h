@@ -3,10 +3,12 @@
 #include "Platform/CrashReloadPolicy.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkViewBase.h"
+#include "Platform/Gtk/LoadWatch.h"
 #include "Platform/Gtk/WebEngine.h"
 #include "Platform/WKWebView.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -83,6 +85,8 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   /// The keyboard was asked for while the view wasn't on show.
   bool wantsFocus_ = false;
   CrashReloadPolicy crashPolicy_;
+  /// None for an isolated view, whose pages come from the program.
+  std::unique_ptr<LoadWatch> loadWatch_;
   /// What the user asked for and the page's process hasn't begun yet, as a new process has to do it.
   std::function<void()> awaitedLoad_;
   /// A page was asked for, and its process, which may have to start first, has none yet.

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/PageDialogues.h"
 
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/PageQuestions.h"
 #include "Platform/Gtk/PageState.h"
 
 #include <functional>
@@ -152,93 +153,12 @@ gboolean runPrintDialogue(WebKitWebView* view, WebKitPrintOperation* operation, 
   return TRUE;
 }
 
-/// What is said above a page that asks again and again, and what it gets when the user has had enough.
-class Silencing : public PageDialogue {
- public:
-  explicit Silencing(WebKitWebView* view) : view_(view) {}
-
-  ~Silencing() override {
-    if (bar_ != nullptr) gtk_box_remove(GTK_BOX(gtk_widget_get_parent(bar_)), bar_);
-    if (held_ != nullptr) {
-      webkit_script_dialog_close(held_);
-      webkit_script_dialog_unref(held_);
-    }
-  }
-
-  bool isSilenced() const noexcept { return isSilenced_; }
-  bool isAsking() const noexcept { return held_ != nullptr; }
-
-  /// True if the user needn't see the dialogue.
-  bool asks(WebKitScriptDialog* dialog) {
-    constexpr std::int64_t sameRow = std::int64_t{5} * G_USEC_PER_SEC;
-    constexpr int manyInRow = 3;
-    constexpr int mostUnheard = 20;
-    if (isSilenced_) {
-      // A page that goes on for ever waits for this one's answer, and the machine has its peace.
-      if (++inRow_ > mostUnheard && held_ == nullptr) held_ = webkit_script_dialog_ref(dialog);
-      return true;
-    }
-    const auto now = g_get_monotonic_time();
-    inRow_ = now - last_ < sameRow ? inRow_ + 1 : 1;
-    last_ = now;
-    if (inRow_ >= manyInRow) showBar();
-    return false;
-  }
-
- private:
-  void showBar() {
-    GtkWidget* parent = gtk_widget_get_parent(GTK_WIDGET(view_));
-    if (bar_ != nullptr || !GTK_IS_BOX(parent)) return;
-    bar_ = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 12);
-    gtk_widget_add_css_class(bar_, "toolbar");
-    GtkWidget* text = gtk_label_new("This page keeps asking.");
-    gtk_label_set_wrap(GTK_LABEL(text), TRUE);
-    gtk_label_set_xalign(GTK_LABEL(text), 0);
-    gtk_widget_set_hexpand(text, TRUE);
-    gtk_widget_set_margin_start(text, 6);
-    GtkWidget* button = gtk_button_new_with_mnemonic("_Stop this page from asking");
-    g_signal_connect_swapped(button, "clicked", G_CALLBACK(+[](Silencing* self) { self->silence(); }), this);
-    gtk_box_append(GTK_BOX(bar_), text);
-    gtk_box_append(GTK_BOX(bar_), button);
-    gtk_box_prepend(GTK_BOX(parent), bar_);
-  }
-
-  void silence() {
-    isSilenced_ = true;
-    inRow_ = 0;
-    gtk_box_remove(GTK_BOX(gtk_widget_get_parent(bar_)), bar_);
-    bar_ = nullptr;
-    gtk_widget_grab_focus(GTK_WIDGET(view_));
-  }
-
-  WebKitWebView* view_;
-  GtkWidget* bar_ = nullptr;
-  WebKitScriptDialog* held_ = nullptr;
-  bool isSilenced_ = false;
-  int inRow_ = 0;
-  std::int64_t last_ = 0;
-};
-
-gboolean scriptDialog(WebKitWebView* view, WebKitScriptDialog* dialog, gpointer) {
-  // Whether to leave the page is the user's question, not the page's.
-  if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
-    return FALSE;
-  auto& state = PageState::of(view);
-  auto* silencing = state.open<Silencing>();
-  if (silencing == nullptr) {
-    auto fresh = std::make_unique<Silencing>(view);
-    silencing = fresh.get();
-    state.add(std::move(fresh));
-  }
-  return silencing->asks(dialog);
-}
-
 }  // namespace
 
 void serveDialogues(WebKitWebView* view, WebEngine& engine) {
   g_signal_connect(view, "run-file-chooser", G_CALLBACK(runFileChooser), &engine);
   g_signal_connect(view, "print", G_CALLBACK(runPrintDialogue), &engine);
-  g_signal_connect(view, "script-dialog", G_CALLBACK(scriptDialog), nullptr);
+  answerScriptQuestions(view, engine);
 }
 
 void askToPrint(WebKitWebView* view, WebEngine& engine, const NSPrintInfo& info,
@@ -266,11 +186,6 @@ GtkPageSetup* pageSetupFor(const NSPrintInfo& info) {
   gtk_page_setup_set_left_margin(setup, info.leftMargin, GTK_UNIT_POINTS);
   gtk_page_setup_set_right_margin(setup, info.rightMargin, GTK_UNIT_POINTS);
   return setup;
-}
-
-bool isSilencedAndAsking(WebKitWebView* view) {
-  const auto* silencing = PageState::of(view).open<Silencing>();
-  return silencing != nullptr && silencing->isAsking();
 }
 
 }  // namespace platform

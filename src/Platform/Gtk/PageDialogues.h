@@ -9,8 +9,8 @@
 
 namespace platform {
 
-/// Has the view's page choose files and print by dialogues that go with it, and offers to silence a page that
-/// asks again and again. `engine` outlives the view. Main thread.
+/// Has the view's page choose files, print, tell and ask by dialogues that go with it. `engine` outlives the
+/// view. Main thread.
 void serveDialogues(WebKitWebView* view, WebEngine& engine);
 
 /// As `WKWebView::printOperation`.
@@ -18,8 +18,5 @@ void askToPrint(WebKitWebView* view, WebEngine& engine, const NSPrintInfo& info,
 
 /// Paper of the usual kind, with the margins that are asked for.
 GtkPageSetup* pageSetupFor(const NSPrintInfo& info);
-
-/// True if the page was silenced and asks on: nothing but the end of its process brings it back.
-bool isSilencedAndAsking(WebKitWebView* view);
 
 }  // namespace platform

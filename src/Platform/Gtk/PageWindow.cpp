@@ -1,10 +1,19 @@
 #include "Platform/Gtk/PageWindow.h"
 
 #include "Platform/Gtk/GtkKeyEvents.h"
+#include "Platform/URL.h"
 
 #include <algorithm>
+#include <optional>
+#include <string>
 
 namespace platform {
+
+namespace {
+
+constexpr int stripMargin = 10;
+
+}  // namespace
 
 WebKitWebView* PageWindow::open(WebKitWebView* opener, WebEngine& engine,
                                 void (*teach)(WebKitWebView*, WebEngine&)) {
@@ -23,6 +32,19 @@ PageWindow::PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engin
   watchKeys(window_);
   if (engine.popover().window() != nullptr) gtk_window_set_transient_for(window_, engine.popover().window());
   GtkWidget* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  place_ = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 6);
+  gtk_widget_set_margin_start(place_, stripMargin);
+  gtk_widget_set_margin_end(place_, stripMargin);
+  gtk_widget_set_margin_top(place_, stripMargin / 2);
+  gtk_widget_set_margin_bottom(place_, stripMargin / 2);
+  lock_ = gtk_image_new();
+  address_ = gtk_label_new(nullptr);
+  gtk_label_set_ellipsize(GTK_LABEL(address_), PANGO_ELLIPSIZE_START);
+  gtk_label_set_xalign(GTK_LABEL(address_), 0);
+  gtk_widget_set_hexpand(address_, TRUE);
+  gtk_box_append(GTK_BOX(place_), lock_);
+  gtk_box_append(GTK_BOX(place_), address_);
+  gtk_box_append(GTK_BOX(box), place_);
   gtk_widget_set_vexpand(GTK_WIDGET(view_), TRUE);
   gtk_box_append(GTK_BOX(box), GTK_WIDGET(view_));
   gtk_window_set_child(window_, box);
@@ -32,6 +54,11 @@ PageWindow::PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engin
   g_signal_connect_swapped(view_, "web-process-terminated",
                            G_CALLBACK(+[](PageWindow* self) { self->closeLater(); }), this);
   g_signal_connect_swapped(view_, "notify::title", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }),
+                           this);
+  g_signal_connect_swapped(view_, "notify::uri", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }),
+                           this);
+  // Whether the connection is encrypted is known when the page has begun to come.
+  g_signal_connect_swapped(view_, "load-changed", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }),
                            this);
   g_signal_connect_swapped(window_, "destroy",
                            G_CALLBACK(+[](PageWindow* self) { std::default_delete<PageWindow>()(self); }),
@@ -69,8 +96,26 @@ void PageWindow::show() {
 }
 
 void PageWindow::retitle() {
+  const char* uri = webkit_web_view_get_uri(view_);
+  const auto url = URL::parseReported(uri != nullptr ? uri : "");
+  const auto host = url ? url->host() : std::nullopt;
+  GTlsCertificate* certificate = nullptr;
+  GTlsCertificateFlags problems = G_TLS_CERTIFICATE_NO_FLAGS;
+  const bool isEncrypted = url && url->scheme() == "https" &&
+                           webkit_web_view_get_tls_info(view_, &certificate, &problems) != FALSE &&
+                           problems == G_TLS_CERTIFICATE_NO_FLAGS;
+  const std::string place = host ? *host : "An empty page";
+  const auto told = !host || isEncrypted ? place : place + " (not encrypted)";
+  gtk_image_set_from_icon_name(GTK_IMAGE(lock_),
+                               isEncrypted ? "channel-secure-symbolic" : "channel-insecure-symbolic");
+  gtk_widget_set_visible(lock_, host.has_value());
+  gtk_label_set_text(GTK_LABEL(address_), told.c_str());
+  gtk_widget_set_tooltip_text(place_,
+                              isEncrypted ? "The connection is encrypted" : "The connection isn’t encrypted");
+  // First of all where it is: a page can call itself what it likes.
   const char* title = webkit_web_view_get_title(view_);
-  if (title != nullptr && *title != '\0') gtk_window_set_title(window_, title);
+  const auto full = title != nullptr && *title != '\0' ? told + " – " + title : told;
+  gtk_window_set_title(window_, full.c_str());
 }
 
 }  // namespace platform

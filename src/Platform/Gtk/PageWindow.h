@@ -31,6 +31,10 @@ class PageWindow {
   WebEngine& engine_;
   WebKitWebView* view_;
   GtkWindow* window_;
+  /// The strip that says where the page is.
+  GtkWidget* place_ = nullptr;
+  GtkWidget* lock_ = nullptr;
+  GtkWidget* address_ = nullptr;
   std::shared_ptr<void> pin_;
   guint closing_ = 0;
 };

@@ -265,7 +265,7 @@ void PopoverWindow::onActiveWindowNamed(bool isOurs) {
 
 bool PopoverWindow::closesByItself() const {
   // An ordinary window that vanished would be hard to find again.
-  return behavior == Behavior::transient && !isOrdinaryWindow_ && *pins_ == 0;
+  return behavior == Behavior::transient && !isOrdinaryWindow_ && !isKeptOpen();
 }
 
 void PopoverWindow::onActiveChanged() {
@@ -304,6 +304,11 @@ bool PopoverWindow::wasClosedByThisClick() const {
 std::shared_ptr<void> PopoverWindow::keepOpen() {
   pin();
   return {pins_.get(), [pins = pins_](void*) { --*pins; }};
+}
+
+std::shared_ptr<void> PopoverWindow::keepOpenUnlessClosed() {
+  ++*loosePins_;
+  return {loosePins_.get(), [pins = loosePins_](void*) { --*pins; }};
 }
 
 void PopoverWindow::performClose() {

@@ -47,7 +47,9 @@ class PopoverWindow : public NSPopover {
   void unpin() { --*pins_; }
   /// As `pin`, until the last copy of what this gives has gone. It may outlive this window.
   [[nodiscard]] std::shared_ptr<void> keepOpen();
-  bool isKeptOpen() const noexcept { return *pins_ > 0; }
+  /// As `keepOpen`, but for the user's own closing: that goes before.
+  [[nodiscard]] std::shared_ptr<void> keepOpenUnlessClosed();
+  bool isKeptOpen() const noexcept { return *pins_ > 0 || *loosePins_ > 0; }
   /// The window; nullptr before its first need.
   GtkWindow* window() const noexcept { return window_; }
   void showNotice(const std::string& text) override { toasts_.show(text); }
@@ -99,6 +101,7 @@ class PopoverWindow : public NSPopover {
   /// The size, in points, at which the window is moved once more to its place.
   std::optional<std::pair<int, int>> movesAtSize_;
   std::shared_ptr<int> pins_ = std::make_shared<int>(0);
+  std::shared_ptr<int> loosePins_ = std::make_shared<int>(0);
 };
 
 }  // namespace platform

@@ -30,7 +30,7 @@ HotKeyNotice::Command command(const char* what, const char* action) {
 
 /// A combination as the portal writes it; empty for a key that has no name.
 std::string triggerOf(HotKeyCombination combination) {
-  const auto keycode = hardwareKeycode(combination.keyCode);
+  const auto keycode = placeOf(combination.keyCode, charactersOf(gdk_display_get_default(), 0));
   guint keyval = 0;
   if (!keycode || !gdk_display_translate_key(gdk_display_get_default(), *keycode, GdkModifierType(0), 0,
                                              &keyval, nullptr, nullptr, nullptr)) {
@@ -183,8 +183,14 @@ void PortalHotKeyGrabs::registerWithHost() {
 void PortalHotKeyGrabs::createSession() {
   request(
       "CreateSession",
-      [](const char* token) {
-        return g_variant_new("(@a{sv})", options({{"handle_token", token}, {"session_handle_token", token}}));
+      [this](const char* token) {
+        // Some portals take the shortcuts here, and have nothing to bind later.
+        GVariantBuilder builder;
+        g_variant_builder_init(&builder, G_VARIANT_TYPE_VARDICT);
+        g_variant_builder_add(&builder, "{sv}", "handle_token", g_variant_new_string(token));
+        g_variant_builder_add(&builder, "{sv}", "session_handle_token", g_variant_new_string(token));
+        g_variant_builder_add(&builder, "{sv}", "shortcuts", shortcutList());
+        return g_variant_new("(@a{sv})", g_variant_builder_end(&builder));
       },
       [this](GVariant* results) {
         if (results != nullptr) session_ = textIn(results, "session_handle");
@@ -223,29 +229,37 @@ void PortalHotKeyGrabs::listShortcuts() {
       });
 }
 
+GVariant* PortalHotKeyGrabs::shortcutList() const {
+  GVariantBuilder list;
+  g_variant_builder_init(&list, G_VARIANT_TYPE("a(sa{sv})"));
+  for (const auto& name : sessionNames_) {
+    const auto& shortcut = shortcuts_.at(name);
+    const auto trigger = triggerOf(shortcut.combination);
+    auto* details =
+        trigger.empty()
+            ? options({{"description", shortcut.title.c_str()}})
+            : options({{"description", shortcut.title.c_str()}, {"preferred_trigger", trigger.c_str()}});
+    g_variant_builder_add(&list, "(s@a{sv})", name.c_str(), details);
+  }
+  return g_variant_builder_end(&list);
+}
+
 void PortalHotKeyGrabs::bindShortcuts() {
   request(
       "BindShortcuts",
       [this](const char* token) {
-        GVariantBuilder list;
-        g_variant_builder_init(&list, G_VARIANT_TYPE("a(sa{sv})"));
-        for (const auto& name : sessionNames_) {
-          const auto& shortcut = shortcuts_.at(name);
-          const auto trigger = triggerOf(shortcut.combination);
-          auto* details = trigger.empty() ? options({{"description", shortcut.title.c_str()}})
-                                          : options({{"description", shortcut.title.c_str()},
-                                                     {"preferred_trigger", trigger.c_str()}});
-          g_variant_builder_add(&list, "(s@a{sv})", name.c_str(), details);
-        }
-        return g_variant_new("(o@a(sa{sv})s@a{sv})", session_.c_str(), g_variant_builder_end(&list), "",
+        return g_variant_new("(o@a(sa{sv})s@a{sv})", session_.c_str(), shortcutList(), "",
                              options({{"handle_token", token}}));
       },
       [this](GVariant* results) {
         if (results == nullptr) {
           fail("they were not allowed");
-        } else {
-          noteBound(results);
+          return;
         }
+        noteBound(results);
+        const bool hasAll = std::all_of(sessionNames_.begin(), sessionNames_.end(),
+                                        [this](const auto& name) { return triggers_.contains(name); });
+        if (!hasAll) fail("the desktop has bound only some of them, or none");
       });
 }
 

@@ -57,6 +57,8 @@ class PortalHotKeyGrabs : public HotKeyGrabs {
   void createSession();
   void listShortcuts();
   void bindShortcuts();
+  /// Of the present session, a(sa{sv}), with a floating reference.
+  GVariant* shortcutList() const;
   void closeSession();
   void noteBound(GVariant* results);
   void fail(const std::string& reason);

@@ -111,8 +111,11 @@ GVariant* StatusMenuExporter::properties(int id) const {
   }
   add(builder, "label", g_variant_new_string(row->title().c_str()));
   add(builder, "enabled", g_variant_new_boolean(row->isEnabled()));
-  if (row->state() != NSMenuItem::State::off) add(builder, "toggle-type", g_variant_new_string("checkmark"));
-  add(builder, "toggle-state", g_variant_new_int32(static_cast<int>(row->state())));
+  // Also while it is off: panels read what kind of item it is once.
+  if (row->isCheckable()) {
+    add(builder, "toggle-type", g_variant_new_string("checkmark"));
+    add(builder, "toggle-state", g_variant_new_int32(static_cast<int>(row->state())));
+  }
   if (!row->keyEquivalent().empty()) add(builder, "shortcut", shortcut(*row));
   return g_variant_builder_end(&builder);
 }
@@ -227,7 +230,14 @@ void StatusMenuExporter::aboutToShow(int id) {
   isBeingOpened_ = false;
 }
 
+void StatusMenuExporter::closeSoon() {
+  // Some panels say so before they say what was clicked, and what was clicked may be the menu's own end.
+  constexpr double sameGesture = 0.25;
+  if (isOpen_) closing_ = DispatchQueue::main().timer(sameGesture, [this] { menuClosed(); });
+}
+
 void StatusMenuExporter::menuClosed() {
+  closing_.reset();
   if (!isOpen_) return;
   isOpen_ = false;
   didClose_();
@@ -235,10 +245,11 @@ void StatusMenuExporter::menuClosed() {
 
 void StatusMenuExporter::itemEvent(int id, const std::string& event) {
   if (event == "closed" && id == 0) {
-    menuClosed();
+    closeSoon();
     return;
   }
   if (event != "clicked") return;
+  closing_.reset();
   const auto* row = item(id);
   if (row == nullptr || !row->isEnabled() || row->isHidden() || !row->action) return;
   // A copy, in a later turn: the action may change the menu or end the process, and the panel has its answer.
@@ -255,11 +266,6 @@ void StatusMenuExporter::itemChanged(int id) {
   g_variant_builder_add(&changed, "(i@a{sv})", id, properties(id));
   GVariantBuilder removed;
   g_variant_builder_init(&removed, G_VARIANT_TYPE("a(ias)"));
-  const auto* row = item(id);
-  if (row != nullptr && row->state() == NSMenuItem::State::off) {
-    const char* names[] = {"toggle-type", nullptr};
-    g_variant_builder_add(&removed, "(i^as)", id, names);
-  }
   g_dbus_connection_emit_signal(connection_, nullptr, objectPath, interfaceName, "ItemsPropertiesUpdated",
                                 g_variant_new("(a(ia{sv})a(ias))", &changed, &removed), nullptr);
 }

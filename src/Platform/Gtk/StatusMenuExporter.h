@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/DispatchQueue.h"
 #include "Platform/NSMenu.h"
 
 #include <functional>
@@ -42,6 +43,8 @@ class StatusMenuExporter {
   void wasChosen(std::size_t number) { itemEvent(static_cast<int>(number) + 1, "clicked"); }
   /// Does nothing if it isn't open.
   void wasClosed() { menuClosed(); }
+  /// As `wasClosed`, unless an item turns out to have been chosen.
+  void closeSoon();
 
  private:
   static void onMethodCall(GDBusConnection*, const char* sender, const char* path, const char* interface,
@@ -72,6 +75,7 @@ class StatusMenuExporter {
   bool isOpen_ = false;
   bool isBeingOpened_ = false;
   bool isRead_ = false;
+  std::unique_ptr<Timer> closing_;
   /// Held by nobody else: what waits for a later turn sees by it whether the exporter still lives.
   const std::shared_ptr<const char> life_ = std::make_shared<const char>();
 };

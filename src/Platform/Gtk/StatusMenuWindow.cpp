@@ -82,7 +82,17 @@ GtkWidget* StatusMenuWindow::row(std::size_t number) {
   gtk_widget_add_css_class(keys, "dim-label");
   gtk_widget_set_margin_start(keys, 2 * margin);
   gtk_box_append(GTK_BOX(line), keys);
-  GtkWidget* button = gtk_button_new();
+  auto* button = GTK_WIDGET(g_object_new(
+      GTK_TYPE_BUTTON, "accessible-role",
+      item.isCheckable() ? GTK_ACCESSIBLE_ROLE_MENU_ITEM_CHECKBOX : GTK_ACCESSIBLE_ROLE_MENU_ITEM, nullptr));
+  gtk_accessible_update_property(GTK_ACCESSIBLE(button), GTK_ACCESSIBLE_PROPERTY_LABEL, item.title().c_str(),
+                                 -1);
+  if (item.isCheckable()) {
+    const auto state = item.state() == NSMenuItem::State::on    ? GTK_ACCESSIBLE_TRISTATE_TRUE
+                       : item.state() == NSMenuItem::State::off ? GTK_ACCESSIBLE_TRISTATE_FALSE
+                                                                : GTK_ACCESSIBLE_TRISTATE_MIXED;
+    gtk_accessible_update_state(GTK_ACCESSIBLE(button), GTK_ACCESSIBLE_STATE_CHECKED, state, -1);
+  }
   gtk_button_set_has_frame(GTK_BUTTON(button), FALSE);
   gtk_button_set_child(GTK_BUTTON(button), line);
   gtk_widget_set_sensitive(button, item.isEnabled());
@@ -135,7 +145,8 @@ void StatusMenuWindow::show(std::optional<PixelPoint> icon) {
   gtk_window_set_decorated(window_, FALSE);
   gtk_window_set_resizable(window_, FALSE);
   for (const char* name : {"velkin-panel", "frameless"}) gtk_widget_add_css_class(GTK_WIDGET(window_), name);
-  GtkWidget* rows = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
+  auto* rows = GTK_WIDGET(g_object_new(GTK_TYPE_BOX, "orientation", GTK_ORIENTATION_VERTICAL,
+                                       "accessible-role", GTK_ACCESSIBLE_ROLE_MENU, nullptr));
   for (const auto set : {gtk_widget_set_margin_start, gtk_widget_set_margin_end, gtk_widget_set_margin_top,
                          gtk_widget_set_margin_bottom}) {
     set(rows, margin);

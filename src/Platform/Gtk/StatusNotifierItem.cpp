@@ -8,7 +8,9 @@
 #include "Platform/NSApplication.h"
 
 #include <array>
+#include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
@@ -72,6 +74,16 @@ GVariant* pixmap(const std::string& file, int size) {
   return g_variant_new("(ii@ay)", width, height, g_variant_builder_end(&bytes));
 }
 
+/// Cinnamon's panel takes a file with "symbolic" in its path for a name in the theme, and draws nothing.
+std::string iconName(const std::string& image) {
+  const char* desktop = std::getenv("XDG_CURRENT_DESKTOP");
+  const bool isCinnamon = desktop != nullptr && std::strstr(desktop, "Cinnamon") != nullptr;
+  auto name = iconNameOfStatusImage(image);
+  constexpr std::string_view ending = "-symbolic";
+  if (isCinnamon && name.ends_with(ending)) name.erase(name.size() - ending.size());
+  return name;
+}
+
 }  // namespace
 
 class StatusNotifierItem::Button : public NSStatusBarButton {
@@ -130,7 +142,13 @@ void StatusNotifierItem::watchKeys() {
   // The newest monitor hears of it before the key's command runs, which may be the menu's own.
   keyMonitor_ = NSEvent::addLocalMonitorForEvents(NSEvent::mask(NSEvent::EventType::keyDown),
                                                   [this](const NSEvent& event) -> std::optional<NSEvent> {
-                                                    menuExporter_.wasClosed();
+                                                    // A key that the panel had no use for in its menu may
+                                                    // come through as well.
+                                                    if ((event.modifierFlags & NSEvent::commandFlag) != 0) {
+                                                      menuExporter_.wasClosed();
+                                                    } else {
+                                                      menuExporter_.closeSoon();
+                                                    }
                                                     return event;
                                                   });
 }
@@ -192,6 +210,7 @@ void StatusNotifierItem::onWatcherVanished(GDBusConnection*, const char*, gpoint
   auto* item = static_cast<StatusNotifierItem*>(self);
   item->setHasTray(false);
   item->settle();
+  if (item->events_.answered) item->events_.answered();
 }
 
 void StatusNotifierItem::registerWithWatcher() {
@@ -207,6 +226,7 @@ void StatusNotifierItem::registerWithWatcher() {
         if (error) {
           debugLog("StatusNotifierItem", "registerWithWatcher()", forLog(error->message));
           item->settle();
+          if (item->events_.answered) item->events_.answered();
           return;
         }
         item->settle();
@@ -232,7 +252,9 @@ void StatusNotifierItem::readHostRegistered() {
           hasHost = g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN) && g_variant_get_boolean(value);
           g_variant_unref(value);
         }
-        static_cast<StatusNotifierItem*>(self)->setHasTray(hasHost);
+        auto* item = static_cast<StatusNotifierItem*>(self);
+        item->setHasTray(hasHost);
+        if (item->events_.answered) item->events_.answered();
       },
       this);
 }
@@ -302,7 +324,7 @@ GVariant* StatusNotifierItem::property(const std::string& name) const {
   if (name == "Title") return g_variant_new_string("Velkin");
   if (name == "Status") return g_variant_new_string("Active");
   if (name == "WindowId") return g_variant_new_int32(0);
-  if (name == "IconName") return g_variant_new_string(iconNameOfStatusImage(button_->image.name).c_str());
+  if (name == "IconName") return g_variant_new_string(iconName(button_->image.name).c_str());
   if (name == "IconThemePath") return g_variant_new_string(icons.c_str());
   if (name == "IconPixmap") {
     GVariantBuilder pictures;

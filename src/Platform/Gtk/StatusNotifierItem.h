@@ -20,6 +20,8 @@ class StatusNotifierItem : public NSStatusItem {
   struct Events {
     /// The tray answered the registration, or it is known that there is none. Once.
     std::function<void()> settled;
+    /// It is known, for the moment, whether a tray shows the icon: behind each answer to that question.
+    std::function<void()> answered;
     /// There is a tray that shows the icon, or there no longer is.
     std::function<void(bool hasTray)> trayChanged;
   };

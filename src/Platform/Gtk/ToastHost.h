@@ -3,6 +3,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include <adwaita.h>
@@ -19,6 +20,8 @@ class ToastHost {
   void show(const std::string& text);
   /// With a button. It waits for its turn.
   void show(const std::string& text, const std::string& button, std::function<void()> action);
+  /// Gone at the latest with the last copy of what this gives.
+  [[nodiscard]] std::shared_ptr<void> showUntil(const std::string& text);
 
  private:
   GtkWidget* overlay_ = nullptr;

@@ -68,6 +68,12 @@ std::optional<std::string> pathOf(GFile* file) {
 
 }  // namespace
 
+void announce([[maybe_unused]] GtkWidget* widget, [[maybe_unused]] const std::string& text) {
+#if GTK_CHECK_VERSION(4, 14, 0)
+  gtk_accessible_announce(GTK_ACCESSIBLE(widget), text.c_str(), GTK_ACCESSIBLE_ANNOUNCEMENT_PRIORITY_MEDIUM);
+#endif
+}
+
 void loadStyle(GtkCssProvider* provider, const std::string& text) {
 #if GTK_CHECK_VERSION(4, 12, 0)
   gtk_css_provider_load_from_string(provider, text.c_str());

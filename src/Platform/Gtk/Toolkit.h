@@ -16,6 +16,8 @@ namespace platform {
 // compiled.
 namespace toolkit {
 
+/// Has a screen reader say the text, where the toolkit can; else nothing happens.
+void announce(GtkWidget* widget, const std::string& text);
 void loadStyle(GtkCssProvider* provider, const std::string& text);
 /// Shows the window on behalf of something that the user did at `time`.
 void presentWithTime(GtkWindow* window, std::uint32_t time);

@@ -6,9 +6,11 @@
 #include "Platform/NSWorkspace.h"
 #include "Platform/UnusedFileName.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace platform {
 
@@ -37,6 +39,8 @@ struct RunningDownload {
   WebEngine* engine;
   std::filesystem::path file;
   bool hasFailed = false;
+  /// The notice of its beginning, which is old news at its end.
+  std::shared_ptr<void> beginning;
 
   void start(WebKitDownload* download, const std::string& suggestion) {
     const auto unused = reserveUnusedFile(downloadFolder(), suggestion);
@@ -48,7 +52,17 @@ struct RunningDownload {
     // The file there is the empty one that keeps the name.
     webkit_download_set_allow_overwrite(download, TRUE);
     webkit_download_set_destination(download, file.c_str());
-    engine->notify("Downloading “" + file.filename().string() + "”");
+    beginning = engine->popover().toasts().showUntil("Downloading “" + file.filename().string() + "”");
+  }
+
+  void tellEnd(const std::string& text, const std::string& button, std::function<void()> action) {
+    beginning.reset();
+    if (engine->popover().isShown()) {
+      engine->popover().toasts().show(text, button, std::move(action));
+    } else {
+      NSWorkspace::shared().deliver(
+          {.title = text, .informativeText = {}, .actionButtonTitle = button, .action = std::move(action)});
+    }
   }
 };
 
@@ -62,6 +76,12 @@ WebEngine::WebEngine(PopoverWindow& (*popoverOfProgram)())
   // the engine ends the program.
   if (const char* socket = std::getenv("WAYLAND_DISPLAY"); socket != nullptr && *socket == '/')
     webkit_web_context_add_path_to_sandbox(context_.get(), socket, TRUE);
+  const auto languages = spellingLanguages(g_get_language_names());
+  std::vector<const char*> names;
+  for (const auto& language : languages) names.push_back(language.c_str());
+  names.push_back(nullptr);
+  webkit_web_context_set_spell_checking_languages(context_.get(), names.data());
+  webkit_web_context_set_spell_checking_enabled(context_.get(), languages.empty() ? FALSE : TRUE);
   GList* allowed = nullptr;
   GList* refused = nullptr;
   for (const auto& [key, isAllowed] : permissions_.all()) {
@@ -80,6 +100,18 @@ WebEngine::~WebEngine() {
   for (auto* session : {persistent_.get(), ephemeral_.get()}) {
     if (session != nullptr) g_signal_handlers_disconnect_by_data(session, this);
   }
+}
+
+std::vector<std::string> WebEngine::spellingLanguages(const char* const* names) {
+  std::vector<std::string> languages;
+  for (; *names != nullptr; ++names) {
+    std::string name = *names;
+    // Dictionaries know nothing of encodings, and "C" is no language.
+    name.resize(std::min(name.find_first_of(".@"), name.size()));
+    if (name.empty() || name == "C" || name == "POSIX") continue;
+    if (std::find(languages.begin(), languages.end(), name) == languages.end()) languages.push_back(name);
+  }
+  return languages;
 }
 
 bool WebEngine::canSandbox(std::string& reason) {
@@ -157,7 +189,7 @@ void WebEngine::watchDownloads(WebKitNetworkSession* session) {
 }
 
 void WebEngine::downloadStarted(WebKitDownload* download) {
-  auto* running = std::make_unique<RunningDownload>(RunningDownload{this, {}, false}).release();
+  auto* running = std::make_unique<RunningDownload>(RunningDownload{this, {}, false, nullptr}).release();
   g_object_set_data_full(G_OBJECT(download), "velkin-download", running, [](gpointer data) {
     std::default_delete<RunningDownload>()(static_cast<RunningDownload*>(data));
   });
@@ -173,6 +205,7 @@ void WebEngine::downloadStarted(WebKitDownload* download) {
       download, "failed", G_CALLBACK(+[](WebKitDownload*, GError* error, gpointer data) {
         auto& self = *static_cast<RunningDownload*>(data);
         self.hasFailed = true;
+        self.beginning.reset();
         // One that the user or the page's end refused is no news.
         if (g_error_matches(error, WEBKIT_DOWNLOAD_ERROR, WEBKIT_DOWNLOAD_ERROR_CANCELLED_BY_USER) &&
             self.file.empty()) {
@@ -181,18 +214,25 @@ void WebEngine::downloadStarted(WebKitDownload* download) {
         std::error_code ignored;
         if (!self.file.empty()) std::filesystem::remove(self.file, ignored);
         debugLog("WebEngine", "downloadStarted(_:)", forLog(error->message));
-        self.engine->notify("The download failed: " + std::string(error->message));
+        self.tellEnd("The download failed: " + std::string(error->message), {}, {});
       }),
       running);
   g_signal_connect(download, "finished", G_CALLBACK(+[](WebKitDownload*, gpointer data) {
                      auto& self = *static_cast<RunningDownload*>(data);
                      if (self.hasFailed) return;
-                     self.engine->popover().toasts().show(
-                         "Downloaded “" + self.file.filename().string() + "”", "Open", [file = self.file] {
-                           const GStringPtr uri(g_filename_to_uri(file.c_str(), nullptr, nullptr));
-                           const auto url = URL::parse(uri ? uri.get() : "");
-                           if (url) NSWorkspace::shared().open(*url);
-                         });
+                     const auto text = "Downloaded “" + self.file.filename().string() + "”";
+                     if (!self.engine->popover().isShown()) {
+                       // Who has gone elsewhere is shown where the file is.
+                       self.tellEnd(text, "Show", [file = self.file] {
+                         NSWorkspace::shared().activateFileViewerSelecting(file.string());
+                       });
+                       return;
+                     }
+                     self.tellEnd(text, "Open", [file = self.file] {
+                       const GStringPtr uri(g_filename_to_uri(file.c_str(), nullptr, nullptr));
+                       const auto url = URL::parse(uri ? uri.get() : "");
+                       if (url) NSWorkspace::shared().open(*url);
+                     });
                    }),
                    running);
 }

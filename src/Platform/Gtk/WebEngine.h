@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <webkit/webkit.h>
 
@@ -21,6 +22,8 @@ class WebEngine {
   WebEngine(const WebEngine&) = delete;
   WebEngine& operator=(const WebEngine&) = delete;
 
+  /// Which dictionaries a user of these languages (as the locale names them, the dearest first) may have.
+  static std::vector<std::string> spellingLanguages(const char* const* names);
   /// True if web processes can be locked up as they must be; otherwise `reason` says why not.
   static bool canSandbox(std::string& reason);
 

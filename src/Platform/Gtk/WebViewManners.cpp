@@ -28,7 +28,7 @@ bool isOwnScheme(std::string_view scheme) {
 }
 
 void openOutside(const char* uri) {
-  const auto url = URL::parse(uri != nullptr ? uri : "");
+  const auto url = URL::parseReported(uri != nullptr ? uri : "");
   if (!url) return;
   const auto scheme = url->scheme();
   // A page has no business with the user's files or with running programs by way of them.
@@ -44,6 +44,14 @@ bool mayOpen(WebKitWebView* view, WebKitNavigationAction* action, WebEngine& eng
   if (!std::exchange(state.hasToldOfOpenings, true))
     engine.notify("Velkin kept this page from opening more windows");
   return false;
+}
+
+/// A link that was clicked with Ctrl, or with the middle button: the user wants it beside this page.
+bool isMeantForBrowser(WebKitNavigationAction* action) {
+  return webkit_navigation_action_get_navigation_type(action) == WEBKIT_NAVIGATION_TYPE_LINK_CLICKED &&
+         webkit_navigation_action_is_user_gesture(action) != FALSE &&
+         (webkit_navigation_action_get_mouse_button(action) == GDK_BUTTON_MIDDLE ||
+          (webkit_navigation_action_get_modifiers(action) & GDK_CONTROL_MASK) != 0);
 }
 
 gboolean decidePolicy(WebKitWebView* view, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
@@ -68,6 +76,11 @@ gboolean decidePolicy(WebKitWebView* view, WebKitPolicyDecision* decision, WebKi
       webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
   const char* uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
   if (type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION) {
+    if (mayOpen(view, action, engine)) openOutside(uri);
+    webkit_policy_decision_ignore(decision);
+    return TRUE;
+  }
+  if (isMeantForBrowser(action)) {
     if (mayOpen(view, action, engine)) openOutside(uri);
     webkit_policy_decision_ignore(decision);
     return TRUE;

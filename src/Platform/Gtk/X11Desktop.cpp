@@ -159,6 +159,39 @@ std::vector<Strut> X11Desktop::struts() {
   return found;
 }
 
+std::optional<std::size_t> X11Desktop::mainMonitor() {
+  std::size_t primary = 0;
+  const auto all = monitors(primary);
+  if (all.empty()) return std::nullopt;
+  const ErrorTrap trap;
+  const auto root = DefaultRootWindow(xDisplay());
+  const auto active = readProperty(xDisplay(), root, atom("_NET_ACTIVE_WINDOW"), XA_WINDOW);
+  if (!active.empty() && active.front() != None) {
+    Window parent = None;
+    Window child = None;
+    int x = 0;
+    int y = 0;
+    unsigned width = 0;
+    unsigned height = 0;
+    unsigned border = 0;
+    unsigned depth = 0;
+    if (XGetGeometry(xDisplay(), active.front(), &parent, &x, &y, &width, &height, &border, &depth) != 0 &&
+        XTranslateCoordinates(xDisplay(), active.front(), root, 0, 0, &x, &y, &child) != 0) {
+      return monitorAt({x + static_cast<int>(width) / 2, y + static_cast<int>(height) / 2}, all);
+    }
+  }
+  return monitorAt(pointer(), all);
+}
+
+bool X11Desktop::isOnPanel(PixelPoint point) {
+  std::size_t primary = 0;
+  const auto all = monitors(primary);
+  if (all.empty()) return false;
+  const auto& monitor = all[monitorAt(point, all)];
+  return monitor.contains(point.x, point.y) &&
+         !workArea(monitor, struts(), desktopOf(all)).contains(point.x, point.y);
+}
+
 PixelPoint X11Desktop::pointer() {
   Window root = None;
   Window child = None;

@@ -22,7 +22,12 @@ class X11Desktop {
   static std::vector<PixelRect> monitors(std::size_t& primary);
   /// What panels keep clear, and what the window manager keeps clear for panels of its own.
   static std::vector<Strut> struts();
+  /// The position among `monitors` of the one with the window that has the keyboard, failing that with the
+  /// pointer; nothing while there is none.
+  static std::optional<std::size_t> mainMonitor();
   static PixelPoint pointer();
+  /// True if the point is where a panel keeps other windows away.
+  static bool isOnPanel(PixelPoint point);
   static int scale();
 
   /// Keeps a realized window out of task bars and pagers, or lets it in.

@@ -112,7 +112,10 @@ std::vector<std::uint16_t> X11HotKeyGrabs::lockCombinations() const {
 }
 
 std::optional<X11HotKeyGrabs::ServerKey> X11HotKeyGrabs::serverKey(HotKeyCombination combination) const {
-  const auto keycode = hardwareKeycode(combination.keyCode);
+  const auto keycode = placeOf(combination.keyCode, [this](unsigned code) -> char32_t {
+    if (code < firstKeycode_ || code >= firstKeycode_ + symbols_.size()) return 0;
+    return xkb_keysym_to_utf32(symbols_[code - firstKeycode_]);
+  });
   if (!keycode || *keycode < firstKeycode_ || *keycode >= firstKeycode_ + symbols_.size())
     return std::nullopt;
   ServerKey key{static_cast<xcb_keycode_t>(*keycode), 0};
@@ -276,13 +279,18 @@ void X11HotKeyGrabs::keyReleased(const xcb_key_release_event_t& release) {
 
 void X11HotKeyGrabs::keyboardChanged() {
   const auto before = modifiers_;
-  std::vector<ServerKey> held;
-  for (const auto& [combination, isHeld] : grabs_) {
-    if (const auto key = serverKey(combination); isHeld && key) held.push_back(*key);
-  }
+  const auto heldKeys = [this] {
+    std::vector<ServerKey> held;
+    for (const auto& [combination, isHeld] : grabs_) {
+      if (const auto key = serverKey(combination); isHeld && key) held.push_back(*key);
+    }
+    return held;
+  };
+  const auto held = heldKeys();
   const auto locksBefore = lockCombinations();
   readKeyboard();
-  if (modifiers_ == before) return;
+  // Another layout may have the same letters elsewhere.
+  if (modifiers_ == before && heldKeys() == held) return;
   for (const auto& key : held) {
     for (const auto locks : locksBefore) {
       xcb_ungrab_key(connection_, key.keycode, root_, static_cast<std::uint16_t>(key.modifiers | locks));

@@ -47,6 +47,7 @@ class X11HotKeyGrabs : public HotKeyGrabs {
   struct ServerKey {
     xcb_keycode_t keycode;
     std::uint16_t modifiers;
+    bool operator==(const ServerKey&) const = default;
   };
 
   bool connect();

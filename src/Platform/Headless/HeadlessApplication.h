@@ -27,6 +27,8 @@ class HeadlessApplication : public NSApplication {
     return 0;
   }
   [[noreturn]] void exit(int code) override { throw ExitCalled{code}; }
+  bool isEditingText = false;
+  bool isTextBeingEdited() const override { return isEditingText; }
   bool takesReservedKeys = false;
   void setTakesReservedKeys(bool takes) override { takesReservedKeys = takes; }
   bool sendAction(std::string_view selector) override {

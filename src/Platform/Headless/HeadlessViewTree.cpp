@@ -92,8 +92,15 @@ void HeadlessView::type(std::string text) {
 
 void HeadlessView::commit() {
   const auto* field = contentOf<TextFieldContent>(*this);
-  if (field == nullptr || !isEnabled()) return;
+  if (field == nullptr || (!isEnabled() && !field->onWake)) return;
   const auto action = field->onCommit;
+  if (action) action();
+}
+
+void HeadlessView::wake() {
+  const auto* field = contentOf<TextFieldContent>(*this);
+  if (field == nullptr || isEnabled()) return;
+  const auto action = field->onWake;
   if (action) action();
 }
 

@@ -28,8 +28,10 @@ class HeadlessView : public RenderedView {
   void press();
   /// As a user's replacing all of a text field's or an editor's text.
   void type(std::string text);
-  /// As Return in a text field.
+  /// As Return in a text field, or for one that is off and can be woken.
   void commit();
+  /// As a key for a text field that is off.
+  void wake();
   void select(int option);
   void hover(bool isInside);
   /// As a mouse button that goes down on it, or comes up again.

@@ -36,6 +36,7 @@ struct TextFieldContent {
   bool isPlain = false;
   /// See TextFieldOptions.
   Action onCut = {};
+  Action onWake = {};
 };
 struct TextEditorContent {
   Binding<std::string> text;

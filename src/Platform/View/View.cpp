@@ -191,7 +191,8 @@ View Button(View label, Action action, ButtonStyle style) {
 
 View TextField(std::string placeholder, Binding<std::string> text, TextFieldOptions options) {
   return made(TextFieldContent{std::move(placeholder), std::move(text), std::move(options.onCommit),
-                               options.isSecure, options.isPlain, std::move(options.onCut)});
+                               options.isSecure, options.isPlain, std::move(options.onCut),
+                               std::move(options.onWake)});
 }
 
 View TextEditor(Binding<std::string> text) { return made(TextEditorContent{std::move(text)}); }

@@ -21,6 +21,10 @@ struct TextFieldOptions {
   bool isPlain = false;
   /// Something was typed or pasted that the field can't hold as a whole: its text is the part that it can.
   Action onCut = {};
+  /// While the field is disabled, a key of its window that nothing else has a use for can be meant for it:
+  /// Tab, Up and a character ask for the field back by this (the character is typed then), and Return is a
+  /// commit. Without it a disabled field hears nothing.
+  Action onWake = {};
 };
 
 View EmptyView();

@@ -98,6 +98,56 @@ TEST_F(SidebarsTest, ResetTurnsWhatIsOpenOffAndOnAgain) {
   EXPECT_TRUE(isOpen(bard));
 }
 
+TEST_F(SidebarsTest, TheOneThatOpensHasTheKeyboardAndTheMainViewGetsItBack) {
+  defaults.set(980.0, UserDefault::webViewWidth);
+  show(jira);
+  page(jira).isFirstResponder = false;
+  sidebars.toggle(bard);
+  EXPECT_TRUE(page(bard).isFirstResponder);
+  EXPECT_FALSE(page(jira).isFirstResponder);
+  page(bard).isFirstResponder = false;
+  sidebars.toggle(bard);
+  EXPECT_TRUE(page(jira).isFirstResponder);
+  EXPECT_FALSE(page(bard).isFirstResponder);
+}
+
+TEST_F(SidebarsTest, OneThatThereIsNoRoomForTakesNoKeyboard) {
+  defaults.set(600.0, UserDefault::webViewWidth);
+  defaults.set(600.0, UserDefault::webViewHeight);
+  show(jira);
+  sidebars.toggle(bard);
+  EXPECT_TRUE(isOpen(bard));
+  EXPECT_FALSE(page(bard).isFirstResponder);
+}
+
+TEST_F(SidebarsTest, ANewSizeMovesNoKeyboard) {
+  defaults.set(980.0, UserDefault::webViewWidth);
+  show(jira);
+  sidebars.toggle(bard);
+  page(jira).isFirstResponder = false;
+  page(bard).isFirstResponder = false;
+  sidebars.reset();
+  EXPECT_FALSE(page(jira).isFirstResponder);
+  EXPECT_FALSE(page(bard).isFirstResponder);
+}
+
+TEST_F(SidebarsTest, TheScratchpadsIsDrawnAtTheNewSizeToo) {
+  defaults.set(980.0, UserDefault::webViewWidth);
+  show(jira);
+  sidebars.toggle(markdown);
+  desktop.queue.drain();
+  auto& tree = platform::headlessTree(*content.hostedWebView);
+  const auto hasWidth = [&](double width) {
+    return !tree.all([&](const auto& v) { return v.element().modifiers.frame.width == width; }).empty();
+  };
+  EXPECT_TRUE(hasWidth(980 * 0.15));
+  defaults.set(1420.0, UserDefault::webViewWidth);
+  sidebars.reset();
+  desktop.queue.drain();
+  EXPECT_TRUE(hasWidth(1420 * 0.15));
+  EXPECT_FALSE(hasWidth(980 * 0.15));
+}
+
 TEST_F(SidebarsTest, ZoomTheOpenOnesAlone) {
   sidebars.open(gitlab);
   sidebars.setZoom(1.45);
@@ -275,6 +325,17 @@ TEST_F(SearchPanelTest, OpensInTheMiddleAboveTheCentreAndClosesOnce) {
   EXPECT_EQ(searchPanel.panel()->frame().origin.y, 540 * 1.3 - 100);
   EXPECT_TRUE(searchPanel.close());
   EXPECT_EQ(searchPanel.panel(), nullptr);
+}
+
+TEST_F(SearchPanelTest, TheWindowManagersCloseIsItsOwn) {
+  ASSERT_TRUE(searchPanel.open());
+  // As a frame's button or Alt+F4 does it, past this room.
+  searchPanel.panel()->close();
+  EXPECT_EQ(searchPanel.panel(), nullptr);
+  EXPECT_FALSE(searchPanel.close());
+  desktop.queue.drain();
+  EXPECT_TRUE(searchPanel.open());
+  EXPECT_TRUE(searchPanel.panel()->isVisible());
 }
 
 TEST_F(SearchPanelTest, NeedsAScreen) {

@@ -102,5 +102,11 @@ TEST(PopoverPlacementTest, AClickThatIsToldInPointsIsFoundByThePointer) {
   EXPECT_EQ(pixelOfClick({1266, 14}, {40, 700}, 1), (PixelPoint{1266, 14}));
 }
 
+TEST(PopoverPlacementTest, APointerOnThePanelKnowsBetterThanAPanelThatAlwaysTellsTheSame) {
+  EXPECT_EQ(pixelOfClick({0, 28}, {1250, 12}, 1, true), (PixelPoint{1250, 12}));
+  EXPECT_EQ(pixelOfClick({0, 28}, {1250, 700}, 1, false), (PixelPoint{0, 28})) << "by a key: it is elsewhere";
+  EXPECT_EQ(pixelOfClick({1266, 14}, {1250, 12}, 1, true), (PixelPoint{1266, 14})) << "near enough";
+}
+
 }  // namespace
 }  // namespace platform

@@ -93,6 +93,28 @@ TEST(URLTest, absentPartsAreNothing) {
   EXPECT_EQ(URL::parse("https://[::1]:80/")->host(), "::1");
 }
 
+TEST(URLTest, whatAnEngineReportsIsTakenAsItIsOnTheWire) {
+  const auto reported = [](std::string_view text) {
+    const auto url = URL::parseReported(text);
+    return url ? url->absoluteString() : "refused";
+  };
+  EXPECT_EQ(reported("https://example.org/a[1]{2}|^?q=[x]|{y}^#[z]"),
+            "https://example.org/a%5B1%5D%7B2%7D%7C%5E?q=%5Bx%5D%7C%7By%7D%5E#%5Bz%5D");
+  EXPECT_EQ(reported("https://example.org/a b\"<>`\\"), "https://example.org/a%20b%22%3C%3E%60%5C");
+  EXPECT_EQ(reported("https://example.org/100%"), "https://example.org/100%25");
+  EXPECT_EQ(reported("https://example.org/%5B?a=%20"), "https://example.org/%5B?a=%20") << "encoded once";
+  EXPECT_EQ(reported("https://[::1]:80/[a]"), "https://[::1]:80/%5Ba%5D");
+  EXPECT_EQ(reported("https://example.org/\xC3\xA4|"), "https://example.org/%C3%A4%7C");
+  EXPECT_EQ(reported("https://exa mple.org/"), "refused") << "a host is no place for them";
+  EXPECT_EQ(reported(""), "refused");
+}
+
+TEST(URLTest, storedAddressesKeepTheStrictRule) {
+  EXPECT_FALSE(URL::parse("https://example.org/a[1]"));
+  EXPECT_FALSE(URL::parse("https://example.org/a|b"));
+  EXPECT_FALSE(URL::parse("https://example.org/?q={x}"));
+}
+
 TEST(URLTest, addressesAreEqualByTheirText) {
   EXPECT_EQ(URL::parse("https://a/"), URL::parse("https://a/"));
   EXPECT_NE(URL::parse("https://a/"), URL::parse("https://a"));

@@ -117,6 +117,60 @@ TEST_F(SearchBarViewTest, itStartsEmptyWithTheFieldReady) {
   EXPECT_TRUE(tree().all<platform::ProgressContent>().empty());
 }
 
+TEST_F(SearchBarViewTest, aFieldThatIsOffIsHadBackByAKeyAndReturnOnItIsItsCommit) {
+  open();
+  answerWith("first");
+  ask("one");
+  EXPECT_FALSE(field().isEnabled());
+  field().wake();
+  settle();
+  EXPECT_TRUE(field().isEnabled());
+  EXPECT_TRUE(field().element().modifiers.focused->get());
+  commit();
+  EXPECT_EQ(requestCount(), 1U) << "the same prompt";
+  type("two");
+  answerWith("second");
+  commit();
+  EXPECT_FALSE(field().isEnabled());
+  commit();
+  EXPECT_TRUE(field().isEnabled()) << "Return on the field that is off gives it back";
+  EXPECT_EQ(requestCount(), 2U);
+}
+
+TEST_F(SearchBarViewTest, whatComesBelowThePromptIsTold) {
+  open();
+  const auto news = [&] {
+    for (auto* view : tree().all([](const HeadlessView& v) {
+           return v.element().modifiers.role == platform::AccessibilityRole::status;
+         })) {
+      return view->element().modifiers.label;
+    }
+    return std::string("none");
+  };
+  EXPECT_EQ(news(), "");
+  answerWith("first");
+  answer({.statusCode = 500, .data = "no"});
+  ask("one");
+  EXPECT_EQ(news(), "The answer is there");
+  tapField();
+  type("two");
+  commit();
+  EXPECT_EQ(news(), "The question could not be answered");
+}
+
+TEST_F(SearchBarViewTest, anEntryThatAnotherPanelAddedMeanwhileStays) {
+  open();
+  answerWith("first");
+  tapField();
+  type("one");
+  // Behind this panel's look at what is stored.
+  std::vector<SearchBarSearch> others;
+  ASSERT_TRUE(addSearch(others, "elsewhere", "<p>there</p>"));
+  UserDefaultsHelper().setSearchBarSearches(others);
+  commit();
+  EXPECT_EQ(storedPrompts(), (std::vector<std::string>{"elsewhere", "one"}));
+}
+
 TEST_F(SearchBarViewTest, theSampleAnswerHasItsLength) {
   EXPECT_EQ(SearchBarView::chatText.size(), 578U);
   EXPECT_TRUE(SearchBarView::chatText.starts_with("I am ChatGPT, a large language model created by OpenAI."));
