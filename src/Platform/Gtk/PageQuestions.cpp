@@ -117,7 +117,10 @@ class ScriptQuestions : public PageDialogue {
     if (focus != nullptr && GTK_IS_BUTTON(focus)) {
       gtk_widget_activate(focus);
     } else {
-      adw_message_dialog_response(ADW_MESSAGE_DIALOG(dialog_), confirmId);
+      // The dialogue itself closes behind its buttons only.
+      const auto closing = GObjectPtr<GtkWidget>::retain(dialog_);
+      answered(confirmId);
+      gtk_window_destroy(GTK_WINDOW(closing.get()));
     }
     return true;
   }
