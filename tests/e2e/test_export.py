@@ -66,7 +66,7 @@ class Export(ExportTestCase):
         self.saveAs("ctrl+p", path)
         text = subprocess.run(["pdftotext", str(path), "-"], capture_output=True, text=True, check=True).stdout
         self.assertIn("A page elsewhere", text)
-        self.assertIsNotNone(self.popover(), "the popover stays")
+        waitFor("the popover to be there still", self.popover, 10)
         self.assertTrue(velkin.running())
 
     def testAWebArchiveHoldsThePage(self):

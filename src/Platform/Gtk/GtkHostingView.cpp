@@ -4,6 +4,7 @@
 #include "Platform/Gtk/GtkContainers.h"
 #include "Platform/Gtk/GtkControls.h"
 #include "Platform/Gtk/GtkRenderedView.h"
+#include "Platform/Gtk/KeyboardPlaces.h"
 
 #include <utility>
 
@@ -95,6 +96,9 @@ void GtkHostingView::removeSubview(NSView& view) {
   gtk_overlay_remove_overlay(GTK_OVERLAY(root_), guest->widget());
 }
 
-void GtkHostingView::makeFirstResponder() { gtk_widget_grab_focus(root_); }
+void GtkHostingView::makeFirstResponder() {
+  noteKeyboardClaim();
+  gtk_widget_grab_focus(root_);
+}
 
 }  // namespace platform

@@ -3,6 +3,7 @@
 #include "Platform/Gtk/GtkEditActions.h"
 #include "Platform/Gtk/GtkLongWords.h"
 #include "Platform/Gtk/GtkTextEdits.h"
+#include "Platform/Gtk/KeyboardPlaces.h"
 #include "Platform/NSPasteboard.h"
 #include "Platform/UTF8.h"
 
@@ -226,6 +227,11 @@ bool GtkTextEditor::insertText(const std::string& text, NSRange replacementRange
   replaceText(buffer_, replacementRange, inserted);
   showCursor();
   return true;
+}
+
+void GtkTextEditor::makeFirstResponder() {
+  noteKeyboardClaim();
+  gtk_widget_grab_focus(editor_);
 }
 
 void GtkTextEditor::showCursor() {

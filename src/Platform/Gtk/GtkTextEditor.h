@@ -25,7 +25,7 @@ class GtkTextEditor : public NSTextView, public GtkViewBase {
 
   GtkWidget* widget() override { return scrolled_; }
   NSRect frame() const override;
-  void makeFirstResponder() override { gtk_widget_grab_focus(editor_); }
+  void makeFirstResponder() override;
   void addSubview(NSView&, std::optional<NSSize>) override {}
   void removeSubview(NSView&) override {}
 
