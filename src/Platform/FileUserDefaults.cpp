@@ -99,7 +99,9 @@ FileUserDefaults::FileUserDefaults(const std::filesystem::path& path)
   if (state_ == FileState::corrupt) setAside();
 }
 
-FileUserDefaults::~FileUserDefaults() {
+FileUserDefaults::~FileUserDefaults() { awaitLock(); }
+
+void FileUserDefaults::awaitLock() {
   std::unique_lock lock(mutex_);
   lockCame_.wait_for(lock, lastPatience, [this] { return unwritten_.empty() || !lock_.isWaiting(); });
 }
@@ -125,8 +127,12 @@ void FileUserDefaults::storeHeldBack() {
 }
 
 void FileUserDefaults::storeWhatIsHeldBack() {
-  const Session session(*this);
-  if (!unwritten_.empty()) write();
+  {
+    const Session session(*this);
+    if (!unwritten_.empty()) write();
+  }
+  // The program ends without destructors.
+  awaitLock();
 }
 
 std::optional<PropertyListValue> FileUserDefaults::storedValue(std::string_view key) const {

@@ -35,7 +35,6 @@ class FileUserDefaults : public NSUserDefaults {
 
   /// `path`: the file; it and its folder (then 0700) are made at the first set. A symbolic link is followed.
   explicit FileUserDefaults(const std::filesystem::path& path);
-  /// Gives a process that holds the lock one more second to let go, if there is something left to write.
   ~FileUserDefaults() override;
 
   void setObject(PropertyListValue value, std::string_view key) override;
@@ -57,6 +56,9 @@ class FileUserDefaults : public NSUserDefaults {
   /// Locks the file first, or has that done.
   void write();
   void lockArrived(PatientLock::Answer lock);
+  /// At the end: gives a process that holds the lock one more second to let go, if something is left to
+  /// write.
+  void awaitLock();
   /// With the lock.
   void writeLocked();
   void fail(std::string_view why) const;

@@ -2,7 +2,6 @@
 
 #include "Platform/Gtk/GObjectPtr.h"
 
-#include <algorithm>
 #include <string_view>
 
 namespace platform {

@@ -496,6 +496,15 @@ TEST_F(LockedFileTest, aStoreThatEndsWaitsForALockThatIsJustLetGo) {
   EXPECT_TRUE(isOnDisk({{"a", 1}})) << contentsOf(path_);
 }
 
+TEST_F(LockedFileTest, theProcessesEndWaitsForALockThatIsJustLetGo) {
+  ForeignLock foreign(path_);
+  FileUserDefaults defaults(path_);
+  defaults.setObject(1, "a");
+  foreign.release();
+  defaults.storeWhatIsHeldBack();
+  EXPECT_TRUE(isOnDisk({{"a", 1}})) << contentsOf(path_);
+}
+
 TEST_F(LockedFileTest, aBatchThatIsOpenWhenTheLockComesIsWrittenAtItsEnd) {
   ForeignLock foreign(path_);
   FileUserDefaults defaults(path_);
