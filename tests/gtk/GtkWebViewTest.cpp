@@ -94,6 +94,17 @@ TEST_F(GtkWebViewTest, PageZoomChangesThePagesOwnWidth) {
   EXPECT_EQ(webView->pageZoom(), 1.25);
 }
 
+TEST_F(GtkWebViewTest, AZoomThatIsNoneLeavesThePageAsItIs) {
+  showPage("<p>zoom");
+  ASSERT_TRUE(wait([&] { return evaluate("window.innerWidth") == "400"; }));
+  webView->setPageZoom(1.25);
+  ASSERT_TRUE(wait([&] { return evaluate("window.innerWidth") == "320"; }));
+  for (const double zoom : {0.0, -1.0}) {
+    webView->setPageZoom(zoom);
+    EXPECT_TRUE(wait([&] { return evaluate("window.innerWidth") == "400"; })) << zoom;
+  }
+}
+
 TEST_F(GtkWebViewTest, TheEnginesHiddenTextHasNoCursorThatBlinks) {
   showPage("<p>keys");
   GtkWidget* holder = dynamic_cast<GtkViewBase&>(*webView).widget();

@@ -130,6 +130,9 @@ void scriptEnded(GObject* source, GAsyncResult* result, gpointer data) {
   run->completion(json ? std::string(json.get()) : std::string(), std::nullopt);
 }
 
+/// The engine draws nothing at all at a zoom that is no more than nothing, as a settings file may hold it.
+double engineZoom(double zoom) { return zoom > 0 ? zoom : 1; }
+
 }  // namespace
 
 GtkWebView::GtkWebView(NSRect frame, WKWebViewConfiguration configuration, WebEngine& (*engine)())
@@ -202,7 +205,7 @@ WebKitWebView* GtkWebView::engineView() {
   g_object_ref_sink(view_);
   if (pool) pool->views.push_back(view_);
   tameHiddenText(view_);
-  webkit_web_view_set_zoom_level(view_, zoom_);
+  webkit_web_view_set_zoom_level(view_, engineZoom(zoom_));
   gtk_widget_set_hexpand(GTK_WIDGET(view_), TRUE);
   gtk_widget_set_vexpand(GTK_WIDGET(view_), TRUE);
   connectSignals();
@@ -412,7 +415,7 @@ NSRect GtkWebView::frame() const {
 
 void GtkWebView::onMapped() {
   auto* view = engineView();
-  webkit_web_view_set_zoom_level(view, zoom_);
+  webkit_web_view_set_zoom_level(view, engineZoom(zoom_));
   if (!std::exchange(wantsFocus_, false)) return;
   noteKeyboardClaim();
   gtk_widget_grab_focus(GTK_WIDGET(view));
@@ -505,7 +508,7 @@ void GtkWebView::setPageZoom(double zoom) {
 
 void GtkWebView::applyZoom() {
   if (view_ != nullptr && gtk_widget_get_mapped(GTK_WIDGET(view_)))
-    webkit_web_view_set_zoom_level(view_, zoom_);
+    webkit_web_view_set_zoom_level(view_, engineZoom(zoom_));
 }
 
 void GtkWebView::setCustomUserAgent(std::string userAgent) {
