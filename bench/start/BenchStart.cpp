@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 
@@ -21,35 +20,6 @@ namespace {
 
 using namespace bench;
 namespace fs = std::filesystem;
-
-/// Proportional memory of a process and all below it, in MB.
-double treeMemory(pid_t root) {
-  std::map<pid_t, pid_t> parents;
-  for (const auto& entry : fs::directory_iterator("/proc")) {
-    const pid_t pid = std::atoi(entry.path().filename().c_str());
-    if (pid == 0) continue;
-    std::ifstream stat(entry.path() / "stat");
-    std::string text((std::istreambuf_iterator<char>(stat)), {});
-    const auto end = text.rfind(')');
-    if (end != std::string::npos) parents[pid] = std::atoi(text.c_str() + end + 4);
-  }
-  double kilobytes = 0;
-  for (const auto& [pid, parent] : parents) {
-    pid_t above = pid;
-    while (above != root && above > 1 && parents.count(above) != 0) above = parents[above];
-    if (above != root) continue;
-    std::ifstream rollup("/proc/" + std::to_string(pid) + "/smaps_rollup");
-    std::string word;
-    while (rollup >> word) {
-      if (word != "Pss:") continue;
-      double value = 0;
-      rollup >> value;
-      kilobytes += value;
-      break;
-    }
-  }
-  return kilobytes / 1024;
-}
 
 long contextSwitches(pid_t pid) {
   std::ifstream status("/proc/" + std::to_string(pid) + "/status");

@@ -55,6 +55,18 @@ bool Observer::shows(const std::vector<Point>& points, unsigned long colour) con
   return std::all_of(points.begin(), points.end(), [&](Point point) { return colourAt(point) == colour; });
 }
 
+std::vector<unsigned long> Observer::coloursOf(const Area& area) const {
+  XImage* image = XGetImage(display_, DefaultRootWindow(display_), area.left, area.top,
+                            static_cast<unsigned>(area.width()), static_cast<unsigned>(area.height()),
+                            AllPlanes, ZPixmap);
+  std::vector<unsigned long> colours;
+  for (int y = 0; y < image->height; ++y) {
+    for (int x = 0; x < image->width; ++x) colours.push_back(XGetPixel(image, x, y) & colourBits);
+  }
+  XDestroyImage(image);
+  return colours;
+}
+
 std::optional<Area> Observer::find(unsigned long colour) const {
   XImage* image =
       XGetImage(display_, DefaultRootWindow(display_), 0, 0, static_cast<unsigned>(DisplayWidth(display_, 0)),
@@ -75,6 +87,13 @@ std::optional<Area> Observer::find(unsigned long colour) const {
 
 void Observer::movePointer(Point point) {
   XTestFakeMotionEvent(display_, -1, point.x, point.y, CurrentTime);
+  XSync(display_, False);
+}
+
+void Observer::click(Point point) {
+  movePointer(point);
+  XTestFakeButtonEvent(display_, 1, True, CurrentTime);
+  XTestFakeButtonEvent(display_, 1, False, CurrentTime);
   XSync(display_, False);
 }
 

@@ -38,10 +38,13 @@ class Observer {
   /// Red, green and blue, a byte each.
   [[nodiscard]] unsigned long colourAt(Point point) const;
   [[nodiscard]] bool shows(const std::vector<Point>& points, unsigned long colour) const;
+  /// The pixels of an area, row by row.
+  [[nodiscard]] std::vector<unsigned long> coloursOf(const Area& area) const;
   /// The smallest rectangle around all that has the colour.
   [[nodiscard]] std::optional<Area> find(unsigned long colour) const;
 
   void movePointer(Point point);
+  void click(Point point);
   void holdKey(KeySym key) { sendKey(key, true); }
   void releaseKey(KeySym key) { sendKey(key, false); }
 

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
+#include <map>
 #include <system_error>
 
 #include <sys/wait.h>
@@ -53,6 +55,34 @@ Process::~Process() {
   kill(pid, SIGTERM);
   waitpid(pid, nullptr, 0);
   rest(0.3);
+}
+
+double treeMemory(pid_t root) {
+  std::map<pid_t, pid_t> parents;
+  for (const auto& entry : fs::directory_iterator("/proc")) {
+    const pid_t pid = std::atoi(entry.path().filename().c_str());
+    if (pid == 0) continue;
+    std::ifstream stat(entry.path() / "stat");
+    std::string text((std::istreambuf_iterator<char>(stat)), {});
+    const auto end = text.rfind(')');
+    if (end != std::string::npos) parents[pid] = std::atoi(text.c_str() + end + 4);
+  }
+  double kilobytes = 0;
+  for (const auto& [pid, parent] : parents) {
+    pid_t above = pid;
+    while (above != root && above > 1 && parents.count(above) != 0) above = parents[above];
+    if (above != root) continue;
+    std::ifstream rollup("/proc/" + std::to_string(pid) + "/smaps_rollup");
+    std::string word;
+    while (rollup >> word) {
+      if (word != "Pss:") continue;
+      double value = 0;
+      rollup >> value;
+      kilobytes += value;
+      break;
+    }
+  }
+  return kilobytes / 1024;
 }
 
 void writeSettings(const fs::path& home, const std::string& more) {

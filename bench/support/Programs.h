@@ -31,6 +31,9 @@ class Process {
   pid_t pid;
 };
 
+/// Proportional memory of a process and all below it, in MB.
+[[nodiscard]] double treeMemory(pid_t root);
+
 /// The settings of someone who has seen the first pages and uses all views. `more`: further entries of the
 /// property list's dictionary.
 void writeSettings(const std::filesystem::path& home, const std::string& more = {});
