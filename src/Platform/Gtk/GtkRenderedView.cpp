@@ -1,5 +1,6 @@
 #include "Platform/Gtk/GtkRenderedView.h"
 
+#include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkMouseEvents.h"
 #include "Platform/Gtk/KeyboardPlaces.h"
 #include "Platform/Gtk/Toolkit.h"
@@ -318,12 +319,23 @@ void GtkRenderedView::ensurePress() {
                          gdk_button_event_get_button(event) == GDK_BUTTON_PRIMARY) {
                        self->setIsDown(isPress);
                      }
+                     if (type == GDK_KEY_PRESS) self->keyPressed(event);
                      return FALSE;
                    }),
                    this);
   addController(widget_, events);
   g_signal_connect_swapped(widget_, "unmap",
                            G_CALLBACK(+[](GtkRenderedView* self) { self->setIsDown(false); }), this);
+}
+
+void GtkRenderedView::keyPressed(GdkEvent* event) {
+  const auto keyval = gdk_key_event_get_keyval(event);
+  if (isDown_ || (keyval != GDK_KEY_space && keyval != GDK_KEY_KP_Space)) return;
+  setIsDown(true);
+  // The monitors keep the releases of keys, and a window that loses the keyboard doesn't get them.
+  whenKeysAreUp([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired()) setIsDown(false);
+  });
 }
 
 void GtkRenderedView::setIsDown(bool isDown) {
@@ -356,6 +368,13 @@ void GtkRenderedView::applyFocus() {
                                if (!wish || !wish->get()) return;
                                noteKeyboardClaim();
                                gtk_widget_grab_focus(self->focusWidget());
+                             }),
+                             this);
+    // A window that is hidden keeps its focus, for when it comes back. A view that follows its place acts on
+    // the keys that it gets there, and gets none any more.
+    g_signal_connect_swapped(focusWidget(), "unmap", G_CALLBACK(+[](GtkRenderedView* self) {
+                               const auto& m = self->element_.modifiers;
+                               if (m.place && m.focused) m.focused->set(false);
                              }),
                              this);
   }
