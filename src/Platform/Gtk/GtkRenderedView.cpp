@@ -6,7 +6,9 @@
 #include "Platform/Gtk/Toolkit.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
+#include <string_view>
 
 #include <webkit/webkit.h>
 
@@ -30,6 +32,20 @@ GtkAlign gtkAlign(Alignment alignment) {
       break;
   }
   return GTK_ALIGN_CENTER;
+}
+
+bool hasLetters(std::string_view text) {
+  return std::ranges::any_of(text, [](unsigned char c) { return std::isalpha(c) != 0; });
+}
+
+/// What a text, a button or a check box says by itself; nothing for a sign.
+std::string_view ownWords(const Element& element) {
+  const auto readable = [](std::string_view text) { return hasLetters(text) ? text : std::string_view(); };
+  if (const auto* text = std::get_if<TextContent>(&element.content)) return readable(text->text);
+  if (const auto* box = std::get_if<CheckBoxContent>(&element.content)) return readable(box->title);
+  if (!std::holds_alternative<ButtonContent>(element.content) || element.children.empty()) return {};
+  const auto& title = element.children.front().element();
+  return std::holds_alternative<TextContent>(title.content) ? ownWords(title) : std::string_view();
 }
 
 /// True if what lies below the pointer in `widget` is a page.
@@ -127,7 +143,9 @@ void GtkRenderedView::applyModifiers() {
 
 void GtkRenderedView::applyName() {
   const auto& m = element_.modifiers;
-  const auto& given = m.label.empty() ? m.help : m.label;
+  // The help is the name only of what shows nothing but a sign.
+  const auto words = m.help.empty() ? std::string_view() : ownWords(element_);
+  const auto given = !m.label.empty() ? m.label : (words.empty() ? m.help : std::string(words));
   if (!given.empty()) {
     // Of a control that is made of several widgets, tools may look at each.
     for (GtkWidget* part : {widget_, focusWidget()})
