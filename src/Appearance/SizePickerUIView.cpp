@@ -41,7 +41,13 @@ View SizePickerUIView::body() const {
                                     .selectedHeight = selectedHeight.get()}),
                  View(SizeRadioUIView{delegate, defaults, selectedWidth.binding(), selectedHeight.binding()}),
                  Spacer()})
-      .padding(EdgeInsets{10, 16, 8, 16});
+      .padding(EdgeInsets{10, 16, 8, 16})
+      .onChange<double>(
+          defaults.webViewWidth(),
+          [selected = selectedWidth](double width) { selected.set(fromRawValue<AppearanceWidth>(width)); })
+      .onChange<double>(defaults.webViewHeight(), [selected = selectedHeight](double height) {
+        selected.set(fromRawValue<AppearanceHeight>(height));
+      });
 }
 
 View SizeRadioUIView::body() const {

@@ -49,7 +49,10 @@ View ZoomPickerUIView::body() const {
                       "\" may result in side bar being visible")
                      .font(Font::caption)
                      .opacity(0.7)})
-      .padding(EdgeInsets{8, 16, 8, 16});
+      .padding(EdgeInsets{8, 16, 8, 16})
+      .onChange<double>(defaults.webViewZoom(), [selected = selectedFontSize](double zoom) {
+        selected.set(fromRawValue<AppearanceFontSize>(zoom));
+      });
 }
 
 View ZoomTextSelectionUIView::body() const {

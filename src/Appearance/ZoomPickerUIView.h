@@ -2,9 +2,11 @@
 
 #include "Appearance/ZoomSamples.h"
 #include "Helpers/UserDefaultsHelper.h"
+#include "Platform/View/ObservableObject.h"
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
 #include "Platform/WKWebView.h"
+#include "UserData/WindowAppearance.h"
 #include "Values/AppearanceFontSize.h"
 
 #include <functional>
@@ -13,7 +15,7 @@
 namespace velkin {
 
 /// The choice of the pages' zoom, with a sample of each step. A choice is stored, and the page in the main
-/// place follows.
+/// place follows. It follows a zoom that is changed elsewhere.
 struct ZoomPickerUIView {
   UserDefaultsHelper defaults = {};
   std::function<platform::WKWebView&()> webView;
@@ -22,6 +24,7 @@ struct ZoomPickerUIView {
   /// Points.
   double fontZoomIconSize = 64;
   std::shared_ptr<ZoomSamples> samples;
+  platform::ObservedObject<WindowAppearance> changes{std::make_shared<WindowAppearance>()};
 
   platform::View body() const;
   void select(AppearanceFontSize size) const;

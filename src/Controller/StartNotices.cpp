@@ -5,6 +5,7 @@
 #include "Keyboard/Shortcut.h"
 #include "Keyboard/ShortcutLegend.h"
 #include "Platform/CarbonEvents.h"
+#include "Platform/NSUserDefaults.h"
 #include "Platform/NSWorkspace.h"
 
 #include <optional>
@@ -45,6 +46,25 @@ std::string joined(const std::string& first, const std::string& second, const ch
   return first + between + second;
 }
 
+/// Under it stands which refused shortcuts the user has been told of.
+constexpr const char* toldKey = "refusedShortcutsTold";
+
+void tellOfRefusal(std::function<void()> openShortcuts) {
+  const auto refused =
+      joined(refusedKeys(Name::popUpShortcut()), refusedKeys(Name::searchBarShortcut()), " and ");
+  auto& defaults = platform::NSUserDefaults::standardUserDefaults();
+  const auto told = defaults.stringForKey(toldKey).value_or("");
+  // Once, and not at each login: who lets the other program have the keys knows it. News are told again.
+  if (refused == told) return;
+  if (refused.empty()) return defaults.removeObjectForKey(toldKey);
+  defaults.setObject(refused, toldKey);
+  NSWorkspace::shared().deliver({.title = "A shortcut is taken.",
+                                 .informativeText = "Another program uses " + refused +
+                                                    ". Velkin's menu has other keys under Shortcuts.",
+                                 .actionButtonTitle = "Choose Another",
+                                 .action = std::move(openShortcuts)});
+}
+
 void tellNewUser(std::function<void()> openPopover) {
   const auto popUp = workingKeys(Name::popUpShortcut());
   const auto search = workingKeys(Name::searchBarShortcut());
@@ -60,19 +80,12 @@ void tellNewUser(std::function<void()> openPopover) {
 
 std::unique_ptr<platform::Timer> tellAfterStart(bool isFreshInstall, std::function<void()> openPopover,
                                                 std::function<void()> openShortcuts) {
-  return platform::DispatchQueue::main().timer(
-      settlingTime, [isFreshInstall, openPopover = std::move(openPopover),
-                     openShortcuts = std::move(openShortcuts)]() mutable {
-        if (isFreshInstall) tellNewUser(std::move(openPopover));
-        const auto refused =
-            joined(refusedKeys(Name::popUpShortcut()), refusedKeys(Name::searchBarShortcut()), " and ");
-        if (refused.empty()) return;
-        NSWorkspace::shared().deliver({.title = "A shortcut is taken.",
-                                       .informativeText = "Another program uses " + refused +
-                                                          ". Velkin's menu has other keys under Shortcuts.",
-                                       .actionButtonTitle = "Choose Another",
-                                       .action = std::move(openShortcuts)});
-      });
+  return platform::DispatchQueue::main().timer(settlingTime,
+                                               [isFreshInstall, openPopover = std::move(openPopover),
+                                                openShortcuts = std::move(openShortcuts)]() mutable {
+                                                 if (isFreshInstall) tellNewUser(std::move(openPopover));
+                                                 tellOfRefusal(std::move(openShortcuts));
+                                               });
 }
 
 }  // namespace velkin

@@ -1,6 +1,7 @@
 #include "Controller/WindowGeometry.h"
 
 #include "Platform/DebugLog.h"
+#include "UserData/WindowAppearance.h"
 #include "Values/AppearanceFontSize.h"
 #include "Values/AppearanceHeight.h"
 #include "Values/AppearanceWidth.h"
@@ -32,6 +33,7 @@ std::optional<double> neighbour(const Scale& scale, double current, int directio
 void WindowGeometry::updateWindowSize(double width, double height) {
   content_.popover->setContentSize({width, height});
   sidebars_.reset();
+  WindowAppearance::didChange();
 }
 
 void WindowGeometry::stepHeight(int direction, const char* logLine) {
@@ -98,6 +100,7 @@ void WindowGeometry::setZoom(double zoom) {
   defaults_.set(zoom, UserDefault::webViewZoom);
   updateCurrentZoom(zoom);
   sidebars_.setZoom(zoom);
+  WindowAppearance::didChange();
 }
 
 void WindowGeometry::stepZoom(int direction, const char* logLine) {

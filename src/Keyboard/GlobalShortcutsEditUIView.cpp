@@ -12,9 +12,11 @@ platform::View GlobalShortcutsEditUIView::body() const {
   using KeyboardShortcuts::Recorder;
   // A recorder for keys that no one hands out would be a promise.
   if (GetEventDispatcherTarget().notice()) return globalShortcutsNotice();
-  return VStack(
-      {.spacing = useSmallerFonts ? 4.0 : 8.0, .alignment = Alignment::leading},
-      {Recorder("PopUp:", Name::popUpShortcut()), Recorder("SearchBar:", Name::searchBarShortcut())});
+  const auto popUp = Name::popUpShortcut();
+  const bool isGranted = GetEventDispatcherTarget().grantedTrigger(popUp.rawValue()).has_value();
+  return VStack({.spacing = useSmallerFonts ? 4.0 : 8.0, .alignment = Alignment::leading},
+                {Recorder("PopUp:", popUp), Recorder("SearchBar:", Name::searchBarShortcut()),
+                 when(isGranted, desktopKeySettingsButton)});
 }
 
 }  // namespace velkin

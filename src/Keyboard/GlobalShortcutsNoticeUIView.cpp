@@ -36,8 +36,16 @@ platform::View GlobalShortcutsNoticeUIView::body() const {
                                .help("Copy the command")
                                .accessibilityLabel("Copy the command for: " + command.what)})}));
   }
+  rows.push_back(desktopKeySettingsButton());
   return platform::VStack({.spacing = lineSpacing, .alignment = Alignment::leading}, std::move(rows))
       .padding(platform::EdgeInsets::all(lineSpacing));
+}
+
+platform::View desktopKeySettingsButton() {
+  auto open = platform::GetEventDispatcherTarget().settingsOpener();
+  if (!open) return platform::EmptyView();
+  return platform::Button("Open Keyboard Settings…", std::move(open))
+      .help("Opens the desktop's own settings of keys");
 }
 
 platform::View globalShortcutsNotice() {

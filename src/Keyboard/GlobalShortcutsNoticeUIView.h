@@ -12,6 +12,9 @@ struct GlobalShortcutsNoticeUIView {
   platform::View body() const;
 };
 
+/// Opens the desktop's own settings of keys; nothing where no way there is known.
+platform::View desktopKeySettingsButton();
+
 /// The notice, or nothing where the desktop hands out shortcuts.
 platform::View globalShortcutsNotice();
 

@@ -78,6 +78,9 @@ View AboutUIView::userData() const {
                                                           failure.set({});
                                                           ImportExportManager().exportToFile(nullptr, told);
                                                         })}),
+              Text("The file holds your API key in clear.")
+                  .font(Font::caption)
+                  .foregroundColor(Color::Role::secondary),
               when(!message.empty(),
                    [&] {
                      return Text(message)

@@ -13,6 +13,8 @@ namespace {
 
 constexpr double titleWidth = 140;
 constexpr double keyWidth = 44;
+/// In a narrower window an address would have no room beside its title.
+constexpr double widthForOneLine = 540;
 
 }  // namespace
 
@@ -61,33 +63,38 @@ View EasterEggFeatureLabelUIView::body() const {
   const auto edited = editedText.get();
   const bool isStrange =
       !isKey() && !edited.empty() && edited == inputText.get() && !isWebAddress(storableAddress(edited));
-  return VStack(
-      {.spacing = 2, .alignment = Alignment::fill},
-      {HStack({.spacing = 6},
-              {Text(std::string(title(item))).frame({.width = titleWidth, .alignment = Alignment::leading}),
-               Text(std::string(keyString(item)))
-                   .foregroundColor(Color::Role::secondary)
-                   .accessibilityLabel(spelledOut(keyString(item)))
-                   .frame({.width = keyWidth, .alignment = Alignment::leading}),
-               field(), when(isKey(), [this] { return showKeyButton(); }),
-               Button(
-                   Text("✓").foregroundColor(isOff ? Color(Color::Role::secondary, 0.5)
-                                                   : Color(Color::Role::blue)),
-                   [self = *this] { self.saveClicked(); }, ButtonStyle::borderless)
-                   .help("Save")
-                   .accessibilityLabel("Save " + std::string(title(item)))
-                   .disabled(isOff),
-               Button(
-                   "↺", [self = *this] { self.resetClicked(); }, ButtonStyle::borderless)
-                   .help("Reset")
-                   .accessibilityLabel("Reset " + std::string(title(item)))}),
-       when(isStrange, [] {
-         return Text("This is no web address.")
-             .font(Font::caption)
-             .foregroundColor(Color::Role::red)
-             .accessibilityRole(AccessibilityRole::alert)
-             .frame({.maxWidth = infinity, .alignment = Alignment::leading});
-       })});
+  const bool isNarrow = UserDefaultsHelper().webViewWidth() < widthForOneLine;
+  const auto name = [&] {
+    return HStack(
+        {.spacing = 6},
+        {Text(std::string(title(item))).frame({.width = titleWidth, .alignment = Alignment::leading}),
+         Text(std::string(keyString(item)))
+             .foregroundColor(Color::Role::secondary)
+             .accessibilityLabel(spelledOut(keyString(item)))
+             .frame({.width = keyWidth, .alignment = Alignment::leading})});
+  };
+  return VStack({.spacing = 2, .alignment = Alignment::fill},
+                {when(isNarrow, name),
+                 HStack({.spacing = 6},
+                        {when(!isNarrow, name), field(), when(isKey(), [this] { return showKeyButton(); }),
+                         Button(
+                             Text("✓").foregroundColor(isOff ? Color(Color::Role::secondary, 0.5)
+                                                             : Color(Color::Role::blue)),
+                             [self = *this] { self.saveClicked(); }, ButtonStyle::borderless)
+                             .help("Save")
+                             .accessibilityLabel("Save " + std::string(title(item)))
+                             .disabled(isOff),
+                         Button(
+                             "↺", [self = *this] { self.resetClicked(); }, ButtonStyle::borderless)
+                             .help("Reset")
+                             .accessibilityLabel("Reset " + std::string(title(item)))}),
+                 when(isStrange, [] {
+                   return Text("This is no web address.")
+                       .font(Font::caption)
+                       .foregroundColor(Color::Role::red)
+                       .accessibilityRole(AccessibilityRole::alert)
+                       .frame({.maxWidth = infinity, .alignment = Alignment::leading});
+                 })});
 }
 
 }  // namespace velkin

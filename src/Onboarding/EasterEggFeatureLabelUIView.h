@@ -1,10 +1,13 @@
 #pragma once
 
+#include "Platform/View/ObservableObject.h"
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
+#include "UserData/WindowAppearance.h"
 #include "Values/EasterEggItem.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace velkin {
@@ -22,6 +25,8 @@ struct EasterEggFeatureLabelUIView {
   platform::State<bool> isKeyShown{false};
   platform::Binding<int> currentPage = platform::Binding<int>::constant(0);
   std::function<void(const std::string&)> action = {};
+  /// Its layout follows the window's width.
+  platform::ObservedObject<WindowAppearance> window{std::make_shared<WindowAppearance>()};
 
   platform::View body() const;
 

@@ -53,7 +53,7 @@ OnboardingUIView::OnboardingUIView(OnboardingUIViewDelegate* target, Pickers pic
 }
 
 View OnboardingUIView::page(const OnboardingPage& page) const {
-  return VStack({.spacing = 16},
+  return VStack({.spacing = 12},
                 {Text(page.title).font(Font::title).accessibilityRole(AccessibilityRole::heading),
                  when(!page.description.empty(),
                       [&] {
@@ -63,7 +63,7 @@ View OnboardingUIView::page(const OnboardingPage& page) const {
                             .frame({.width = page.descriptionWidth});
                       }),
                  page.bodyContent})
-      .padding(EdgeInsets{32, 16, 16, 16})
+      .padding(EdgeInsets{20, 16, 8, 16})
       .frame({.maxWidth = infinity});
 }
 

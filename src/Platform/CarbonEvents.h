@@ -135,6 +135,8 @@ class EventTarget {
   /// What the user has bound to the name in the desktop's own dialogue, in the desktop's words; empty for
   /// nothing. nullopt where a program asks for keys itself.
   virtual std::optional<std::string> grantedTrigger(std::string_view /*name*/) { return std::nullopt; }
+  /// Opens the desktop's own settings of keys, where it hands them out; empty where no way there is known.
+  virtual std::function<void()> settingsOpener() { return {}; }
 
   /// Hands an event to the handlers that want its type, the newest first, until one takes it.
   OSStatus sendEvent(const CarbonEvent& event);

@@ -1,6 +1,8 @@
 """The pages that lead in and around, as a person meets them: by mouse, and by keyboard alone."""
 import unittest
 import json
+import pathlib
+import resource
 import subprocess
 
 from harness import VelkinTestCase, waitFor
@@ -19,6 +21,11 @@ x11.XSync(display, 0)
 print("held", flush=True)
 signal.pause()
 """
+
+
+def memoryOf(process):
+    """The bytes that a process has in memory."""
+    return int(pathlib.Path(f"/proc/{process}/statm").read_text().split()[1]) * resource.getpagesize()
 
 
 class Pages(VelkinTestCase):
@@ -132,6 +139,43 @@ class Addresses(Pages):
         window = self.openOnboarding()
         self.editAddress(window, self.chat.urlOf("/never"))
         waitFor("the address to be asked", lambda: self.heads(self.chat), 10)
+        self.desktop.key("ctrl+a")
+        self.desktop.type(self.chat.url)
+        self.desktop.key("Return")
+        self.waitForSetting("chatUrl", self.chat.url)
+
+
+    def testAServerThatAnswersWithAGigabyteIsNotListenedTo(self):
+        window = self.openOnboarding()
+        velkin = self.started[-1]
+        before = memoryOf(velkin.process.pid)
+        address = self.chat.urlOf("/gigabyte")
+        self.editAddress(window, address)
+        self.waitForSetting("chatUrl", address)
+        settle(1)
+        self.assertLess(self.chat.sent, 100 << 20)
+        self.assertLess(memoryOf(velkin.process.pid) - before, 60 << 20)
+
+    def testANameThatDoesNotResolveIsInvalidAndCanBeUsedAnyway(self):
+        window = self.openOnboarding()
+        self.editAddress(window, "http://nowhere.invalid/")
+        settle(2)
+        self.assertIsNone(self.settings("chatUrl"))
+        self.desktop.key("Tab", "Tab", "Tab", "Return")
+        self.waitForSetting("chatUrl", "http://nowhere.invalid/")
+
+    def testWhatIsNoWebAddressIsNeverStored(self):
+        window = self.openOnboarding()
+        self.editAddress(window, "x")
+        for text in ("javascript:alert(1)", "file:///etc/passwd", "chat.example.org", "https://münchen.de/",
+                     "https://two words/"):
+            with self.subTest(text=text):
+                self.desktop.key("ctrl+a")
+                self.desktop.type(text)
+                self.desktop.key("Return")
+                settle(1)
+                self.assertIsNone(self.settings("chatUrl"))
+        self.assertEqual([r for service in self.services.all for r in service.requests], [])
         self.desktop.key("ctrl+a")
         self.desktop.type(self.chat.url)
         self.desktop.key("Return")

@@ -22,6 +22,8 @@ constexpr const char* introspection = R"xml(<node>
     <arg type="s" direction="in"/><arg type="a{sv}" direction="in"/><arg type="o" direction="out"/></method>
   <method name="ListShortcuts"><arg type="o" direction="in"/><arg type="a{sv}" direction="in"/>
     <arg type="o" direction="out"/></method>
+  <method name="ConfigureShortcuts"><arg type="o" direction="in"/><arg type="s" direction="in"/>
+    <arg type="a{sv}" direction="in"/></method>
   <signal name="Activated"><arg type="o"/><arg type="s"/><arg type="t"/><arg type="a{sv}"/></signal>
   <signal name="Deactivated"><arg type="o"/><arg type="s"/><arg type="t"/><arg type="a{sv}"/></signal>
   <property name="version" type="u" access="read"/>
@@ -53,8 +55,8 @@ MockShortcutsPortal::MockShortcutsPortal(Options options) : options_(std::move(o
          GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self) {
         static_cast<MockShortcutsPortal*>(self)->handle(sender, interface, method, parameters, invocation);
       },
-      [](GDBusConnection*, const char*, const char*, const char*, const char*, GError**, gpointer) {
-        return g_variant_new_uint32(1);
+      [](GDBusConnection*, const char*, const char*, const char*, const char*, GError**, gpointer self) {
+        return g_variant_new_uint32(static_cast<MockShortcutsPortal*>(self)->options_.version);
       },
       nullptr,
       {}};
@@ -102,6 +104,14 @@ void MockShortcutsPortal::handle(const char* sender, const char* interface, cons
   }
   if (called == "Close") {
     calls.emplace_back("Close");
+    g_dbus_method_invocation_return_value(invocation, nullptr);
+    return;
+  }
+  if (called == "ConfigureShortcuts") {
+    const char* configured = nullptr;
+    g_variant_get_child(parameters, 0, "&o", &configured);
+    EXPECT_EQ(configured, session);
+    calls.emplace_back("ConfigureShortcuts");
     g_dbus_method_invocation_return_value(invocation, nullptr);
     return;
   }

@@ -24,6 +24,8 @@ class MockShortcutsPortal {
     std::vector<std::string> remembered;
     /// The shortcuts are those of the session's making, and a binding binds nothing.
     bool takesThemAtCreation = false;
+    /// Of the interface: the second one can show what it has bound.
+    guint32 version = 1;
   };
 
   explicit MockShortcutsPortal(Options options);

@@ -4,6 +4,9 @@
 #include "gtk/MockShortcutsPortal.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -185,6 +188,47 @@ void expectCommands(const std::optional<HotKeyNotice>& notice) {
   ASSERT_EQ(notice->commands.size(), 2U);
   EXPECT_EQ(notice->commands[0].commandLine, "gapplication action com.tarnvale.Velkin toggle-popover");
   EXPECT_EQ(notice->commands[1].commandLine, "gapplication action com.tarnvale.Velkin toggle-search");
+}
+
+TEST_F(PortalHotKeyGrabsTest, ANewPortalShowsItsOwnSettingsOfTheKeys) {
+  start({.version = 2});
+  makeGrabs();
+  EXPECT_FALSE(grabs->settingsOpener()) << "nothing is bound yet";
+  grabBoth();
+  ASSERT_TRUE(waitForLog("has bound search"));
+  const auto open = grabs->settingsOpener();
+  ASSERT_TRUE(open);
+  open();
+  EXPECT_TRUE(waitForCall("ConfigureShortcuts"));
+  grabs.reset();
+  open();
+  turn();
+}
+
+TEST_F(PortalHotKeyGrabsTest, AnOlderOneLeavesThatToTheDesktopsSettingsProgram) {
+  // A settings program of a desktop that is known, which only writes down that it was started.
+  const std::filesystem::path home = g_get_user_data_dir();
+  const auto started = home / "settings-started";
+  std::filesystem::create_directories(home / "applications");
+  std::filesystem::remove(started);
+  const auto file = home / "applications" / "xfce-keyboard-settings.desktop";
+  std::ofstream(file) << "[Desktop Entry]\nType=Application\nName=Keyboard\nExec=touch " << started.string()
+                      << "\n";
+  const std::string before =
+      std::getenv("XDG_CURRENT_DESKTOP") != nullptr ? std::getenv("XDG_CURRENT_DESKTOP") : "";
+  start({});
+  makeGrabs();
+  grabBoth();
+  ASSERT_TRUE(waitForLog("has bound search"));
+  g_setenv("XDG_CURRENT_DESKTOP", "Unknown", TRUE);
+  EXPECT_FALSE(grabs->settingsOpener()) << "no way there is known";
+  g_setenv("XDG_CURRENT_DESKTOP", "Somebodys:XFCE", TRUE);
+  const auto open = grabs->settingsOpener();
+  ASSERT_TRUE(open);
+  open();
+  EXPECT_TRUE(wait([&] { return std::filesystem::exists(started); }));
+  std::filesystem::remove(file);
+  g_setenv("XDG_CURRENT_DESKTOP", before.c_str(), TRUE);
 }
 
 TEST_F(PortalHotKeyGrabsTest, WithoutAPortalTheCommandsAreNamed) {

@@ -3,12 +3,15 @@
 #include "Platform/Headless/HeadlessViewTree.h"
 #include "unit/AppFixture.h"
 
+#include <gmock/gmock.h>
+
 namespace velkin {
 namespace {
 
 using enum WebViewSwitchType;
 
 constexpr auto popUpKeys = platform::HotKeyCombination{17, 0x300};
+constexpr auto searchKeys = platform::HotKeyCombination{15, 0x300};
 
 class PagesTest : public AppFixture {
  protected:
@@ -126,6 +129,31 @@ TEST_F(PagesTest, TheNoticeNamesOnlyKeysThatWork) {
             "Another program uses Ctrl+Shift+T. Velkin's menu has other keys under Shortcuts.");
   desktop.workspace.delivered[1].action();
   EXPECT_TRUE(app->menuBar->shortcutsPanel().isVisible());
+}
+
+TEST_F(PagesTest, ALostShortcutIsToldOnceAndNotAtEachStart) {
+  settleIn();
+  const auto start = [this] {
+    app.reset();
+    desktop.workspace.delivered.clear();
+    launch();
+    desktop.queue.advance(5);
+    return desktop.workspace.delivered.size();
+  };
+  EXPECT_EQ(start(), 0U);
+  desktop.keyboard.heldByOthers.insert(popUpKeys);
+  EXPECT_EQ(start(), 1U);
+  EXPECT_EQ(start(), 0U);
+  // Another one is news, and so is the same one after it was there in between.
+  desktop.keyboard.heldByOthers.insert(searchKeys);
+  EXPECT_EQ(start(), 1U);
+  EXPECT_THAT(desktop.workspace.delivered[0].informativeText,
+              testing::HasSubstr("Ctrl+Shift+T and Ctrl+Shift+R"));
+  EXPECT_EQ(start(), 0U);
+  desktop.keyboard.heldByOthers.clear();
+  EXPECT_EQ(start(), 0U);
+  desktop.keyboard.heldByOthers.insert(popUpKeys);
+  EXPECT_EQ(start(), 1U);
 }
 
 TEST_F(PagesTest, WhereTheDesktopGrantsTheKeysTheNoticeHasItsWords) {

@@ -390,6 +390,12 @@ class MenuPickerView : public GtkRenderedView {
   std::vector<std::string> options_;
 };
 
+/// Not every version of the toolkit tells assistive tools that a check button of a group is one of several.
+GtkWidget* radioButton(const std::string& title) {
+  return GTK_WIDGET(g_object_new(GTK_TYPE_CHECK_BUTTON, "accessible-role", GTK_ACCESSIBLE_ROLE_RADIO, "label",
+                                 title.c_str(), nullptr));
+}
+
 /// Radio buttons below one another, or joined buttons in a row.
 class ChoiceView : public GtkRenderedView {
  public:
@@ -439,7 +445,7 @@ class ChoiceView : public GtkRenderedView {
     for (const auto& option : options_) {
       GtkWidget* button = content.style == PickerStyle::segmented
                               ? gtk_toggle_button_new_with_label(option.c_str())
-                              : gtk_check_button_new_with_label(option.c_str());
+                              : radioButton(option);
       name(button, option);
       if (!buttons_.empty() && content.style == PickerStyle::segmented) {
         gtk_toggle_button_set_group(GTK_TOGGLE_BUTTON(button), GTK_TOGGLE_BUTTON(buttons_.front()));

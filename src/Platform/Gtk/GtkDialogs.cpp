@@ -98,9 +98,28 @@ void tellLater(Completion completion, Value value) {
 
 GtkDialogs::GtkDialogs(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
 
+GtkDialogs::~GtkDialogs() { standAt(nullptr); }
+
+void GtkDialogs::standAt(GtkWindow* window) {
+  if (window_ != nullptr)
+    g_object_remove_weak_pointer(G_OBJECT(window_), reinterpret_cast<gpointer*>(&window_));
+  window_ = window;
+  if (window_ != nullptr) g_object_add_weak_pointer(G_OBJECT(window_), reinterpret_cast<gpointer*>(&window_));
+}
+
+GtkWindow* GtkDialogs::windowFor(const NSView* view) {
+  auto* found = windowOf(view);
+  // Right after a dialogue the keyboard is on its way back to the window at which that one stood.
+  const bool isOnItsWay = found == nullptr && view == nullptr && window_ != nullptr &&
+                          gtk_widget_get_mapped(GTK_WIDGET(window_)) != FALSE;
+  if (isOnItsWay) return window_;
+  standAt(found);
+  return found;
+}
+
 void GtkDialogs::show(const NSAlert& alert, const NSView* view, NSAlert::Completion completion) {
   surroundings_.startToolkit();
-  auto* window = windowOf(view);
+  auto* window = windowFor(view);
   const auto sheet = std::make_shared<OpenSheet>(window, surroundings_.holdPopover());
   sheet->opened(toolkit::ask(window, alert, [sheet, completion = std::move(completion)](std::size_t button) {
     sheet->giveBackTheKeyboard();
@@ -111,7 +130,7 @@ void GtkDialogs::show(const NSAlert& alert, const NSView* view, NSAlert::Complet
 
 void GtkDialogs::show(const NSSavePanel& panel, const NSView* view, NSSavePanel::Completion completion) {
   surroundings_.startToolkit();
-  auto* window = windowOf(view);
+  auto* window = windowFor(view);
   const auto sheet = std::make_shared<OpenSheet>(window, surroundings_.holdPopover());
   // The desktop's dialogues have one line for a title: the message tells more.
   sheet->opened(toolkit::askForFile(
@@ -124,6 +143,7 @@ void GtkDialogs::show(const NSSavePanel& panel, const NSView* view, NSSavePanel:
       [this, alive = std::weak_ptr(isAlive_), sheet, panel, view,
        completion = std::move(completion)](std::optional<NSSavePanel::Choice> choice) {
         const bool isPresent = !alive.expired();
+        sheet->giveBackTheKeyboard();
         if (!choice || !isPresent) {
           sheet->over();
           return tellLater(completion, std::optional<NSSavePanel::Choice>());
@@ -160,7 +180,7 @@ void GtkDialogs::askToReplace(const NSView* view, NSSavePanel::Choice choice,
 
 void GtkDialogs::show(const NSOpenPanel& panel, const NSView* view, NSOpenPanel::Completion completion) {
   surroundings_.startToolkit();
-  auto* window = windowOf(view);
+  auto* window = windowFor(view);
   const auto sheet = std::make_shared<OpenSheet>(window, surroundings_.holdPopover());
   sheet->opened(
       toolkit::askForFile(window,
@@ -171,6 +191,7 @@ void GtkDialogs::show(const NSOpenPanel& panel, const NSView* view, NSOpenPanel:
                            .types = panel.allowedFileTypes},
                           [this, alive = std::weak_ptr(isAlive_), sheet, use = panel.use,
                            completion = std::move(completion)](std::optional<NSSavePanel::Choice> choice) {
+                            sheet->giveBackTheKeyboard();
                             sheet->over();
                             if (choice && !alive.expired()) rememberFolder(use, choice->path);
                             tellLater(completion, choice ? std::optional(choice->path) : std::nullopt);

@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include <gtk/gtk.h>
+
 namespace platform {
 
 /// The desktop's own dialogues, by its portal where there is one. Main thread.
@@ -20,6 +22,9 @@ class GtkDialogs : public Dialogs {
     std::function<void()> startToolkit;
   };
   explicit GtkDialogs(Surroundings surroundings);
+  ~GtkDialogs() override;
+  GtkDialogs(const GtkDialogs&) = delete;
+  GtkDialogs& operator=(const GtkDialogs&) = delete;
 
   void show(const NSAlert& alert, const NSView* view, NSAlert::Completion completion) override;
   void show(const NSSavePanel& panel, const NSView* view, NSSavePanel::Completion completion) override;
@@ -30,7 +35,13 @@ class GtkDialogs : public Dialogs {
   void rememberFolder(const std::string& use, const std::string& path) const;
   void askToReplace(const NSView* view, NSSavePanel::Choice choice, NSSavePanel::Completion completion);
 
+  /// The window at which a dialogue is to stand; nullptr for none.
+  GtkWindow* windowFor(const NSView* view);
+  void standAt(GtkWindow* window);
+
   Surroundings surroundings_;
+  /// At which the last dialogue stood; nullptr once it is gone.
+  GtkWindow* window_ = nullptr;
   std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
 };
 

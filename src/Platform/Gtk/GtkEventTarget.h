@@ -29,6 +29,7 @@ class GtkEventTarget : public EventTarget {
   std::optional<std::string> grantedTrigger(std::string_view name) override {
     return grabs().grantedTrigger(name);
   }
+  std::function<void()> settingsOpener() override { return grabs().settingsOpener(); }
 
  private:
   struct Registration {

@@ -1,11 +1,14 @@
 #include "Platform/Gtk/GtkRenderedView.h"
 
+#include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkMouseEvents.h"
 #include "Platform/Gtk/KeyboardPlaces.h"
 #include "Platform/Gtk/Toolkit.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
+#include <string_view>
 
 #include <webkit/webkit.h>
 
@@ -29,6 +32,20 @@ GtkAlign gtkAlign(Alignment alignment) {
       break;
   }
   return GTK_ALIGN_CENTER;
+}
+
+bool hasLetters(std::string_view text) {
+  return std::ranges::any_of(text, [](unsigned char c) { return std::isalpha(c) != 0; });
+}
+
+/// What a text, a button or a check box says by itself; nothing for a sign.
+std::string_view ownWords(const Element& element) {
+  const auto readable = [](std::string_view text) { return hasLetters(text) ? text : std::string_view(); };
+  if (const auto* text = std::get_if<TextContent>(&element.content)) return readable(text->text);
+  if (const auto* box = std::get_if<CheckBoxContent>(&element.content)) return readable(box->title);
+  if (!std::holds_alternative<ButtonContent>(element.content) || element.children.empty()) return {};
+  const auto& title = element.children.front().element();
+  return std::holds_alternative<TextContent>(title.content) ? ownWords(title) : std::string_view();
 }
 
 /// True if what lies below the pointer in `widget` is a page.
@@ -126,7 +143,9 @@ void GtkRenderedView::applyModifiers() {
 
 void GtkRenderedView::applyName() {
   const auto& m = element_.modifiers;
-  const auto& given = m.label.empty() ? m.help : m.label;
+  // The help is the name only of what shows nothing but a sign.
+  const auto words = m.help.empty() ? std::string_view() : ownWords(element_);
+  const auto given = !m.label.empty() ? m.label : (words.empty() ? m.help : std::string(words));
   if (!given.empty()) {
     // Of a control that is made of several widgets, tools may look at each.
     for (GtkWidget* part : {widget_, focusWidget()})
@@ -318,12 +337,23 @@ void GtkRenderedView::ensurePress() {
                          gdk_button_event_get_button(event) == GDK_BUTTON_PRIMARY) {
                        self->setIsDown(isPress);
                      }
+                     if (type == GDK_KEY_PRESS) self->keyPressed(event);
                      return FALSE;
                    }),
                    this);
   addController(widget_, events);
   g_signal_connect_swapped(widget_, "unmap",
                            G_CALLBACK(+[](GtkRenderedView* self) { self->setIsDown(false); }), this);
+}
+
+void GtkRenderedView::keyPressed(GdkEvent* event) {
+  const auto keyval = gdk_key_event_get_keyval(event);
+  if (isDown_ || (keyval != GDK_KEY_space && keyval != GDK_KEY_KP_Space)) return;
+  setIsDown(true);
+  // The monitors keep the releases of keys, and a window that loses the keyboard doesn't get them.
+  whenKeysAreUp([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired()) setIsDown(false);
+  });
 }
 
 void GtkRenderedView::setIsDown(bool isDown) {
@@ -356,6 +386,13 @@ void GtkRenderedView::applyFocus() {
                                if (!wish || !wish->get()) return;
                                noteKeyboardClaim();
                                gtk_widget_grab_focus(self->focusWidget());
+                             }),
+                             this);
+    // A window that is hidden keeps its focus, for when it comes back. A view that follows its place acts on
+    // the keys that it gets there, and gets none any more.
+    g_signal_connect_swapped(focusWidget(), "unmap", G_CALLBACK(+[](GtkRenderedView* self) {
+                               const auto& m = self->element_.modifiers;
+                               if (m.place && m.focused) m.focused->set(false);
                              }),
                              this);
   }

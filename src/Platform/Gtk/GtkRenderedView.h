@@ -50,6 +50,7 @@ class GtkRenderedView : public RenderedView {
   void applyPlace();
   void ensureGestures();
   void ensurePress();
+  void keyPressed(GdkEvent* event);
   void setIsDown(bool isDown);
   void addController(GtkWidget* owner, GtkEventController* controller);
 
@@ -66,6 +67,7 @@ class GtkRenderedView : public RenderedView {
   std::string told_;
   /// What calls on this object, and the widgets that it belongs to.
   std::vector<std::pair<GtkWidget*, GtkEventController*>> controllers_;
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 
 /// Puts exactly `wanted` into the container, in this order, moving only what is elsewhere.

@@ -26,6 +26,8 @@ class HotKeyGrabs {
   virtual std::optional<HotKeyNotice> notice() { return std::nullopt; }
   /// As `EventTarget::grantedTrigger`.
   virtual std::optional<std::string> grantedTrigger(std::string_view /*name*/) { return std::nullopt; }
+  /// As `EventTarget::settingsOpener`.
+  virtual std::function<void()> settingsOpener() { return {}; }
 };
 
 }  // namespace platform

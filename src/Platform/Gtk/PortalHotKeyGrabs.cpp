@@ -2,6 +2,7 @@
 
 #include "Platform/DebugLog.h"
 #include "Platform/DispatchQueue.h"
+#include "Platform/Gtk/DesktopKeySettings.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
 #include "Platform/Gtk/SessionKind.h"
 #include "Platform/LogText.h"
@@ -52,6 +53,14 @@ std::string textIn(GVariant* dictionary, const char* key) {
   const bool isText = value && (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING) ||
                                 g_variant_is_of_type(value.get(), G_VARIANT_TYPE_OBJECT_PATH));
   return isText ? g_variant_get_string(value.get(), nullptr) : "";
+}
+
+guint32 versionIn(GVariant* propertyReply) {
+  if (!g_variant_is_of_type(propertyReply, G_VARIANT_TYPE("(v)"))) return 0;
+  GVariant* raw = nullptr;
+  g_variant_get(propertyReply, "(v)", &raw);
+  const GVariantPtr value(raw);
+  return g_variant_is_of_type(raw, G_VARIANT_TYPE_UINT32) ? g_variant_get_uint32(raw) : 0;
 }
 
 GVariant* options(std::initializer_list<std::pair<const char*, const char*>> entries) {
@@ -174,6 +183,7 @@ void PortalHotKeyGrabs::registerWithHost() {
                 if (reply == nullptr) {
                   fail(error);
                 } else {
+                  portalVersion_ = versionIn(reply);
                   createSession();
                 }
               });
@@ -276,6 +286,22 @@ void PortalHotKeyGrabs::noteBound(GVariant* results) {
 std::optional<std::string> PortalHotKeyGrabs::grantedTrigger(std::string_view name) {
   const auto found = triggers_.find(name);
   return found == triggers_.end() ? std::string() : found->second;
+}
+
+std::function<void()> PortalHotKeyGrabs::settingsOpener() {
+  // Since then the portal itself shows what it has bound for a program.
+  constexpr guint32 firstWithDialogue = 2;
+  if (portalVersion_ < firstWithDialogue || session_.empty() || notice_) return desktopKeySettings();
+  return [this, alive = isAlive_] {
+    if (!*alive || session_.empty()) return;
+    call(portalPath, shortcutsInterface, "ConfigureShortcuts",
+         g_variant_new("(os@a{sv})", session_.c_str(), "", options({})),
+         [](GVariant* reply, const char* error) {
+           if (reply != nullptr) return;
+           log("The portal has no settings to show: " + forLog(error));
+           if (const auto open = desktopKeySettings()) open();
+         });
+  };
 }
 
 void PortalHotKeyGrabs::fail(const std::string& reason) {

@@ -42,6 +42,8 @@ class PortalHotKeyGrabs : public HotKeyGrabs {
   void describe(HotKeyCombination combination, std::string_view name, std::string_view title) override;
   std::optional<HotKeyNotice> notice() override { return notice_; }
   std::optional<std::string> grantedTrigger(std::string_view name) override;
+  /// The portal's own dialogue where it has one, else the desktop's settings program.
+  std::function<void()> settingsOpener() override;
 
  private:
   struct Shortcut {
@@ -82,6 +84,7 @@ class PortalHotKeyGrabs : public HotKeyGrabs {
   /// What the present session was made for; an answer that belongs to an earlier one is passed over.
   std::set<std::string> sessionNames_;
   std::string session_;
+  guint32 portalVersion_ = 0;
   int generation_ = 0;
   unsigned requests_ = 0;
   bool isBindingPlanned_ = false;

@@ -59,6 +59,9 @@ class HeadlessEventTarget : public EventTarget {
     return found == grantedTriggers->end() ? std::string() : found->second;
   }
 
+  std::function<void()> opener;
+  std::function<void()> settingsOpener() override { return opener; }
+
   /// The user's hands. Each returns how many hot keys there were to tell of it.
   int press(HotKeyCombination combination) { return sendHotKeys(combination, kEventHotKeyPressed); }
   int release(HotKeyCombination combination) { return sendHotKeys(combination, kEventHotKeyReleased); }

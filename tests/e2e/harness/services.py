@@ -239,6 +239,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             "/loop": self.loop,
             "/big": self.big,
             "/moved": self.moved,
+            "/gigabyte": self.gigabyte,
             "/picture": self.picture,
             "/status": self.status,
             service.home: self.document,
@@ -258,6 +259,21 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def picture(self, service, request, body):
         self.give(200, PICTURE, "image/png")
+
+    def gigabyte(self, service, request, body):
+        """A server that answers a HEAD request with a body, against the rules, and a long one."""
+        self.send_response(200)
+        self.send_header("Content-Length", str(1 << 30))
+        self.end_headers()
+        self.close_connection = True
+        block = b"x" * (1 << 20)
+        service.sent = 0
+        try:
+            for _ in range(1 << 10):
+                self.wfile.write(block)
+                service.sent += len(block)
+        except OSError:
+            pass  # Nobody takes it.
 
     def moved(self, service, request, body):
         self.give(302, Location=service.home)

@@ -112,6 +112,31 @@ TEST_F(ShortcutsUIViewTest, WhereTheDesktopGivesNoKeysTheCommandsCanBeCopied) {
   EXPECT_EQ(desktop.pasteboard.string, "command one");
 }
 
+TEST_F(ShortcutsUIViewTest, WhereTheDesktopHandsKeysOutAButtonLeadsToItsSettings) {
+  int opened = 0;
+  desktop.keyboard.grantedTriggers.emplace();
+  {
+    platform::NSHostingController host(GlobalShortcutsEditUIView{});
+    EXPECT_EQ(platform::headlessTree(host).control("Open Keyboard Settings…"), nullptr)
+        << "no way there is known";
+  }
+  desktop.keyboard.opener = [&] { ++opened; };
+  platform::NSHostingController granted(GlobalShortcutsEditUIView{});
+  ASSERT_NE(platform::headlessTree(granted).control("Open Keyboard Settings…"), nullptr);
+  platform::headlessTree(granted).control("Open Keyboard Settings…")->press();
+  EXPECT_EQ(opened, 1);
+  desktop.keyboard.shownNotice = platform::HotKeyNotice{"No shortcuts here.", {{"Open it", "command one"}}};
+  platform::NSHostingController refused(GlobalShortcutsEditUIView{});
+  platform::headlessTree(refused).control("Open Keyboard Settings…")->press();
+  EXPECT_EQ(opened, 2);
+}
+
+TEST_F(ShortcutsUIViewTest, WhereAProgramTakesItsKeysItselfThereIsNoSuchButton) {
+  desktop.keyboard.opener = [] {};
+  platform::NSHostingController host(GlobalShortcutsEditUIView{});
+  EXPECT_EQ(platform::headlessTree(host).control("Open Keyboard Settings…"), nullptr);
+}
+
 TEST(ShortcutLegendTest, SpellsShortcutsOutAsThisKeyboardsUsersDo) {
   EXPECT_EQ(spelledOut("⇧⌘T"), "Ctrl+Shift+T");
   EXPECT_EQ(spelledOut("⇧⌃⌘D"), "Ctrl+Super+Shift+D");

@@ -8,6 +8,7 @@
 #include "Values/AddressText.h"
 #include "Values/UserAgents.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -116,6 +117,36 @@ TEST_F(AddressRowsTest, ATextThatDoesntParseChangesNothing) {
   desktop.queue.drain();
   EXPECT_TRUE(desktop.urlSession.requests().empty());
   EXPECT_FALSE(tree.showsText("URL invalid. Try again."));
+}
+
+TEST_F(AddressRowsTest, WhatIsNoAddressOfTheWebIsNeverAskedNorStored) {
+  // A line break within, and a host in letters that an address can't hold: they don't parse.
+  for (const auto* text : {"https://chat.example.org/a\nb", "https://m\xC3\xBCnchen.de/", "https://", ""}) {
+    NSHostingController host(row("https://old.example.org/"));
+    auto& tree = platform::headlessTree(host);
+    tree.control("https://old.example.org/")->press();
+    desktop.queue.drain();
+    tree.field("URL")->type(text);
+    desktop.queue.drain();
+    tree.field("URL")->commit();
+    desktop.queue.drain();
+    EXPECT_EQ(tree.control("Use Anyway"), nullptr) << text;
+    EXPECT_EQ(defaults.getString(UserDefault::chatUrl), "") << text;
+  }
+}
+
+TEST_F(AddressRowsTest, AnAddressOfAMegabyteIsAskedLikeAnyOther) {
+  const auto address = "https://chat.example.org/" + std::string(1 << 20, 'a');
+  answer(address, {.statusCode = 414});
+  NSHostingController host(row("https://old.example.org/"));
+  auto& tree = platform::headlessTree(host);
+  tree.control("https://old.example.org/")->press();
+  desktop.queue.drain();
+  tree.field("URL")->type(address);
+  tree.field("URL")->commit();
+  desktop.queue.drain();
+  EXPECT_TRUE(tree.showsText("URL invalid. Try again."));
+  EXPECT_EQ(defaults.getString(UserDefault::chatUrl), "");
 }
 
 TEST_F(AddressRowsTest, AChangeOfTheTextEndsTheCheckAndItsAnswerIsVoid) {
@@ -237,6 +268,48 @@ TEST_F(AddressRowsTest, ARowSaysThatWhatItSavedIsNoWebAddress) {
   desktop.queue.drain();
   EXPECT_EQ(defaults.getString(UserDefault::gitUrl), "file:///etc/passwd");
   EXPECT_TRUE(tree.showsText("This is no web address."));
+}
+
+TEST_F(AddressRowsTest, ARowSaysSoOfEveryTextThatIsNoWebAddressAndKeepsWhatParses) {
+  for (const auto* text :
+       {"javascript:alert(1)", "file:///etc/passwd", "chat.example.org", "a\nb", "two words"}) {
+    NSHostingController host(EasterEggFeatureLabelUIView{.item = EasterEggItem::gitLab});
+    auto& tree = platform::headlessTree(host);
+    tree.field("GitLab URL")->type(text);
+    desktop.queue.drain();
+    tree.control("Save GitLab")->press();
+    desktop.queue.drain();
+    EXPECT_TRUE(tree.showsText("This is no web address.")) << text;
+    EXPECT_TRUE(platform::URL::parse(defaults.getString(UserDefault::gitUrl))) << text;
+  }
+  NSHostingController host(EasterEggFeatureLabelUIView{.item = EasterEggItem::gitLab});
+  auto& tree = platform::headlessTree(host);
+  tree.field("GitLab URL")->type("https://m\xC3\xBCnchen.de/");
+  desktop.queue.drain();
+  tree.control("Save GitLab")->press();
+  desktop.queue.drain();
+  EXPECT_EQ(defaults.getString(UserDefault::gitUrl), "https://m%C3%BCnchen.de/");
+  EXPECT_FALSE(tree.showsText("This is no web address."));
+}
+
+TEST_F(AddressRowsTest, InANarrowWindowTheTitleStandsAboveItsField) {
+  NSHostingController host(EasterEggFeatureLabelUIView{.item = EasterEggItem::jira});
+  auto& tree = platform::headlessTree(host);
+  const auto isBeside = [&] {
+    const auto* field = tree.field("Jira URL");
+    const auto rows = tree.all([&](const platform::HeadlessView& view) {
+      return std::ranges::find(view.children(), field) != view.children().end();
+    });
+    return rows.at(0)->text().find("Jira") != std::string::npos;
+  };
+  EXPECT_TRUE(isBeside());
+  tree.field("Jira URL")->type("https://jira.example.org/");
+  defaults.set(340.0, UserDefault::webViewWidth);
+  WindowAppearance::didChange();
+  desktop.queue.drain();
+  EXPECT_FALSE(isBeside());
+  EXPECT_EQ(std::get<platform::TextFieldContent>(tree.field("Jira URL")->element().content).text.get(),
+            "https://jira.example.org/");
 }
 
 TEST_F(AddressRowsTest, ResetInARowGoesBackToWhatIsStored) {

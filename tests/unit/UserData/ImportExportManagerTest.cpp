@@ -14,7 +14,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace velkin {
 namespace {
@@ -22,6 +24,39 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
+
+/// For a while nobody of note: the administrator may read and write everything.
+class Nobody {
+ public:
+  Nobody() : isNeeded_(geteuid() == 0) {
+    constexpr uid_t nobody = 65534;
+    if (isNeeded_) EXPECT_EQ(seteuid(nobody), 0);
+  }
+  ~Nobody() {
+    if (isNeeded_) EXPECT_EQ(seteuid(0), 0);
+  }
+  Nobody(const Nobody&) = delete;
+  Nobody& operator=(const Nobody&) = delete;
+
+ private:
+  bool isNeeded_;
+};
+
+/// A disk that is full: a file of this process may hold no more than `bytes`.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t bytes) {
+    EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &before_), 0);
+    const rlimit limit{bytes, before_.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  ~FullDisk() { EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &before_), 0); }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  rlimit before_{};
+};
 
 class ImportExportManagerTest : public testing::Test {
  protected:
@@ -159,6 +194,83 @@ TEST_F(ImportExportManagerTest, AFileThatIsFarTooLargeIsRefused) {
   std::filesystem::resize_file(path, std::uintmax_t{1} << 30U);
   EXPECT_EQ(imports(path), 0);
   EXPECT_THAT(told.back(), HasSubstr("far too large"));
+}
+
+TEST_F(ImportExportManagerTest, AFileThatMayNotBeReadChangesNothing) {
+  const auto path = file(R"({"chatUrl": "new"})");
+  std::filesystem::permissions(path, std::filesystem::perms::none);
+  {
+    const Nobody nobody;
+    EXPECT_EQ(imports(path), 0);
+  }
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_EQ(told.back(),
+            "The file can't be read: it can't be opened: Permission denied. Nothing was changed.");
+}
+
+TEST_F(ImportExportManagerTest, AFolderThatMayNotBeWrittenIsNamedAsTheReason) {
+  manager.exportToFile(nullptr, teller());
+  const auto folder = files.path() / "read-only";
+  std::filesystem::create_directory(folder);
+  std::filesystem::permissions(folder, std::filesystem::perms(0555));
+  {
+    const Nobody nobody;
+    desktop.openDialogs.save(platform::NSSavePanel::Choice{(folder / "settings.json").string()});
+    desktop.queue.drain();
+  }
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_EQ(told.back(),
+            "The settings can't be saved there: a new file can't be made in its folder: Permission denied.");
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+TEST_F(ImportExportManagerTest, AFullDiskLeavesTheOldFileWholeAndNothingElse) {
+  const auto path = file("what was there before");
+  manager.exportToFile(nullptr, teller());
+  {
+    const FullDisk disk(100);
+    desktop.openDialogs.save(platform::NSSavePanel::Choice{path});
+    desktop.queue.drain();
+  }
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_THAT(told.back(), HasSubstr("the new file can't be written"));
+  EXPECT_EQ(contentsOf(path), "what was there before");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(files.path()), {}), 1);
+}
+
+TEST_F(ImportExportManagerTest, ANameWithASlashIsAFolderThatIsNotThere) {
+  manager.exportToFile(nullptr, teller());
+  desktop.openDialogs.save(platform::NSSavePanel::Choice{(files.path() / "a/b.json").string()});
+  desktop.queue.drain();
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_THAT(told.back(), HasSubstr("No such file or directory"));
+  EXPECT_TRUE(std::filesystem::is_empty(files.path()));
+}
+
+TEST_F(ImportExportManagerTest, AFolderThatWasChosenIsNoDocument) {
+  for (const bool isImported : {true, false}) {
+    told.clear();
+    if (isImported) {
+      manager.importFromFile(nullptr, teller());
+      desktop.openDialogs.open(files.path().string());
+      desktop.queue.drain();
+      desktop.openDialogs.press("Import");
+    } else {
+      manager.exportToFile(nullptr, teller());
+      desktop.openDialogs.save(platform::NSSavePanel::Choice{files.path().string()});
+    }
+    desktop.queue.drain();
+    EXPECT_EQ(told.size(), 1U) << isImported;
+    EXPECT_TRUE(std::filesystem::is_directory(files.path()));
+  }
+}
+
+TEST_F(ImportExportManagerTest, ALastViewThatDoesNotExistIsTakenAndReadsAsTheFirst) {
+  manager.importJsonFrom(file(R"({"lastVisibleWebView": 99})"), [](const VelkinSettings& settings) {
+    SettingsManager().setUserDefaultSettings(settings);
+  });
+  EXPECT_EQ(defaults.getInt(UserDefault::lastVisibleWebView), 99);
+  EXPECT_EQ(defaults.lastVisibleWebView(), WebViewSwitchType::chatgpt);
 }
 
 TEST_F(ImportExportManagerTest, ExportAsksWhereToAndWritesForTheOwnerOnly) {
