@@ -104,6 +104,7 @@ class Service:
         with self._lock:
             self.requests = []
             self.pages = {}
+            self.isPictureGone = False
 
     def record(self, request):
         with self._lock:
@@ -137,7 +138,9 @@ class Service:
 
     def seen(self):
         with self._lock:
-            return [f"{r.method} {r.path}" for r in self.requests if r.path != "/ask"] or "nothing"
+            told = itertools.groupby(f"{r.method} {r.path}" for r in self.requests if r.path != "/ask")
+        counted = [(what, len(list(times))) for what, times in told]
+        return [what if times == 1 else f"{what} ({times} times)" for what, times in counted] or "nothing"
 
     def start(self):
         self._server = bind(self)
@@ -238,6 +241,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
             "/never": self.never,
             "/loop": self.loop,
             "/big": self.big,
+            "/endless": self.endless,
+            "/frame": self.frame,
+            "/frames": self.frames,
             "/moved": self.moved,
             "/picture": self.picture,
             "/status": self.status,
@@ -257,7 +263,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.wfile.write(body)
 
     def picture(self, service, request, body):
-        self.give(200, PICTURE, "image/png")
+        if service.isPictureGone:
+            self.missing(service, request, body)
+        else:
+            self.give(200, PICTURE, "image/png")
 
     def moved(self, service, request, body):
         self.give(302, Location=service.home)
@@ -329,6 +338,23 @@ class Handler(http.server.BaseHTTPRequestHandler):
         # It tells of its load like any other page.
         end = f"<script>{fill(SCRIPT, PAGE=service.newPage(request.path).id)}</script>".encode()
         self.give(200, b"<title>Big</title>" + row * (bigPageBytes() // len(row)) + end, "text/html")
+
+    def endless(self, service, request, body):
+        """A page that has all it needs but a picture that never comes: its load never ends."""
+        page = service.newPage(request.path)
+        ready = "<script>addEventListener('DOMContentLoaded', () => { report('load'); listen(); });</script>"
+        picture = f'<p>Still loading</p><img width="40" height="40" src="{service.urlOf("/never")}">'
+        text = documentOf(service, page).replace("<main>", ready + "<main>" + picture)
+        self.give(200, text.encode(), "text/html; charset=utf-8")
+
+    def frame(self, service, request, body):
+        self.give(200, f"<p>frame {request.query['number']}</p>".encode(), "text/html")
+
+    def frames(self, service, request, body):
+        page = service.newPage(request.path)
+        frames = "".join(f'<iframe width="20" height="20" src="/frame?number={n}"></iframe>' for n in range(2000))
+        text = documentOf(service, page).replace("<main>", "<main>" + frames)
+        self.give(200, text.encode(), "text/html; charset=utf-8")
 
     def missing(self, service, request, body):
         self.give(404, b"nothing here")
