@@ -105,6 +105,7 @@ class Service:
             self.requests = []
             self.pages = {}
             self.isPictureGone = False
+            self.mayEnd = threading.Event()
 
     def record(self, request):
         with self._lock:
@@ -235,6 +236,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             "/ask": self.ask,
             "/answer": self.answer,
             "/file": self.download,
+            "/slow-file": self.slowDownload,
             "/sign-in": self.signIn,
             "/other": self.document,
             "/error": self.error,
@@ -317,6 +319,18 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def download(self, service, request, body):
         self.give(200, f"a file of {service.name}\n".encode(), "application/octet-stream",
                   Content_Disposition='attachment; filename="report.txt"')
+
+    def slowDownload(self, service, request, body):
+        """Half of the file at once, the other half when the test lets it end."""
+        self.send_response(200)
+        self.send_header("Content-Type", "application/octet-stream")
+        self.send_header("Content-Length", "40000")
+        self.send_header("Content-Disposition", 'attachment; filename="slow.bin"')
+        self.end_headers()
+        self.wfile.write(b"x" * 20000)
+        self.wfile.flush()
+        service.mayEnd.wait(120)
+        self.wfile.write(b"x" * 20000)
 
     def error(self, service, request, body):
         self.give(500, b"<title>Error</title><h1>The server failed</h1>", "text/html")
@@ -410,6 +424,13 @@ addEventListener("paste", event => report("paste", {
   types: Array.from(event.clipboardData.items).map(item => item.type),
   files: Array.from(event.clipboardData.files).map(file => file.type), text: event.clipboardData.getData("text/plain")
 }), true);
+addEventListener("dragover", event => event.preventDefault());
+addEventListener("drop", event => {
+  event.preventDefault();
+  const files = Array.from(event.dataTransfer.files);
+  Promise.all(files.map(file => file.text())).then(texts =>
+    report("drop", {names: files.map(file => file.name), texts, target: event.target.id}));
+});
 addEventListener("message", event => report("message", {data: event.data}));
 """
 
