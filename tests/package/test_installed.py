@@ -92,7 +92,7 @@ class Installed(VelkinTestCase):
         """The session's bus learns the installed service, and what a program needs that it starts."""
         service = pathlib.Path("/usr/share/dbus-1/services/com.tarnvale.Velkin.service")
         (self.session.folder / "services" / service.name).write_bytes(service.read_bytes())
-        bus = ("org.freedesktop.DBus", "/", "org.freedesktop.DBus.")
+        bus = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus.")
         self.session.call(*bus[:2], bus[2] + "ReloadConfig")
         wanted = {name: value for name, value in self.session.environment.items()
                   if "'" not in value and "\\" not in value and "\n" not in value}
