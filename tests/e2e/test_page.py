@@ -103,22 +103,52 @@ class Page(VelkinTestCase):
         self.assertEqual(self.chat.loads("/other"), [])
         self.assertIsNotNone(self.popover(), "the popover closed over a link")
 
-    def testAFileThatIsDroppedReachesThePage(self):
-        file = self.home.folder / "a file.txt"
-        file.write_text("dropped here")
-        source = self.session.popen(PYTHON, HARNESS / "dragsource.py", file, 100, 300)
+    def dropOn(self, id, file, *kind):
+        """A file dragged by hand from another program's window to the element of the page."""
+        source = self.session.popen(PYTHON, HARNESS / "dragsource.py", file, 100, 300, *kind)
         self.addCleanup(source.wait)
         self.addCleanup(source.kill)
-        self.open(stickyMenu=True)
         window = waitFor("the other program", lambda: self.desktop.windows(title="Drag Source"), 20)[0]
         settle(0.5)
         x, y, zoom = self.pageOrigin(self.page, self.window)
-        there = round(x + 300 * zoom), round(y + 250 * zoom)
-        self.desktop.drag(window.centre, there)
+        box = self.page.ask(f"(r => [r.x + 20, r.y + r.height / 2])"
+                            f"(document.getElementById('{id}').getBoundingClientRect())")
+        self.desktop.drag(window.centre, (round(x + box[0] * zoom), round(y + box[1] * zoom)))
+        return source
+
+    def aFile(self):
+        file = self.home.folder / "a file.txt"
+        file.write_text("dropped here")
+        return file
+
+    def testAFileThatIsDroppedReachesThePage(self):
+        # A press elsewhere would close it.
+        self.open(stickyMenu=True, zoomLevel=1.2)
+        self.dropOn("rich", self.aFile())
         told = waitFor("the page to get the file", lambda: self.page.last("drop"), 15, self.describeWindows)
         self.assertEqual((told["names"], told["texts"]), (["a file.txt"], ["dropped here"]))
+        self.assertEqual(told["target"], "rich")
         self.assertEqual(self.page.ask("location.pathname"), "/chat")
         self.assertIsNotNone(self.popover())
+
+    def testAFileThatIsDroppedOnAFieldForFilesIsChosen(self):
+        self.open(stickyMenu=True)
+        self.page.ask("changed = 0, document.getElementById('upload').addEventListener('change', () => ++changed), 1")
+        self.dropOn("upload", self.aFile())
+        waitFor("the field to have the file", lambda: self.page.ask("changed"), 15, self.describeWindows)
+        self.assertEqual(self.page.ask("document.getElementById('upload').files[0].text()"), "dropped here")
+
+    def testWhatAnotherPageMayHaveMadeIsNoFile(self):
+        self.open(stickyMenu=True)
+        self.dropOn("rich", self.aFile(), "text/html")
+        told = waitFor("the drop", lambda: self.page.last("drop"), 15, self.describeWindows)
+        self.assertEqual(told["names"], [])
+
+    def testAFolderThatIsDroppedIsRefusedAndToldOf(self):
+        self.open(stickyMenu=True)
+        self.dropOn("rich", self.home.downloads)
+        waitFor("a word about it", lambda: self.hasToast(self.window), 10)
+        self.assertIsNone(self.page.last("drop"))
 
     def testADownloadThatEndsWhileThePopoverIsClosedIsToldByTheDesktop(self):
         notices = Notices(self.session)

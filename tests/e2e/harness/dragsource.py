@@ -1,4 +1,5 @@
-"""A window of another program whose content is a file, to be dragged: dragsource.py FILE X Y. Runs by the system's Python,
+"""A window of another program whose content is a file, to be dragged: dragsource.py FILE X Y [KIND]. With a KIND (text/html) it
+is offered beside, as web pages do. Runs by the system's Python,
 which has the toolkit's bindings, within the session."""
 import pathlib
 import sys
@@ -15,7 +16,20 @@ box = Gtk.EventBox()
 box.add(Gtk.Label(label="a file"))
 box.drag_source_set(Gdk.ModifierType.BUTTON1_MASK, [], Gdk.DragAction.COPY)
 box.drag_source_add_uri_targets()
-box.connect("drag-data-get", lambda _box, _context, data, _info, _time: data.set_uris([pathlib.Path(file).as_uri()]))
+if len(sys.argv) > 4:
+    targets = box.drag_source_get_target_list()
+    targets.add(Gdk.Atom.intern(sys.argv[4], False), 0, 1)
+    box.drag_source_set_target_list(targets)
+
+
+def give(_box, _context, data, info, _time):
+    if info == 1:
+        data.set(data.get_target(), 8, b"<p>text</p>")
+    else:
+        data.set_uris([pathlib.Path(file).as_uri()])
+
+
+box.connect("drag-data-get", give)
 window.add(box)
 window.connect("destroy", Gtk.main_quit)
 window.show_all()

@@ -424,8 +424,9 @@ addEventListener("paste", event => report("paste", {
   types: Array.from(event.clipboardData.items).map(item => item.type),
   files: Array.from(event.clipboardData.files).map(file => file.type), text: event.clipboardData.getData("text/plain")
 }), true);
-addEventListener("dragover", event => event.preventDefault());
+addEventListener("dragover", event => { if (event.target.id !== "upload") event.preventDefault(); });
 addEventListener("drop", event => {
+  if (event.target.id === "upload") return;
   event.preventDefault();
   const files = Array.from(event.dataTransfer.files);
   Promise.all(files.map(file => file.text())).then(texts =>
