@@ -241,9 +241,10 @@ bool ScratchpadJournalWriter::append(std::string_view record) {
     ++records_;
     return true;
   }
-  // Half a record would hide all that came behind it.
+  // Half a record hides nothing: what comes next is the whole text, in a new file. Taking it back only frees its room.
   isBehind_ = true;
-  return ftruncate(file_.number(), static_cast<off_t>(size_)) == 0 && false;
+  [[maybe_unused]] const int result = ftruncate(file_.number(), static_cast<off_t>(size_));
+  return false;
 }
 
 void ScratchpadJournalWriter::prune() const {

@@ -110,6 +110,24 @@ class Export(ExportTestCase):
         self.assertEqual(list(self.documents.iterdir()), [])
         self.assertIsNotNone(self.popover())
 
+    def testTheKeyThatOpenedThePanelIsNotHeldForEver(self):
+        self.begin()
+        self.desktop.hold("ctrl", "s")
+        try:
+            waitFor("the save panel", self.dialogue, 20, describe=self.describeWindows)
+            waitFor("the panel to have the keyboard", lambda: self.desktop.activeWindow() == self.dialogue().id, 10)
+        finally:
+            self.desktop.release("s", "ctrl")
+        panel = self.dialogue()
+        # "Cancel", by the mouse: no key goes up in the popover.
+        self.desktop.click(panel.right - 132, panel.bottom - 33)
+        waitFor("the panel to go", lambda: self.dialogue() is None, 10, describe=self.describeWindows)
+        window = self.waitForPopover()
+        self.desktop.click(window.centre[0], window.bottom - 60)
+        self.desktop.key("ctrl+r")
+        waitFor("the page to load again", lambda: len(self.chat.loads()) > 1, 15, self.chat.seen)
+        self.assertIsNone(self.dialogue())
+
     def testTwiceQuicklyGivesOneDialogue(self):
         self.begin()
         self.desktop.key("ctrl+p", "ctrl+p")
@@ -264,6 +282,87 @@ class Export(ExportTestCase):
 
         waitFor("the same picture", lambda: difference() < 600 * 600 * 0.01, 20, difference)
         self.assertEqual(self.chat.loads(), [], "it comes from the file alone")
+
+    def testAPageThatClosesItselfMeanwhileIsSavedOrIsNot(self):
+        velkin = self.begin()
+        for keys, name in (("ctrl+p", "page.pdf"), ("ctrl+s", "page.webarchive")):
+            self.desktop.key(keys)
+            self.chat.page().post("close()")
+            ended = lambda: self.dialogue() or "The page could not be saved" in velkin.errorText()
+            waitFor("the save panel, or a word", ended, 20, describe=self.describeWindows)
+            if self.dialogue():
+                settle(0.5)
+                self.choose(self.documents / name)
+                waitFor("the file", (self.documents / name).exists, 10)
+                self.assertGreater((self.documents / name).stat().st_size, 1000)
+        self.assertTrue(velkin.running())
+        # What closed itself is no dead end.
+        window = self.waitForPopover()
+        self.desktop.click(window.centre[0], window.bottom - 60)
+        self.desktop.key("ctrl+r")
+        waitFor("the page to load again", lambda: len(self.chat.loads()) > 1, 15, self.chat.seen)
+
+    def testAPageThatNeverStopsLoadingIsSavedAsItStands(self):
+        self.documents = self.home.folder / "Documents"
+        self.documents.mkdir()
+        velkin = self.startOnChat(chatUrl=self.chat.urlOf("/endless"))
+        self.openPopover(velkin)
+        page = self.chat.page("/endless")
+        self.assertEqual(page.ask("document.readyState"), "interactive")
+        self.saveAs("ctrl+p", self.documents / "page.pdf")
+        self.assertIn("paragraph 59", self.pdfText(self.documents / "page.pdf"))
+        self.saveAs("ctrl+s", self.documents / "page.webarchive")
+        html = plistlib.loads((self.documents / "page.webarchive").read_bytes())["WebMainResource"]["WebResourceData"]
+        self.assertIn(b"paragraph 59", html)
+        self.assertEqual(page.ask("document.readyState"), "interactive")
+
+    def testResourcesThatAreGoneFromTheServerAreSavedAsTheyAreOnShow(self):
+        self.begin()
+        page = self.chat.page()
+        page.ask("""new Promise((done, failed) => {
+            const picture = new Image();
+            picture.onload = done;
+            picture.onerror = failed;
+            picture.src = '/picture';
+            document.body.prepend(picture);
+        }).then(() => 1)""")
+        self.chat.isPictureGone = True
+        self.assertEqual(page.ask("fetch('/picture', {cache: 'no-store'}).then(answer => answer.status)"), 404)
+        asked = len([r for r in self.chat.requests if r.path == "/picture"])
+        path = self.documents / "page.webarchive"
+        self.saveAs("ctrl+s", path)
+        parts = {part["WebResourceURL"]: part for part in plistlib.loads(path.read_bytes())["WebSubresources"]}
+        self.assertEqual(parts[self.chat.urlOf("/picture")]["WebResourceData"], PICTURE)
+        self.assertEqual(len([r for r in self.chat.requests if r.path == "/picture"]), asked, "it was asked for again")
+        self.saveAs("ctrl+p", self.documents / "page.pdf")
+        self.assertIn("paragraph 59", self.pdfText(self.documents / "page.pdf"))
+
+
+class ManyFrames(ExportTestCase):
+    """On its own: it takes its time."""
+
+    def testAPageOfTwoThousandFramesIsSavedWithAllThatItShows(self):
+        self.documents = self.home.folder / "Documents"
+        self.documents.mkdir()
+        velkin = self.startOnChat(chatUrl=self.chat.urlOf("/frames"))
+        self.openPopover(velkin)
+        page = self.chat.page("/frames", seconds=120)
+        # The engine itself fills no more than so many.
+        shown = page.ask("[...document.querySelectorAll('iframe')]"
+                         ".filter(f => f.contentDocument && /frame/.test(f.contentDocument.body.textContent)).length", 60)
+        self.assertGreater(shown, 500)
+        path = self.documents / "frames.webarchive"
+        self.ask("ctrl+s", 90)
+        self.choose(path)
+        waitFor("the file", path.exists, 60)
+        frames = plistlib.loads(path.read_bytes())["WebSubframeArchives"]
+        texts = {re.search(rb"frame (\d+)", each["WebMainResource"]["WebResourceData"]).group(1) for each in frames}
+        self.assertEqual(len(texts), shown)
+        self.assertTrue(velkin.running())
+        self.ask("ctrl+p", 90)
+        self.choose(self.documents / "frames.pdf")
+        waitFor("the file", (self.documents / "frames.pdf").exists, 10)
+        self.assertIn("paragraph 59", self.pdfText(self.documents / "frames.pdf"))
 
 
 class BigPage(ExportTestCase):

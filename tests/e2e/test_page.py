@@ -1,10 +1,16 @@
 """What a user expects of a web page in the popover: links, sign-in windows, dialogs, downloads, and a page whose
 process dies."""
+import json
 import subprocess
+import threading
 import time
 
 from harness import VelkinTestCase, waitFor
+from harness.paths import HARNESS
 from harness.waiting import settle
+
+# The one that has the desktop's bindings.
+PYTHON = "/usr/bin/python3"
 
 
 class Page(VelkinTestCase):
@@ -76,6 +82,108 @@ class Page(VelkinTestCase):
         told = self.pasteFrom(self.desktop.copy(picture.stdout, "image/png"), "rich")
         waitFor("the picture in the field",
                 lambda: self.page.ask("document.querySelector('#rich img') && 1"), 10, lambda: told)
+
+    def testLinksWithCtrlOrTheMiddleButtonGoToTheBrowser(self):
+        self.open()
+        self.desktop.hold("ctrl")
+        try:
+            self.click("other")
+        finally:
+            self.desktop.release("ctrl")
+        other = self.chat.urlOf("/other")
+        waitFor("the browser", lambda: self.home.openedInBrowser() == [other], 10, self.home.openedInBrowser)
+        settle(0.5)
+        x, y, zoom = self.pageOrigin(self.page, self.window)
+        box = self.page.ask("(r => [r.x + r.width / 2, r.y + r.height / 2])"
+                            "(document.getElementById('other').getBoundingClientRect())")
+        self.desktop.click(round(x + box[0] * zoom), round(y + box[1] * zoom), button=2)
+        waitFor("the browser", lambda: self.home.openedInBrowser() == [other, other], 10, self.home.openedInBrowser)
+        settle(0.5)
+        self.assertEqual(self.page.ask("location.pathname"), "/chat")
+        self.assertEqual(self.chat.loads("/other"), [])
+        self.assertIsNotNone(self.popover(), "the popover closed over a link")
+
+    def dropOn(self, id, file, *kind):
+        """A file dragged by hand from another program's window to the element of the page."""
+        source = self.session.popen(PYTHON, HARNESS / "dragsource.py", file, 100, 300, *kind)
+        self.addCleanup(source.wait)
+        self.addCleanup(source.kill)
+        window = waitFor("the other program", lambda: self.desktop.windows(title="Drag Source"), 20)[0]
+        settle(0.5)
+        x, y, zoom = self.pageOrigin(self.page, self.window)
+        box = self.page.ask(f"(r => [r.x + 20, r.y + r.height / 2])"
+                            f"(document.getElementById('{id}').getBoundingClientRect())")
+        self.desktop.drag(window.centre, (round(x + box[0] * zoom), round(y + box[1] * zoom)))
+        return source
+
+    def aFile(self):
+        file = self.home.folder / "a file.txt"
+        file.write_text("dropped here")
+        return file
+
+    def testAFileThatIsDroppedReachesThePage(self):
+        # A press elsewhere would close it.
+        self.open(stickyMenu=True, zoomLevel=1.2)
+        self.dropOn("rich", self.aFile())
+        told = waitFor("the page to get the file", lambda: self.page.last("drop"), 15, self.describeWindows)
+        self.assertEqual((told["names"], told["texts"]), (["a file.txt"], ["dropped here"]))
+        self.assertEqual(told["target"], "rich")
+        self.assertEqual(self.page.ask("location.pathname"), "/chat")
+        self.assertIsNotNone(self.popover())
+
+    def testAFileThatIsDroppedOnAFieldForFilesIsChosen(self):
+        self.open(stickyMenu=True)
+        self.page.ask("changed = 0, document.getElementById('upload').addEventListener('change', () => ++changed), 1")
+        self.dropOn("upload", self.aFile())
+        waitFor("the field to have the file", lambda: self.page.ask("changed"), 15, self.describeWindows)
+        self.assertEqual(self.page.ask("document.getElementById('upload').files[0].text()"), "dropped here")
+
+    def testWhatAnotherPageMayHaveMadeIsNoFile(self):
+        self.open(stickyMenu=True)
+        self.dropOn("rich", self.aFile(), "text/html")
+        told = waitFor("the drop", lambda: self.page.last("drop"), 15, self.describeWindows)
+        self.assertEqual(told["names"], [])
+
+    def testAFolderThatIsDroppedIsRefusedAndToldOf(self):
+        self.open(stickyMenu=True)
+        self.dropOn("rich", self.home.downloads)
+        waitFor("a word about it", lambda: self.hasToast(self.window), 10)
+        self.assertIsNone(self.page.last("drop"))
+
+    def testADownloadThatEndsWhileThePopoverIsClosedIsToldByTheDesktop(self):
+        notices = Notices(self.session)
+        self.addCleanup(notices.end)
+        self.open()
+        self.page.post("location = '/slow-file'")
+        waitFor("the download to begin", lambda: self.chat.loads("/slow-file"), 15)
+        waitFor("a word about its beginning", lambda: self.hasToast(self.window), 10)
+        self.desktop.picture(self.artefact("downloading.png"))
+        self.velkin.clickIcon(self.desktop)
+        self.waitForClosed()
+        self.assertEqual(notices.told("notice"), [])
+        self.chat.mayEnd.set()
+        notice = waitFor("the desktop's notice", lambda: notices.told("notice"), 15, self.velkin.errorText)[0]
+        self.assertEqual(notice["title"], "Downloaded “slow.bin”")
+        self.assertIn("Show", notice["actions"])
+        file = self.home.downloads / "slow.bin"
+        self.assertEqual(file.stat().st_size, 40000)
+        notices.click(notice["id"])
+        shown = waitFor("the file manager", lambda: notices.told("shown"), 15, self.velkin.errorText)[0]
+        self.assertEqual(shown["files"], [file.as_uri()])
+
+        # Nothing speaks of the download any more: the page is all that there is.
+        self.openPopover(self.velkin)
+        settle(1)
+        window = self.popover()
+        self.desktop.picture(self.artefact("reopened.png"))
+        self.assertFalse(self.hasToast(window))
+
+    def hasToast(self, window):
+        """A notice is dark and stands over the page's lower end; the page is white there, with text."""
+        cut = f"160x50+{window.centre[0] - 80}+{window.bottom - 70}"
+        mean = self.session.output("import", "-window", "root", "-crop", cut, "-colorspace", "gray", "-format",
+                                   "%[fx:mean]", "info:")
+        return float(mean) < 0.6
 
     def testThePagesContextMenuOpensAndHoldsThePopover(self):
         self.open()
@@ -208,3 +316,30 @@ class Page(VelkinTestCase):
         self.desktop.key("Tab", "Return")
         waitFor("the user's own reload", lambda: len(self.chat.loads()) == 5, 10, self.chat.seen)
         self.assertEqual(self.chat.page(number=4).ask("document.title"), "chatgpt")
+
+
+class Notices:
+    """The desktop's notices and its file manager, as far as the program asks them for something."""
+
+    def __init__(self, session):
+        self._process = subprocess.Popen([PYTHON, HARNESS / "notices.py"], env=session.environment,
+                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self._told = []
+        threading.Thread(target=self._read, daemon=True).start()
+        waitFor("the desktop's notices", lambda: self.told("ready"), 15)
+
+    def _read(self):
+        for line in self._process.stdout:
+            self._told.append(json.loads(line))
+
+    def told(self, kind):
+        return [each for each in list(self._told) if each["kind"] == kind]
+
+    def click(self, id):
+        self._process.stdin.write(f"click {id}\n")
+        self._process.stdin.flush()
+
+    def end(self):
+        self._process.stdin.close()
+        self._process.wait(10)
+        self._process.stdout.close()

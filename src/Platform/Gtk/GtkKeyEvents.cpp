@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -29,6 +30,9 @@ namespace {
 /// be released.
 std::set<guint> keysDown;
 std::set<guint> superKeysDown;
+/// The virtual codes of those that are no modifiers, and the modifiers of the last event.
+std::map<guint, std::uint16_t> ordinaryKeysDown;
+std::uint32_t lastFlags = 0;
 std::vector<std::function<void()>> waitingForKeys;
 bool isRepeat = false;
 
@@ -108,14 +112,20 @@ void noteKey(guint keycode, bool isPress, bool isSuper) {
   } else {
     keysDown.erase(keycode);
     superKeysDown.erase(keycode);
+    ordinaryKeysDown.erase(keycode);
     keysMayBeUp();
   }
 }
 
-/// The releases of keys that are held while a window of ours loses the keyboard go elsewhere.
+/// The releases of keys that are held while a window of ours loses the keyboard go elsewhere. For the monitors such a key
+/// is up: one that opened a dialogue would else seem held when the next key comes.
 void forgetKeys() {
   keysDown.clear();
   superKeysDown.clear();
+  for (const auto& [_, code] : std::exchange(ordinaryKeysDown, {})) {
+    NSApp().filterByMonitors(
+        {.type = NSEvent::EventType::keyUp, .keyCode = code, .modifierFlags = lastFlags});
+  }
   keysMayBeUp();
 }
 
@@ -249,6 +259,8 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
   key.keyCode = keyCodeOf(gdk_key_event_get_keycode(event), charactersOf(display, layout))
                     .value_or(NSEvent::unknownKeyCode);
   key.charactersIgnoringModifiers = charactersIgnoringModifiers(event, key.modifierFlags);
+  lastFlags = key.modifierFlags;
+  if (isPress && modifier == 0) ordinaryKeysDown[gdk_key_event_get_keycode(event)] = key.keyCode;
   if (modifier != 0) {
     key.type = NSEvent::EventType::flagsChanged;
   } else {

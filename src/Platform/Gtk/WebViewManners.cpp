@@ -2,6 +2,7 @@
 
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/PageDialogues.h"
+#include "Platform/Gtk/PageFileDrops.h"
 #include "Platform/Gtk/PagePermissions.h"
 #include "Platform/Gtk/PageState.h"
 #include "Platform/Gtk/PageWindow.h"
@@ -136,6 +137,7 @@ void teachManners(WebKitWebView* view, WebEngine& engine) {
   g_signal_connect(view, "create", G_CALLBACK(create), &engine);
   g_signal_connect(view, "context-menu", G_CALLBACK(offerPermissions), &engine);
   serveDialogues(view, engine);
+  serveFileDrops(view, engine);
   askForPermissions(view, engine);
 }
 

@@ -47,6 +47,15 @@ class Desktop:
         # Two steps, as by a hand: some programs want to see the pointer arrive before a button goes down.
         self._xdotool("mousemove", x, y, "sleep", "0.05", "click", button)
 
+    def drag(self, start, end):
+        """From one point to another with the first button held, in steps as by a hand."""
+        steps = 20
+        self._xdotool("mousemove", *start, "sleep", "0.1", "mousedown", 1)
+        for step in range(1, steps + 1):
+            x, y = (round(a + (b - a) * step / steps) for a, b in zip(start, end))
+            self._xdotool("mousemove", x, y, "sleep", "0.03")
+        self._xdotool("sleep", "0.5", "mousemove", end[0] + 2, end[1] + 2, "sleep", "0.3", "mouseup", 1)
+
     def scroll(self, steps):
         """Turns the wheel under the pointer: down, or up for a negative number."""
         self._xdotool("click", "--repeat", abs(steps), "--delay", 15, 5 if steps > 0 else 4)

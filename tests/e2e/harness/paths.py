@@ -3,6 +3,7 @@ import os
 import pathlib
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
+HARNESS = ROOT / "tests" / "e2e" / "harness"
 SESSION = ROOT / "tests" / "session"
 ARTEFACTS = ROOT / "build" / "e2e" / "artefacts"
 

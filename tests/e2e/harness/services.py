@@ -104,6 +104,8 @@ class Service:
         with self._lock:
             self.requests = []
             self.pages = {}
+            self.isPictureGone = False
+            self.mayEnd = threading.Event()
 
     def record(self, request):
         with self._lock:
@@ -137,7 +139,9 @@ class Service:
 
     def seen(self):
         with self._lock:
-            return [f"{r.method} {r.path}" for r in self.requests if r.path != "/ask"] or "nothing"
+            told = itertools.groupby(f"{r.method} {r.path}" for r in self.requests if r.path != "/ask")
+        counted = [(what, len(list(times))) for what, times in told]
+        return [what if times == 1 else f"{what} ({times} times)" for what, times in counted] or "nothing"
 
     def start(self):
         self._server = bind(self)
@@ -232,12 +236,16 @@ class Handler(http.server.BaseHTTPRequestHandler):
             "/ask": self.ask,
             "/answer": self.answer,
             "/file": self.download,
+            "/slow-file": self.slowDownload,
             "/sign-in": self.signIn,
             "/other": self.document,
             "/error": self.error,
             "/never": self.never,
             "/loop": self.loop,
             "/big": self.big,
+            "/endless": self.endless,
+            "/frame": self.frame,
+            "/frames": self.frames,
             "/moved": self.moved,
             "/gigabyte": self.gigabyte,
             "/picture": self.picture,
@@ -258,7 +266,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.wfile.write(body)
 
     def picture(self, service, request, body):
-        self.give(200, PICTURE, "image/png")
+        if service.isPictureGone:
+            self.missing(service, request, body)
+        else:
+            self.give(200, PICTURE, "image/png")
 
     def gigabyte(self, service, request, body):
         """A server that answers a HEAD request with a body, against the rules, and a long one."""
@@ -325,6 +336,18 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.give(200, f"a file of {service.name}\n".encode(), "application/octet-stream",
                   Content_Disposition='attachment; filename="report.txt"')
 
+    def slowDownload(self, service, request, body):
+        """Half of the file at once, the other half when the test lets it end."""
+        self.send_response(200)
+        self.send_header("Content-Type", "application/octet-stream")
+        self.send_header("Content-Length", "40000")
+        self.send_header("Content-Disposition", 'attachment; filename="slow.bin"')
+        self.end_headers()
+        self.wfile.write(b"x" * 20000)
+        self.wfile.flush()
+        service.mayEnd.wait(120)
+        self.wfile.write(b"x" * 20000)
+
     def error(self, service, request, body):
         self.give(500, b"<title>Error</title><h1>The server failed</h1>", "text/html")
 
@@ -345,6 +368,23 @@ class Handler(http.server.BaseHTTPRequestHandler):
         # It tells of its load like any other page.
         end = f"<script>{fill(SCRIPT, PAGE=service.newPage(request.path).id)}</script>".encode()
         self.give(200, b"<title>Big</title>" + row * (bigPageBytes() // len(row)) + end, "text/html")
+
+    def endless(self, service, request, body):
+        """A page that has all it needs but a picture that never comes: its load never ends."""
+        page = service.newPage(request.path)
+        ready = "<script>addEventListener('DOMContentLoaded', () => { report('load'); listen(); });</script>"
+        picture = f'<p>Still loading</p><img width="40" height="40" src="{service.urlOf("/never")}">'
+        text = documentOf(service, page).replace("<main>", ready + "<main>" + picture)
+        self.give(200, text.encode(), "text/html; charset=utf-8")
+
+    def frame(self, service, request, body):
+        self.give(200, f"<p>frame {request.query['number']}</p>".encode(), "text/html")
+
+    def frames(self, service, request, body):
+        page = service.newPage(request.path)
+        frames = "".join(f'<iframe width="20" height="20" src="/frame?number={n}"></iframe>' for n in range(2000))
+        text = documentOf(service, page).replace("<main>", "<main>" + frames)
+        self.give(200, text.encode(), "text/html; charset=utf-8")
 
     def missing(self, service, request, body):
         self.give(404, b"nothing here")
@@ -400,6 +440,14 @@ addEventListener("paste", event => report("paste", {
   types: Array.from(event.clipboardData.items).map(item => item.type),
   files: Array.from(event.clipboardData.files).map(file => file.type), text: event.clipboardData.getData("text/plain")
 }), true);
+addEventListener("dragover", event => { if (event.target.id !== "upload") event.preventDefault(); });
+addEventListener("drop", event => {
+  if (event.target.id === "upload") return;
+  event.preventDefault();
+  const files = Array.from(event.dataTransfer.files);
+  Promise.all(files.map(file => file.text())).then(texts =>
+    report("drop", {names: files.map(file => file.name), texts, target: event.target.id}));
+});
 addEventListener("message", event => report("message", {data: event.data}));
 """
 
