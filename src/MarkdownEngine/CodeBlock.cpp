@@ -3,6 +3,8 @@
 #include "MarkdownEngine/HtmlWriter.h"
 #include "MarkdownEngine/PlainText.h"
 
+#include <algorithm>
+
 namespace markdown {
 namespace {
 

@@ -2,6 +2,7 @@
 
 #include "Platform/UTF8.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>

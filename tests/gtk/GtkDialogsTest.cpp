@@ -2,6 +2,7 @@
 #include "Platform/Gtk/GtkDialogs.h"
 #include "gtk/GtkFixture.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <memory>

@@ -2,6 +2,8 @@
 #include "Platform/Headless/HeadlessViewTree.h"
 #include "unit/AppFixture.h"
 
+#include <algorithm>
+
 namespace velkin {
 namespace {
 

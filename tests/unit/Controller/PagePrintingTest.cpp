@@ -2,6 +2,7 @@
 #include "Helpers/ScreenCaptureHelper.h"
 #include "unit/Controller/RoomFixture.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace velkin {

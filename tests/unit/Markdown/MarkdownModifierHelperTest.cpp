@@ -3,6 +3,7 @@
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "unit/Repetitions.h"
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
