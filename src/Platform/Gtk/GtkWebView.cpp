@@ -162,6 +162,8 @@ GtkWebView::~GtkWebView() {
     g_signal_handlers_disconnect_by_data(view_, this);
     if (userContent_) g_signal_handlers_disconnect_by_data(userContent_.get(), this);
     g_object_add_weak_pointer(G_OBJECT(left), reinterpret_cast<gpointer*>(&left));
+    // A window may hold the box for longer.
+    if (holder_ != nullptr) gtk_box_remove(GTK_BOX(holder_), GTK_WIDGET(view_));
     g_object_unref(view_);
   }
   if (holder_ != nullptr) {
