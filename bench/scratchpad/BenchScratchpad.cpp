@@ -234,7 +234,11 @@ void measureGrowth(Observer& screen, int keys) {
   };
   press(500);
   const auto before = treeMemory(scratchpad.pid());
-  press(keys);
+  for (int part = 1; part <= 5; ++part) {
+    press(keys / 5);
+    std::printf("%d keys: %.1f MB more\n", keys / 5 * part, treeMemory(scratchpad.pid()) - before);
+    std::fflush(stdout);
+  }
   const auto growth = treeMemory(scratchpad.pid()) - before;
   std::printf("\n%d keys in 20 kB: %.1f MB before, %.1f MB more after, goal 10 MB  %s\n", keys, before,
               growth, growth < 10 ? "reached" : "MISSED");
