@@ -12,8 +12,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -64,35 +62,6 @@ void measureOpenings(Observer& screen, const Focus& focus, KeySym key, int round
     timeOfHotKey(screen, key, [&] { return focus.isHere(); });
     rest(0.15);
   }
-}
-
-std::vector<pid_t> childrenOf(pid_t process) {
-  std::vector<pid_t> found;
-  const std::string tasks = "/proc/" + std::to_string(process) + "/task";
-  std::error_code error;
-  for (const auto& task : std::filesystem::directory_iterator(tasks, error)) {
-    std::ifstream children(task.path() / "children");
-    for (pid_t child = 0; children >> child;) found.push_back(child);
-  }
-  return found;
-}
-
-int countTree(pid_t process) {
-  int count = 1;
-  for (const auto child : childrenOf(process)) count += countTree(child);
-  return count;
-}
-
-/// Memory that is the process's own and nobody else's, in MiB.
-double ownMemory(pid_t process) {
-  std::ifstream rollup("/proc/" + std::to_string(process) + "/smaps_rollup");
-  double kilobytes = 0;
-  for (std::string line; std::getline(rollup, line);) {
-    for (const char* name : {"Private_Clean:", "Private_Dirty:"}) {
-      if (line.starts_with(name)) kilobytes += std::atof(line.c_str() + std::strlen(name));
-    }
-  }
-  return kilobytes / 1024;
 }
 
 void openAndClose(Observer& screen, const Focus& focus, int count) {

@@ -85,6 +85,20 @@ std::optional<Area> Observer::find(unsigned long colour) const {
   return found;
 }
 
+Area Observer::screen() const {
+  return {0, 0, DisplayWidth(display_, 0) - 1, DisplayHeight(display_, 0) - 1};
+}
+
+std::string Observer::picture(const Area& area) const {
+  XImage* image = XGetImage(display_, DefaultRootWindow(display_), area.left, area.top,
+                            static_cast<unsigned>(area.width()), static_cast<unsigned>(area.height()),
+                            AllPlanes, ZPixmap);
+  std::string pixels(
+      image->data, static_cast<std::size_t>(image->bytes_per_line) * static_cast<std::size_t>(image->height));
+  XDestroyImage(image);
+  return pixels;
+}
+
 void Observer::movePointer(Point point) {
   XTestFakeMotionEvent(display_, -1, point.x, point.y, CurrentTime);
   XSync(display_, False);

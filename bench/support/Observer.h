@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include <X11/Xlib.h>
@@ -42,6 +43,10 @@ class Observer {
   [[nodiscard]] std::vector<unsigned long> coloursOf(const Area& area) const;
   /// The smallest rectangle around all that has the colour.
   [[nodiscard]] std::optional<Area> find(unsigned long colour) const;
+
+  [[nodiscard]] Area screen() const;
+  /// All pixels of an area, to be compared with those of another time.
+  [[nodiscard]] std::string picture(const Area& area) const;
 
   void movePointer(Point point);
   void click(Point point);

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -23,6 +24,17 @@ fs::path makeScratchFolder() {
   std::string pattern = "/tmp/velkin-bench-XXXXXX";
   if (mkdtemp(pattern.data()) == nullptr) refuse("can't make a folder in /tmp");
   return pattern;
+}
+
+std::vector<pid_t> childrenOf(pid_t process) {
+  std::vector<pid_t> found;
+  const std::string tasks = "/proc/" + std::to_string(process) + "/task";
+  std::error_code error;
+  for (const auto& task : fs::directory_iterator(tasks, error)) {
+    std::ifstream children(task.path() / "children");
+    for (pid_t child = 0; children >> child;) found.push_back(child);
+  }
+  return found;
 }
 
 }  // namespace
@@ -80,6 +92,23 @@ double treeMemory(pid_t root) {
       rollup >> value;
       kilobytes += value;
       break;
+    }
+  }
+  return kilobytes / 1024;
+}
+
+int countTree(pid_t root) {
+  int count = 1;
+  for (const auto child : childrenOf(root)) count += countTree(child);
+  return count;
+}
+
+double ownMemory(pid_t process) {
+  std::ifstream rollup("/proc/" + std::to_string(process) + "/smaps_rollup");
+  double kilobytes = 0;
+  for (std::string line; std::getline(rollup, line);) {
+    for (const char* name : {"Private_Clean:", "Private_Dirty:"}) {
+      if (line.starts_with(name)) kilobytes += std::atof(line.c_str() + std::strlen(name));
     }
   }
   return kilobytes / 1024;

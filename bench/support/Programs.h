@@ -34,6 +34,12 @@ class Process {
 /// Proportional memory of a process and all below it, in MB.
 [[nodiscard]] double treeMemory(pid_t root);
 
+/// A process and all below it.
+[[nodiscard]] int countTree(pid_t root);
+
+/// Memory that is the process's own and nobody else's, in MiB.
+[[nodiscard]] double ownMemory(pid_t process);
+
 /// The settings of someone who has seen the first pages and uses all views. `more`: further entries of the
 /// property list's dictionary.
 void writeSettings(const std::filesystem::path& home, const std::string& more = {});

@@ -6,8 +6,10 @@ namespace velkin {
 
 namespace {
 
+// Without a ground of its own its letters get bolder each time that the engine paints them anew.
 constexpr const char* sampleText =
-    "<style>:root{color-scheme:light dark;overflow:hidden}body{margin:4px;font-family:sans-serif}</style>"
+    "<style>:root{color-scheme:light dark;background:canvas;overflow:hidden}"
+    "body{margin:4px;font-family:sans-serif}</style>"
     "<p style=\"margin:0\">Of course! Here is a short plan for your week, with time to rest.</p>";
 
 std::shared_ptr<platform::WKWebView> makeView(std::shared_ptr<platform::WKProcessPool> pool) {

@@ -135,6 +135,7 @@ View OnboardingEditChatUrlUIView::message() const {
                 {when(isRefused,
                       [] {
                         return Text("URL invalid. Try again.")
+                            .lineLimit(1)
                             .foregroundColor(Color::Role::red)
                             .accessibilityRole(AccessibilityRole::alert);
                       }),

@@ -1,11 +1,10 @@
 """What a user expects of a web page in the popover: links, sign-in windows, dialogs, downloads, and a page whose
 process dies."""
-import json
 import subprocess
-import threading
 import time
 
 from harness import VelkinTestCase, waitFor
+from harness.notified import Notices
 from harness.paths import HARNESS
 from harness.waiting import settle
 
@@ -316,30 +315,3 @@ class Page(VelkinTestCase):
         self.desktop.key("Tab", "Return")
         waitFor("the user's own reload", lambda: len(self.chat.loads()) == 5, 10, self.chat.seen)
         self.assertEqual(self.chat.page(number=4).ask("document.title"), "chatgpt")
-
-
-class Notices:
-    """The desktop's notices and its file manager, as far as the program asks them for something."""
-
-    def __init__(self, session):
-        self._process = subprocess.Popen([PYTHON, HARNESS / "notices.py"], env=session.environment,
-                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-        self._told = []
-        threading.Thread(target=self._read, daemon=True).start()
-        waitFor("the desktop's notices", lambda: self.told("ready"), 15)
-
-    def _read(self):
-        for line in self._process.stdout:
-            self._told.append(json.loads(line))
-
-    def told(self, kind):
-        return [each for each in list(self._told) if each["kind"] == kind]
-
-    def click(self, id):
-        self._process.stdin.write(f"click {id}\n")
-        self._process.stdin.flush()
-
-    def end(self):
-        self._process.stdin.close()
-        self._process.wait(10)
-        self._process.stdout.close()

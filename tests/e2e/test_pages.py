@@ -6,6 +6,7 @@ import resource
 import subprocess
 
 from harness import VelkinTestCase, waitFor
+from harness.notified import Notices
 from harness.waiting import settle
 
 # Another program that holds Ctrl+Alt+K.
@@ -110,6 +111,43 @@ class FirstMinute(Pages):
                 break
         self.waitForSetting("onboardingCompleted", True)
         self.chat.page()
+
+
+    def testTheFirstNoticeNamesTheKeysAndOpensThePopover(self):
+        notices = Notices(self.session)
+        self.addCleanup(notices.end)
+        velkin = self.start()
+        notice = waitFor("the notice", lambda: notices.told("notice"), 20, velkin.errorText)[0]
+        self.assertEqual(notice["title"], "Velkin is in the tray.")
+        self.assertEqual(notice["text"], "Ctrl+Shift+T opens it, Ctrl+Shift+R asks a question.")
+        self.assertIsNone(self.popover())
+        notices.click(notice["id"])
+        self.waitForPopover()
+
+
+class PageSettings(Pages):
+    def testAnAddressThatIsChangedInTheToolbarIsLoadedFromItsOrigin(self):
+        velkin = self.startOnChat(showToolBar=True)
+        window = self.openPopover(velkin)
+        self.chat.page()
+        def bubbles():
+            return [w for w in self.desktop.windows() if w.overrideRedirect and w.height > 80]
+
+        self.desktop.click(window.x + 212, window.y + 20)
+        waitFor("the page's settings", bubbles, 10, self.describeWindows)
+        settle(0.5)
+        # The row has the keyboard: Return edits it.
+        self.desktop.key("Return")
+        settle(0.5)
+        self.desktop.key("ctrl+a")
+        self.desktop.type(self.chat.urlOf("/other"))
+        self.desktop.key("Return")
+        self.waitForSetting("chatUrl", self.chat.urlOf("/other"))
+        self.assertEqual(self.chat.loads("/other"), [])
+        self.desktop.key("Escape")
+        waitFor("the bubble to close", lambda: not bubbles(), 10, self.describeWindows)
+        self.desktop.key("ctrl+alt+r")
+        self.chat.page("/other")
 
 
 class Addresses(Pages):

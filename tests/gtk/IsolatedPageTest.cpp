@@ -191,6 +191,18 @@ TEST_F(IsolatedPageTest, APageIsSeenWhenItIsPaintedAndNothingBeforeIt) {
   EXPECT_EQ(evaluate("document.body.textContent"), "\"second\"");
 }
 
+TEST_F(IsolatedPageTest, AViewThatEndsBeforeItsPageIsPaintedHoldsItsProcessNoLonger) {
+  webView = WKWebView::make({}, {.usesPersistentDataStore = false, .isIsolated = true});
+  webView->navigationDelegate = &loads;
+  webView->loadHTMLString("<p>Nobody sees me</p>", std::nullopt);
+  // Never on a screen: it waits for a frame that doesn't come.
+  ASSERT_TRUE(wait([&] { return loads.finished > 0; }));
+  gpointer view = gtk_widget_get_first_child(dynamic_cast<GtkWebView&>(*webView).widget());
+  g_object_add_weak_pointer(G_OBJECT(view), &view);
+  webView.reset();
+  EXPECT_TRUE(wait([&] { return view == nullptr; }));
+}
+
 TEST_F(IsolatedPageTest, ANulCharacterDoesNotEndThePage) {
   load(true, std::string("<p>before\0after</p>", 19));
   EXPECT_EQ(evaluate("document.body.textContent.includes('after')"), "true");

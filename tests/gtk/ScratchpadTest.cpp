@@ -99,23 +99,41 @@ TEST_F(ScratchpadTest, WhatIsOnTheClipboardIsWrappedOnce) {
   EXPECT_EQ(editor.selectedRange(), (NSRange{8, 0}));
 }
 
-TEST_F(ScratchpadTest, EverySymbolOfTheToolBarsHasAnIcon) {
+TEST_F(ScratchpadTest, EverySymbolHasAnIconInTheColourOfItsText) {
   auto* theme = gtk_icon_theme_get_for_display(gdk_display_get_default());
   gtk_icon_theme_add_search_path(theme, VELKIN_ICONS);
-  for (const auto* symbol :
-       {"textformat.size.smaller", "textformat.size.larger", "bold", "italic", "strikethrough",
-        "rectangle.bottomhalf.inset.filled", "rectangle.righthalf.inset.filled", "trash", "h.square",
-        "tablecells", "text.quote", "ellipsis.curlybraces", "text.aligncenter", "line.diagonal", "link",
-        "photo", "doc.on.doc", "clock.arrow.circlepath", "xmark"}) {
+  for (const auto* symbol : {"textformat.size.smaller",
+                             "textformat.size.larger",
+                             "bold",
+                             "italic",
+                             "strikethrough",
+                             "rectangle.bottomhalf.inset.filled",
+                             "rectangle.righthalf.inset.filled",
+                             "trash",
+                             "h.square",
+                             "tablecells",
+                             "text.quote",
+                             "ellipsis.curlybraces",
+                             "text.aligncenter",
+                             "line.diagonal",
+                             "link",
+                             "photo",
+                             "doc.on.doc",
+                             "clock.arrow.circlepath",
+                             "xmark",
+                             "1.square",
+                             "2.square",
+                             "3.square",
+                             "4.square"}) {
     const auto name = iconNameOfSymbol(symbol);
     EXPECT_NE(name, symbol) << "it has no name in the theme";
-    // What is asked for by name alone isn't told of icons that stand outside a theme.
     const auto icon = GObjectPtr<GtkIconPaintable>::adopt(gtk_icon_theme_lookup_icon(
         theme, name.c_str(), nullptr, 16, 1, GTK_TEXT_DIR_LTR, GtkIconLookupFlags{}));
     const auto file = GObjectPtr<GFile>::adopt(gtk_icon_paintable_get_file(icon.get()));
     ASSERT_TRUE(file) << symbol << ": " << name;
     const GStringPtr fileName(g_file_get_basename(file.get()));
     EXPECT_TRUE(std::string(fileName.get()).starts_with(name)) << symbol << ": " << fileName.get();
+    EXPECT_TRUE(gtk_icon_paintable_is_symbolic(icon.get())) << symbol << " stays dark on a dark ground";
   }
 }
 

@@ -3,6 +3,7 @@
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkRenderedView.h"
+#include "Platform/Gtk/GtkStyle.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/Gtk/KeyboardPlaces.h"
 #include "Platform/NSView.h"
@@ -191,11 +192,7 @@ class BubbleView : public GtkRenderedView {
     gtk_widget_set_hexpand(bubble_, FALSE);
     gtk_widget_set_vexpand(bubble_, FALSE);
     gtk_widget_set_halign(bubble_, GTK_ALIGN_START);
-    // Windows that are not composed have no transparent corners, nor room for a shadow.
-    if (!gdk_display_is_composited(gtk_widget_get_display(bubble_))) {
-      gtk_widget_add_css_class(bubble_, "velkin-square");
-      gtk_popover_set_has_arrow(GTK_POPOVER(bubble_), FALSE);
-    }
+    squareWhereNotComposed(bubble_);
     holder_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_popover_set_child(GTK_POPOVER(bubble_), holder_);
     gtk_widget_set_parent(bubble_, widget());

@@ -3,6 +3,7 @@
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkAssets.h"
+#include "Platform/Gtk/GtkStyle.h"
 #include "Platform/Gtk/GtkTextEdits.h"
 
 #include <array>
@@ -357,6 +358,10 @@ void name(GtkWidget* widget, const std::string& title) {
 class MenuPickerView : public GtkRenderedView {
  public:
   explicit MenuPickerView(const Element& element) : GtkRenderedView(gtk_drop_down_new(nullptr, nullptr)) {
+    for (auto* child = gtk_widget_get_first_child(widget()); child != nullptr;
+         child = gtk_widget_get_next_sibling(child)) {
+      if (GTK_IS_POPOVER(child)) squareWhereNotComposed(child);
+    }
     g_signal_connect_swapped(widget(), "notify::selected", G_CALLBACK(+[](MenuPickerView* self) {
                                const auto selected =
                                    gtk_drop_down_get_selected(GTK_DROP_DOWN(self->widget()));

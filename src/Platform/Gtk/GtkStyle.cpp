@@ -179,4 +179,10 @@ void GtkStyle::apply(GtkWidget* widget, const Modifiers& modifiers) {
   }
 }
 
+void squareWhereNotComposed(GtkWidget* popover) {
+  if (gdk_display_is_composited(gtk_widget_get_display(popover))) return;
+  gtk_widget_add_css_class(popover, "velkin-square");
+  gtk_popover_set_has_arrow(GTK_POPOVER(popover), FALSE);
+}
+
 }  // namespace platform

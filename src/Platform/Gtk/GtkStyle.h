@@ -17,4 +17,8 @@ class GtkStyle {
   const char* fontClass_ = nullptr;
 };
 
+/// Takes the round corners and the shadow from a bubble or a list on a display that has no transparent
+/// windows, where they would be black.
+void squareWhereNotComposed(GtkWidget* popover);
+
 }  // namespace platform

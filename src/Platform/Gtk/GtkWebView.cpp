@@ -133,6 +133,19 @@ void scriptEnded(GObject* source, GAsyncResult* result, gpointer data) {
 /// The engine draws nothing at all at a zoom that is no more than nothing, as a settings file may hold it.
 double engineZoom(double zoom) { return zoom > 0 ? zoom : 1; }
 
+/// Closes the page of a view that something still holds: a script of ours that waits for a frame does so for
+/// ever once the page is off the screen, and would keep the view and its process. In a later turn, since who
+/// waits for a script is told then, which must not happen within a destructor.
+void closeLater(WebKitWebView* view) {
+  g_idle_add_full(
+      G_PRIORITY_DEFAULT,
+      [](gpointer held) -> gboolean {
+        g_object_run_dispose(G_OBJECT(held));
+        return G_SOURCE_REMOVE;
+      },
+      g_object_ref(view), g_object_unref);
+}
+
 }  // namespace
 
 GtkWebView::GtkWebView(NSRect frame, WKWebViewConfiguration configuration, WebEngine& (*engine)())
@@ -143,10 +156,14 @@ GtkWebView::~GtkWebView() {
   g_cancellable_cancel(cancellable_);
   g_object_unref(cancellable_);
   loadWatch_.reset();
+  auto* left = view_;
   if (view_ != nullptr) {
     if (configuration_.processPool) std::erase(configuration_.processPool->views, view_);
     g_signal_handlers_disconnect_by_data(view_, this);
     if (userContent_) g_signal_handlers_disconnect_by_data(userContent_.get(), this);
+    g_object_add_weak_pointer(G_OBJECT(left), reinterpret_cast<gpointer*>(&left));
+    // A window may hold the box for longer.
+    if (holder_ != nullptr) gtk_box_remove(GTK_BOX(holder_), GTK_WIDGET(view_));
     g_object_unref(view_);
   }
   if (holder_ != nullptr) {
@@ -155,6 +172,10 @@ GtkWebView::~GtkWebView() {
       gtk_box_remove(GTK_BOX(parent), holder_);
     }
     g_object_unref(holder_);
+  }
+  if (left != nullptr) {
+    g_object_remove_weak_pointer(G_OBJECT(left), reinterpret_cast<gpointer*>(&left));
+    closeLater(left);
   }
 }
 
