@@ -25,6 +25,7 @@
 #include "Platform/Gtk/X11HotKeyGrabs.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSScreen.h"
+#include "Platform/TrayClicks.h"
 #include "Platform/WholeFile.h"
 #include "platform/BundleInfo.h"
 
@@ -175,6 +176,8 @@ std::optional<NSScreen> GtkPlatform::mainScreen() const {
 }
 
 std::unique_ptr<NSStatusItem> GtkPlatform::makeStatusItem(double length) {
+  // Its tray, an extension, keeps the single click for the menu.
+  setTrayClicks(isGnomeShell() ? TrayClicks::menu : TrayClicks::action);
   auto item = std::make_unique<StatusNotifierItem>(
       length, application_.connection(),
       StatusNotifierItem::Events{[this] { queue_.async([this] { startToolkit(); }); },

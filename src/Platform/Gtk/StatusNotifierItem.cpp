@@ -4,12 +4,11 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkAssets.h"
 #include "Platform/Gtk/ProgramFolders.h"
+#include "Platform/Gtk/SessionKind.h"
 #include "Platform/LogText.h"
 #include "Platform/NSApplication.h"
 
 #include <array>
-#include <cstdlib>
-#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -76,8 +75,7 @@ GVariant* pixmap(const std::string& file, int size) {
 
 /// Cinnamon's panel takes a file with "symbolic" in its path for a name in the theme, and draws nothing.
 std::string iconName(const std::string& image) {
-  const char* desktop = std::getenv("XDG_CURRENT_DESKTOP");
-  const bool isCinnamon = desktop != nullptr && std::strstr(desktop, "Cinnamon") != nullptr;
+  const bool isCinnamon = isDesktop("X-Cinnamon") || isDesktop("Cinnamon");
   auto name = iconNameOfStatusImage(image);
   constexpr std::string_view ending = "-symbolic";
   if (isCinnamon && name.ends_with(ending)) name.erase(name.size() - ending.size());
