@@ -4,6 +4,7 @@ import subprocess
 
 from harness import VelkinTestCase, waitFor
 from harness.paths import HARNESS
+from harness.session import Session
 from harness.waiting import settle
 
 # The one that has the desktop's bindings.
@@ -274,13 +275,9 @@ class SlowTray(VelkinTestCase):
 
 
 class TwoMonitors(VelkinTestCase):
-    screen = "2560x900"
-
-    def setUp(self):
-        super().setUp()
-        for name, place, output in (("left", "1280/340x900/240+0+0", "screen"),
-                                    ("right", "1280/340x900/240+1280+0", "none")):
-            self.session.output("xrandr", "--setmonitor", name, place, output)
+    @classmethod
+    def makeSession(cls):
+        return Session(cls.panel, cls.screen, monitors=2)
 
     def searchBar(self):
         found = [w for w in self.desktop.windows() if w.title != "Velkin" and not w.overrideRedirect]
@@ -305,7 +302,7 @@ class TwoMonitors(VelkinTestCase):
             other.kill()
             other.wait()
             waitFor("it to go", lambda: not self.desktop.windows(title="Event Tester"), 10)
+        # The window manager may go on naming the window that is gone.
         for x, monitor in ((400, "left"), (2000, "right")):
             self.desktop.click(x, 700)
-            waitFor("nobody to have the keyboard", lambda: not self.desktop.activeWindow(), 10)
             self.assertEqual(self.monitorOfSearchBar(), monitor)
