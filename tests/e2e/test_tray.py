@@ -106,6 +106,27 @@ class Tray(VelkinTestCase):
             velkin.end()
             waitFor("the icon to go", lambda: not self.session.trayItems(), 10)
 
+    def testWhereThePanelDrawsItAsItComesTheIconHasTheColourForIt(self):
+        self.home.settled()
+        velkin = self.start(environment={"XDG_CURRENT_DESKTOP": "MATE"})
+
+        def name():
+            told = self.session.call(velkin.icons()[0].split("/")[0], "/StatusNotifierItem",
+                                     "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierItem", "IconName",
+                                     check=False) if velkin.icons() else "no icon"
+            return told.strip()
+
+        self.addCleanup(self.session.environment.pop, "GTK_THEME", None)
+        for theme, wanted in (("Adwaita:dark", "on-dark"), ("Adwaita", "on-light"), ("Adwaita:dark", "on-dark")):
+            self.session.killPanel()
+            self.session.environment["GTK_THEME"] = theme
+            self.session.startPanel()
+            waitFor(f"the icon {wanted}", lambda: name() == f"(<'velkin-diamondgear-{wanted}'>,)", 20, name)
+            waitFor("the panel to draw it", self.session.iconIsDrawn, 10)
+        self.session.killPanel()
+        self.session.environment.pop("GTK_THEME")
+        self.session.startPanel()
+
     def testRightClickHoldsTheOpenPopover(self):
         velkin = self.startOnChat()
         self.openPopover(velkin)
