@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Components/MarkdownWebViewController.h"
+#include "Markdown/MarkdownConversion.h"
 #include "Markdown/MarkdownModifierHelper.h"
 #include "Markdown/ScratchpadJournal.h"
 #include "Platform/NSTextView.h"
@@ -32,6 +33,7 @@ class MarkdownScratchpad {
   platform::NSTextView& editor();
   MarkdownModifierHelper& modifierHelper();
   const std::shared_ptr<MarkdownWebViewController>& preview();
+  MarkdownConversion& conversion() { return conversion_; }
 
   /// Gives the editor the keyboard, in a later turn: what is to come on show by then counts.
   void takeKeyboard();
@@ -48,6 +50,7 @@ class MarkdownScratchpad {
   std::unique_ptr<platform::NSTextView> editor_;
   std::unique_ptr<MarkdownModifierHelper> modifierHelper_;
   std::shared_ptr<MarkdownWebViewController> preview_;
+  MarkdownConversion conversion_;
   ScratchpadJournal journal_ = ScratchpadJournal::ofUser();
   ScratchpadJournalWriter writer_{journal_};
   std::optional<std::string> lastText_;

