@@ -32,7 +32,7 @@ double luminance(const Pixel& pixel) {
 }
 
 double contrast(const Pixel& a, const Pixel& b) {
-  const auto [dark, light] = std::minmax(luminance(a), luminance(b));
+  const auto [dark, light] = std::minmax({luminance(a), luminance(b)});
   return (light + 0.05) / (dark + 0.05);
 }
 
