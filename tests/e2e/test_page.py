@@ -184,8 +184,8 @@ class Page(VelkinTestCase):
         self.addCleanup(notices.end)
         for desktop, wanted in (("LXQt", ["default", "Open"]), ("XFCE", ["default", "Open", "open", "Open"])):
             self.home = Home(self.session.folder / f"home-on-{desktop}")
-            velkin = self.start(environment={"XDG_CURRENT_DESKTOP": desktop})
             count = len(notices.told("notice"))
+            velkin = self.start(environment={"XDG_CURRENT_DESKTOP": desktop})
             notice = waitFor("the notice to a new user", lambda: notices.told("notice")[count:], 20, velkin.errorText)[0]
             self.assertEqual(notice["actions"], wanted)
             velkin.end()
