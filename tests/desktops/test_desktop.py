@@ -56,8 +56,10 @@ class Desktop(VelkinTestCase):
     def tell(self, text):
         self.told.append(text)
 
-    def keep(self, name):
-        """A picture that goes into the documentation."""
+    def keep(self, name, window=None):
+        """A picture that goes into the documentation; a compositor may paint a window later than it is there."""
+        if window:
+            waitFor("the window to be painted", lambda: self.desktop.coloursIn(window) > 60, 20)
         self.desktop.picture(self.artefact("png").with_name(f"{self.name}-{name}.png"))
 
     def workArea(self):
@@ -102,7 +104,7 @@ class Desktop(VelkinTestCase):
         window = self.openPopover(velkin)
         self.chat.page()
         settle(1)
-        self.keep("popover")
+        self.keep("popover", window)
         self.tell(f"{window.width} x {window.height} at {window.x}, {window.y}")
         self.atTheIcon(window, icon)
 
@@ -183,7 +185,7 @@ class Desktop(VelkinTestCase):
         bar = waitFor("the search bar", self.desktop.windows, 15)[0]
         self.assertNotEqual(bar.title, "Velkin")
         settle(0.5)
-        self.keep("search")
+        self.keep("search", bar)
         self.desktop.key(SEARCH)
         waitFor("the search bar to go", lambda: not self.desktop.windows(), 15, self.describeWindows)
 
@@ -254,10 +256,17 @@ class Desktop(VelkinTestCase):
         self.before = self.session.pixels().astype(int)
         self.desktop.click(*self.session.iconPosition(), 3)
         waitFor("the menu", lambda: self.changed() > 15000, 15, self.changed)
-        settle(0.7)
         # Without the panels, whose clocks go on.
         left, top, right, bottom = self.workArea()
-        return self.session.pixels().astype(int)[top:bottom, left:right]
+        pictures = [None, None]
+
+        def isStill():
+            settle(0.5)
+            pictures[:] = pictures[1], self.session.pixels().astype(int)[top:bottom, left:right]
+            return pictures[0] is not None and (pictures[0] == pictures[1]).all()
+
+        waitFor("the menu to be painted", isStill, 15)
+        return pictures[1]
 
     def changed(self):
         return int((abs(self.session.pixels().astype(int) - self.before).max(axis=2) > 12).sum())
