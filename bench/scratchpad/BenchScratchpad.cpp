@@ -180,7 +180,7 @@ void measurePage(Observer& screen, int rounds, Figures& figures) {
   }
 }
 
-void comparePages(Observer& screen, const char* what, std::size_t length, int rounds) {
+void comparePages(Observer& screen, const std::string& what, std::size_t length, int rounds) {
   const ScratchFolder folder;
   const auto text = textOfLength(length);
   const auto writePage = [&](const char* name, const std::string& source) {
@@ -188,19 +188,28 @@ void comparePages(Observer& screen, const char* what, std::size_t length, int ro
         velkin::MarkdownHtmlHelper::makeParser(false).html(source));
     return (folder.path / name).string();
   };
-  Figures baseline;
+  const auto usual = writePage("usual.html", text);
+  const auto changed = writePage("changed.html", "m" + text);
+  const auto file = folder.path / "text.md";
+  std::ofstream(file, std::ios::binary) << text;
+  Figures alone;
+  Figures withEditor;
   Figures ours;
   {
-    const Process window("baseline-preview",
-                         {"300", "500", writePage("usual.html", text), writePage("changed.html", "m" + text)},
-                         folder.path / "baseline");
-    measurePage(screen, rounds, baseline);
+    const Process window("baseline-preview", {"300", "500", usual, changed}, folder.path / "alone");
+    measurePage(screen, rounds, alone);
+  }
+  {
+    const Process window("baseline-preview", {"600", "500", usual, changed, file.string()},
+                         folder.path / "with-editor");
+    measurePage(screen, rounds, withEditor);
   }
   {
     const Scratchpad scratchpad(screen, folder.path / "home", text);
     measurePage(screen, rounds, ours);
   }
-  printRow(what, ours.median(), baseline.median(), 1.2);
+  printRow((what + ", beside a view alone").c_str(), ours.median(), alone.median(), 1.2);
+  printRow((what + ", beside view and editor").c_str(), ours.median(), withEditor.median(), 1.2);
 }
 
 /// What thousands of keys leave behind in the program and its web process.
@@ -225,7 +234,11 @@ void measureGrowth(Observer& screen, int keys) {
   };
   press(500);
   const auto before = treeMemory(scratchpad.pid());
-  press(keys);
+  for (int part = 1; part <= 5; ++part) {
+    press(keys / 5);
+    std::printf("%d keys: %.1f MB more\n", keys / 5 * part, treeMemory(scratchpad.pid()) - before);
+    std::fflush(stdout);
+  }
   const auto growth = treeMemory(scratchpad.pid()) - before;
   std::printf("\n%d keys in 20 kB: %.1f MB before, %.1f MB more after, goal 10 MB  %s\n", keys, before,
               growth, growth < 10 ? "reached" : "MISSED");
@@ -273,8 +286,8 @@ int main(int argc, char** argv) {
     if (isWanted("letter")) compareLetters(screen, what.c_str(), static_cast<std::size_t>(length), rounds);
   }
   for (const auto& [size, length] : {std::pair{"1 kB", 1000}, {"100 kB", 100000}}) {
-    const auto what = std::string("key to preview, ") + size + ", ms";
-    if (isWanted("preview")) comparePages(screen, what.c_str(), static_cast<std::size_t>(length), rounds);
+    const auto what = std::string("preview, ") + size;
+    if (isWanted("preview")) comparePages(screen, what, static_cast<std::size_t>(length), rounds);
   }
   if (isWanted("memory")) measureGrowth(screen, keys);
 }

@@ -198,8 +198,8 @@ WebKitWebView* GtkWebView::engineView() {
                                      "default-content-security-policy", contentPolicy, nullptr));
   } else {
     view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "web-context",
-                                         engine.context(), "settings", settings_.get(),
-                                         "user-content-manager", userContent_.get(),
+                                         isIsolated ? engine.isolatedContext() : engine.context(), "settings",
+                                         settings_.get(), "user-content-manager", userContent_.get(),
                                          "default-content-security-policy", contentPolicy, nullptr));
   }
   g_object_ref_sink(view_);

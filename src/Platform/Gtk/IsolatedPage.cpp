@@ -88,6 +88,19 @@ std::string isolatedContentSecurityPolicy(const std::vector<std::string>& script
   return policy;
 }
 
+WebKitWebContext* makeIsolatedContext() {
+  // Megabytes. From half of it on a process collects its garbage whenever it looks.
+  constexpr guint limit = 100;
+  constexpr double secondsBetweenLooks = 5;
+  auto* settings = webkit_memory_pressure_settings_new();
+  webkit_memory_pressure_settings_set_memory_limit(settings, limit);
+  webkit_memory_pressure_settings_set_poll_interval(settings, secondsBetweenLooks);
+  auto* context = WEBKIT_WEB_CONTEXT(
+      g_object_new(WEBKIT_TYPE_WEB_CONTEXT, "memory-pressure-settings", settings, nullptr));
+  webkit_memory_pressure_settings_free(settings);
+  return context;
+}
+
 void isolateSettings(WebKitSettings* settings) {
   WebKitFeatureList* features = webkit_settings_get_all_features();
   for (gsize i = 0; i < webkit_feature_list_get_length(features); ++i) {

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/WebEngine.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/Gtk/IsolatedPage.h"
 #include "Platform/Gtk/ProgramFolders.h"
 #include "Platform/LogText.h"
 #include "Platform/NSWorkspace.h"
@@ -66,16 +67,20 @@ struct RunningDownload {
   }
 };
 
+/// The engine's sandbox looks for the compositor's socket in the user's runtime folder only, and without it
+/// the engine ends the program.
+void letReachTheDisplay(WebKitWebContext* context) {
+  if (const char* socket = std::getenv("WAYLAND_DISPLAY"); socket != nullptr && *socket == '/')
+    webkit_web_context_add_path_to_sandbox(context, socket, TRUE);
+}
+
 }  // namespace
 
 WebEngine::WebEngine(PopoverWindow& (*popoverOfProgram)())
     : popover_(popoverOfProgram),
       permissions_(ProgramFolders::userData() / "site-permissions.json"),
       context_(GObjectPtr<WebKitWebContext>::adopt(webkit_web_context_new())) {
-  // The engine's sandbox looks for the compositor's socket in the user's runtime folder only, and without it
-  // the engine ends the program.
-  if (const char* socket = std::getenv("WAYLAND_DISPLAY"); socket != nullptr && *socket == '/')
-    webkit_web_context_add_path_to_sandbox(context_.get(), socket, TRUE);
+  letReachTheDisplay(context_.get());
   const auto languages = spellingLanguages(g_get_language_names());
   std::vector<const char*> names;
   for (const auto& language : languages) names.push_back(language.c_str());
@@ -100,6 +105,14 @@ WebEngine::~WebEngine() {
   for (auto* session : {persistent_.get(), ephemeral_.get()}) {
     if (session != nullptr) g_signal_handlers_disconnect_by_data(session, this);
   }
+}
+
+WebKitWebContext* WebEngine::isolatedContext() {
+  if (!isolatedContext_) {
+    isolatedContext_ = GObjectPtr<WebKitWebContext>::adopt(makeIsolatedContext());
+    letReachTheDisplay(isolatedContext_.get());
+  }
+  return isolatedContext_.get();
 }
 
 std::vector<std::string> WebEngine::spellingLanguages(const char* const* names) {

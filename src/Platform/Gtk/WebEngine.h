@@ -32,6 +32,8 @@ class WebEngine {
   /// is looked up either.
   WebKitNetworkSession* sessionToNowhere();
   WebKitWebContext* context() { return context_.get(); }
+  /// Of isolated pages.
+  WebKitWebContext* isolatedContext();
   /// Settings of one view's own.
   GObjectPtr<WebKitSettings> makeSettings() const;
 
@@ -52,6 +54,7 @@ class WebEngine {
   PopoverWindow& (*popover_)();
   SitePermissions permissions_;
   GObjectPtr<WebKitWebContext> context_;
+  GObjectPtr<WebKitWebContext> isolatedContext_;
   GObjectPtr<WebKitNetworkSession> persistent_;
   GObjectPtr<WebKitNetworkSession> ephemeral_;
   GObjectPtr<WebKitNetworkSession> nowhere_;
