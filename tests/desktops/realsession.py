@@ -104,6 +104,7 @@ def alike(strip, template):
     variance = sums(strip ** 2) - sums(strip) ** 2 / size ** 2
     # Where the strip is of one colour there is nothing to compare.
     isDrawn = variance > size ** 2
-    likeness = numpy.where(isDrawn, abs(product) / numpy.sqrt(numpy.where(isDrawn, variance, 1) * (zeroMean ** 2).sum()), 0)
+    scale = numpy.sqrt(numpy.where(isDrawn, variance, 1) * (zeroMean ** 2).sum())
+    likeness = numpy.where(isDrawn, abs(product) / scale, 0)
     y, x = numpy.unravel_index(likeness.argmax(), likeness.shape)
     return float(likeness[y, x]), int(x), int(y)
