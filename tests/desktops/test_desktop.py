@@ -151,7 +151,7 @@ class Desktop(VelkinTestCase):
 
     def testCheckMarksGoOnAndOff(self):
         velkin = self.startOnChat()
-        # MATE draws its first menu elsewhere than those that follow.
+        # On MATE the first menu differs from those that follow in more than the marks.
         self.openMenu(velkin)
         self.desktop.key("Escape")
         self.waitForNoMenu()
