@@ -71,6 +71,7 @@ VelkinImpl::VelkinImpl(std::shared_ptr<platform::NSPopover> popover, WebView bar
                                                 std::move(gitlab), std::move(hemingway), std::move(jira)}))) {
   currentWebView().webView->uiDelegate = this;
   updatePopoverBehavior(false);
+  rooms_->statusItem.ask = [this] { showView(search); };
   rooms_->statusItem.setUp();
   using KeyboardShortcuts::Name;
   KeyboardShortcuts::onKeyDown(Name::searchBarShortcut(), [this] { handleSearchBarDelegate(); });

@@ -5,14 +5,17 @@
 #include "Programs.h"
 #include "Timing.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <X11/keysym.h>
 
@@ -34,7 +37,10 @@ long contextSwitches(pid_t pid) {
   return sum;
 }
 
-double registrationTime(const std::string& program, const fs::path& home) {
+/// The time from `start` to the next registration of an icon with the tray. What `start` gives back is kept
+/// until then.
+template <typename Start>
+double registrationTime(const Start& start) {
   bool isRegistered = false;
   const auto subscription = g_dbus_connection_signal_subscribe(
       sessionBus(), nullptr, "org.kde.StatusNotifierWatcher", "StatusNotifierItemRegistered", nullptr,
@@ -43,11 +49,52 @@ double registrationTime(const std::string& program, const fs::path& home) {
         *static_cast<bool*>(flag) = true;
       },
       &isRegistered, nullptr);
-  const auto start = Clock::now();
-  const Process process(program, {}, home);
+  const auto before = Clock::now();
+  const auto started = start();
   if (!waitFor([&] { return isRegistered; })) refuse("a program did not register with the tray");
-  const auto time = millisecondsSince(start);
+  const auto time = millisecondsSince(before);
   g_dbus_connection_signal_unsubscribe(sessionBus(), subscription);
+  return time;
+}
+
+double registrationTime(const std::string& program, const fs::path& home) {
+  return registrationTime(
+      [&] { return std::make_unique<Process>(program, std::vector<std::string>{}, home); });
+}
+
+/// The process that has the program's name on the bus; 0 if there is none.
+pid_t ownerOfTheName() {
+  GVariant* reply = g_dbus_connection_call_sync(
+      sessionBus(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+      "GetConnectionUnixProcessID", g_variant_new("(s)", "com.tarnvale.Velkin"), G_VARIANT_TYPE("(u)"),
+      G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
+  if (reply == nullptr) return 0;
+  guint32 pid = 0;
+  g_variant_get(reply, "(u)", &pid);
+  g_variant_unref(reply);
+  return static_cast<pid_t>(pid);
+}
+
+/// Both programs as they are installed: in one folder, under the names that they look for.
+fs::path installedLauncher(const fs::path& folder) {
+  const auto built = fs::read_symlink("/proc/self/exe").parent_path();
+  fs::create_directories(folder);
+  // A link would lead it to the folder where it was built.
+  fs::copy_file(built / "VelkinLauncher", folder / "VelkinLauncher");
+  fs::create_symlink(built / "velkin-e2e", folder / "velkin");
+  return folder / "VelkinLauncher";
+}
+
+/// What a login does: the launcher starts the program, which outlives it.
+double loginTime(const fs::path& launcher, const fs::path& home) {
+  const auto time = registrationTime(launcher, home);
+  // It says so to the launcher a little later than to the tray.
+  rest(0.3);
+  const auto program = ownerOfTheName();
+  if (program == 0) refuse("the launcher's program has no name on the bus");
+  kill(program, SIGTERM);
+  if (!waitFor([] { return ownerOfTheName() == 0; })) refuse("the launcher's program did not end");
+  rest(0.3);
   return time;
 }
 
@@ -93,11 +140,15 @@ int main(int argc, char** argv) {
   printRowHead();
   Figures ours;
   Figures theirs;
+  Figures logins;
+  const auto launcher = installedLauncher(folder.path / "bin");
   for (int i = 0; i < rounds; ++i) {
     ours.add(registrationTime("velkin-e2e", home));
     theirs.add(registrationTime("baseline-tray", baselineHome));
+    logins.add(loginTime(launcher, home));
   }
   printRow("exec to registered with the tray, ms", ours.median(), theirs.median(), 1.2);
+  printRow("the same by the launcher of the login, ms", logins.median(), ours.median(), 1.3);
 
   double theirReopen = 0;
   double theirMemory = 0;

@@ -7,6 +7,7 @@
 #include "Platform/CarbonEvents.h"
 #include "Platform/NSUserDefaults.h"
 #include "Platform/NSWorkspace.h"
+#include "Platform/TrayClicks.h"
 
 #include <optional>
 #include <string>
@@ -70,8 +71,12 @@ void tellNewUser(std::function<void()> openPopover) {
   const auto search = workingKeys(Name::searchBarShortcut());
   const auto keys = joined(popUp.empty() ? popUp : popUp + " opens it",
                            search.empty() ? search : search + " asks a question", ", ");
+  const auto sentence = keys.empty() ? keys : keys + ".";
+  const std::string clicks = platform::trayClicks() == platform::TrayClicks::menu
+                                 ? "A double click on its icon opens it, and a single one its menu."
+                                 : "";
   NSWorkspace::shared().deliver({.title = "Velkin is in the tray.",
-                                 .informativeText = keys.empty() ? keys : keys + ".",
+                                 .informativeText = joined(sentence, clicks, " "),
                                  .actionButtonTitle = "Open",
                                  .action = std::move(openPopover)});
 }

@@ -1,12 +1,15 @@
 #include "Controller/StatusItem.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/DispatchQueue.h"
 #include "Platform/FatalError.h"
 #include "Platform/NSApplication.h"
+#include "Platform/TrayClicks.h"
 #include "Values/AppearanceHeight.h"
 #include "Values/AppearanceWidth.h"
 
 #include <string>
+#include <utility>
 
 namespace velkin {
 
@@ -49,10 +52,32 @@ void StatusItem::setUp() {
   button->action = [this] { clicked(); };
   button->sendActionOn =
       NSEvent::mask(NSEvent::EventType::leftMouseUp) | NSEvent::mask(NSEvent::EventType::rightMouseUp);
+  if (platform::trayClicks() == platform::TrayClicks::menu) addWhatAClickDoesElsewhere();
   for (const auto& item : menuBarHelper().menuItems) menu->addItem(item);
   menu->delegate = &menuDelegate_;
   menu->autoenablesItems = false;
   menuBarItem->prepareMenu(menu);
+}
+
+void StatusItem::addWhatAClickDoesElsewhere() {
+  // In a later turn, so that the menu can finish closing.
+  const auto later = [alive = std::weak_ptr(isAlive_)](std::function<void()> work) {
+    return [alive, work = std::move(work)] {
+      platform::DispatchQueue::main().async([alive, work] {
+        if (!alive.expired()) work();
+      });
+    };
+  };
+  menu->addItem(std::make_shared<NSMenuItem>("Open Velkin", later([this] { open(); })));
+  menu->addItem(std::make_shared<NSMenuItem>("Ask…", later([this] {
+                                               if (ask) ask();
+                                             })));
+  menu->addItem(NSMenuItem::separator());
+}
+
+void StatusItem::open() {
+  updatePopoverBehavior(false);
+  if (!content_.popover->isShown()) togglePopover();
 }
 
 void StatusItem::clicked() {

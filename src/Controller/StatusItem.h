@@ -5,6 +5,7 @@
 #include "Platform/NSMenu.h"
 #include "Platform/NSStatusItem.h"
 
+#include <functional>
 #include <memory>
 
 namespace velkin {
@@ -21,10 +22,14 @@ class StatusItem {
   bool isShowingPopUpMenu = false;
   bool isDismissingPopUpMenu = false;
 
+  /// Brings up the search bar. Set before `setUp`.
+  std::function<void()> ask;
+
   /// Made at its first read.
   MenuHelper& menuBarHelper();
 
   /// Gives the icon its look, its action and its menu.
+  /// Where a single click puts up the menu, what it does elsewhere stands above the other items.
   void setUp();
   /// The action of the status item's button.
   void clicked();
@@ -47,11 +52,16 @@ class StatusItem {
   void toggleExperimental();
 
  private:
+  void addWhatAClickDoesElsewhere();
+  void open();
+
   PopoverContent& content_;
   MenuHelperDelegate& actions_;
   platform::NSMenuDelegate& menuDelegate_;
   UserDefaultsHelper defaults_;
   std::unique_ptr<MenuHelper> menuBarHelper_;
+  /// For what comes back in a later turn.
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace velkin

@@ -241,7 +241,8 @@ bool ScratchpadJournalWriter::append(std::string_view record) {
     ++records_;
     return true;
   }
-  // Half a record hides nothing: what comes next is the whole text, in a new file. Taking it back only frees its room.
+  // Half a record hides nothing: what comes next is the whole text, in a new file. Taking it back only frees
+  // its room.
   isBehind_ = true;
   [[maybe_unused]] const int result = ftruncate(file_.number(), static_cast<off_t>(size_));
   return false;

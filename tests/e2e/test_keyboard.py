@@ -113,6 +113,22 @@ class Keyboard(VelkinTestCase):
         self.desktop.key("ctrl+q")
         self.assertEqual(self.velkin.waitForEnd(), 0)
 
+    def testShiftTabAtThePagesFirstControlLeadsToTheToolbar(self):
+        velkin = self.startOnChat()
+        self.openPopover(velkin)
+        page = self.chat.page()
+        page.ask("document.getElementById('text').focus()")
+        waitFor("the page to have the keyboard", lambda: page.ask("document.hasFocus()"), 10)
+        self.desktop.key("shift+Tab")
+        waitFor("the keyboard to leave the page", lambda: not page.ask("document.hasFocus()"), 10)
+        settle(0.3)
+        # From the toolbar's last button back to "Reload".
+        for _ in range(3):
+            self.desktop.key("shift+Tab")
+            settle(0.2)
+        self.desktop.key("space")
+        waitFor("the page to load again", lambda: len(self.chat.loads()) == 2, 15, self.chat.seen)
+
     def testTabLeadsFromTheNotesToDoneAndDoneHasTheKeyboardAtFirst(self):
         self.home.writeSettings(onboardingCompleted=True, releaseNoteVersion=22)
         velkin = self.start()

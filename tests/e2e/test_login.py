@@ -109,11 +109,11 @@ class Login(VelkinTestCase):
         self.assertIs(self.home.readSettings()["startAtLogin"], False)
 
     def toggleBox(self):
-        """By a click on its title, the fourth row from below."""
+        """By a click on its title, the fifth row from below."""
         settle(1)
         about = self.desktop.windows(title="Velkin - About")[0]
         before = self.home.readSettings().get("startAtLogin", False)
-        self.desktop.click(about.x + about.width // 2 + 20, about.bottom - 173)
+        self.desktop.click(about.x + about.width // 2 + 20, about.bottom - 195)
         waitFor("the box to turn", lambda: self.home.readSettings().get("startAtLogin", False) != before, 10,
                 self.home.readSettings)
 

@@ -6,6 +6,7 @@ import time
 from harness import VelkinTestCase, waitFor
 from harness.notified import Notices
 from harness.paths import HARNESS
+from harness.velkin import Home
 from harness.waiting import settle
 
 # The one that has the desktop's bindings.
@@ -176,6 +177,18 @@ class Page(VelkinTestCase):
         window = self.popover()
         self.desktop.picture(self.artefact("reopened.png"))
         self.assertFalse(self.hasToast(window))
+
+    def testWhereAClickOnANoticeHasAButtonTheNoticeHasNoSecondOne(self):
+        notices = Notices(self.session)
+        self.addCleanup(notices.end)
+        for desktop, wanted in (("LXQt", ["default", "Open"]), ("XFCE", ["default", "Open", "open", "Open"])):
+            self.home = Home(self.session.folder / f"home-on-{desktop}")
+            count = len(notices.told("notice"))
+            velkin = self.start(environment={"XDG_CURRENT_DESKTOP": desktop})
+            notice = waitFor("the notice to a new user", lambda: notices.told("notice")[count:], 20, velkin.errorText)[0]
+            self.assertEqual(notice["actions"], wanted)
+            velkin.end()
+            waitFor("the icon to go", lambda: not self.session.trayItems(), 10)
 
     def hasToast(self, window):
         """A notice is dark and stands over the page's lower end; the page is white there, with text."""

@@ -1,8 +1,14 @@
 """The icon in a real tray, and its menu."""
 import signal
+import subprocess
 
 from harness import VelkinTestCase, waitFor
+from harness.paths import HARNESS
+from harness.session import Session
 from harness.waiting import settle
+
+# The one that has the desktop's bindings.
+PYTHON = "/usr/bin/python3"
 
 
 class Tray(VelkinTestCase):
@@ -70,6 +76,56 @@ class Tray(VelkinTestCase):
             waitFor("the popover to follow", lambda: bool(self.popover()) is wanted, 10, self.describeWindows)
         self.session.output("gapplication", "action", "com.tarnvale.Velkin", "quit", check=False)
         self.assertEqual(velkin.waitForEnd(), 0)
+
+    def testASecondStartBeforeAnyClickOpensAtThePanelsCorner(self):
+        self.startOnChat()
+        # As far from there as the screen goes.
+        self.desktop.move(3, self.session.height - 3)
+        self.assertEqual(self.start(wait=False).waitForEnd(), 0)
+        window = self.waitForPopover()
+        self.assertEqual((window.right, window.y), (self.session.width, self.desktop.workArea()[1]))
+
+    def testWhereASingleClickIsTheMenusTheMenuOpensAndAsks(self):
+        self.home.settled()
+        velkin = self.start(environment={"XDG_CURRENT_DESKTOP": "ubuntu:GNOME"})
+        self.assertEqual(list(self.menuItems(velkin))[:2], ["Open Velkin", "Ask…"])
+        self.clickMenuItem(velkin, "Open Velkin")
+        self.waitForPopover()
+        self.chat.page()
+        self.desktop.key("Escape")
+        self.waitForClosed()
+        self.clickMenuItem(velkin, "Ask…")
+        waitFor("the search bar", self.desktop.windows, 15)
+        self.assertIsNone(self.popover())
+
+    def testElsewhereTheMenuBeginsWithTheVersion(self):
+        self.home.settled()
+        for desktop in ("KDE", "XFCE", "Budgie:GNOME", "X-Cinnamon"):
+            velkin = self.start(environment={"XDG_CURRENT_DESKTOP": desktop})
+            self.assertNotIn("Open Velkin", self.menuItems(velkin), desktop)
+            velkin.end()
+            waitFor("the icon to go", lambda: not self.session.trayItems(), 10)
+
+    def testWhereThePanelDrawsItAsItComesTheIconHasTheColourForIt(self):
+        self.home.settled()
+        velkin = self.start(environment={"XDG_CURRENT_DESKTOP": "MATE"})
+
+        def name():
+            told = self.session.call(velkin.icons()[0].split("/")[0], "/StatusNotifierItem",
+                                     "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierItem", "IconName",
+                                     check=False) if velkin.icons() else "no icon"
+            return told.strip()
+
+        self.addCleanup(self.session.environment.pop, "GTK_THEME", None)
+        for theme, wanted in (("Adwaita:dark", "on-dark"), ("Adwaita", "on-light"), ("Adwaita:dark", "on-dark")):
+            self.session.killPanel()
+            self.session.environment["GTK_THEME"] = theme
+            self.session.startPanel()
+            waitFor(f"the icon {wanted}", lambda: name() == f"(<'velkin-diamondgear-{wanted}'>,)", 20, name)
+            waitFor("the panel to draw it", self.session.iconIsDrawn, 10)
+        self.session.killPanel()
+        self.session.environment.pop("GTK_THEME")
+        self.session.startPanel()
 
     def testRightClickHoldsTheOpenPopover(self):
         velkin = self.startOnChat()
@@ -193,3 +249,81 @@ class NoTray(VelkinTestCase):
     def nameIsTaken(self):
         return "true" in self.session.call(
             "org.freedesktop.DBus", "/", "org.freedesktop.DBus.NameHasOwner", "com.tarnvale.Velkin", check=False)
+
+
+class SlowTray(VelkinTestCase):
+    """A busy desktop: the tray is there, and hasn't come to answering."""
+
+    panel = "none"
+
+    def setUp(self):
+        super().setUp()
+        self.tray = subprocess.Popen([PYTHON, HARNESS / "slowtray.py"], env=self.session.environment,
+                                     stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(self.endTray)
+        self.assertEqual(self.tray.stdout.readline(), "ready\n")
+
+    def endTray(self):
+        self.tray.stdin.close()
+        self.tray.wait(10)
+        self.tray.stdout.close()
+
+    def answer(self, whether):
+        self.tray.stdin.write(f"{whether}\n")
+        self.tray.stdin.flush()
+
+    def begin(self):
+        self.home.settled()
+        velkin = self.start(wait=False)
+        self.assertEqual(self.tray.stdout.readline(), "asked\n")
+        # Longer than the program waits for a tray that has answered.
+        settle(7)
+        self.assertEqual(self.desktop.windows(), [], "it is told before it is known")
+        return velkin
+
+    def testThatThereIsNoTrayIsNotToldBeforeItsAnswer(self):
+        velkin = self.begin()
+        self.answer("yes")
+        waitFor("the program to hear of it", lambda: "The tray shows the icon" in velkin.errorText(), 15,
+                velkin.errorText)
+        settle(6)
+        self.assertEqual(self.desktop.windows(), [])
+
+    def testItIsToldBehindTheAnswer(self):
+        self.begin()
+        self.answer("no")
+        waitFor("a notice that there is no tray", self.desktop.windows, 20)
+
+
+class TwoMonitors(VelkinTestCase):
+    @classmethod
+    def makeSession(cls):
+        return Session(cls.panel, cls.screen, monitors=2)
+
+    def searchBar(self):
+        found = [w for w in self.desktop.windows() if w.title != "Velkin" and not w.overrideRedirect]
+        return found[0] if found else None
+
+    def monitorOfSearchBar(self):
+        self.desktop.key("ctrl+shift+r")
+        window = waitFor("the search bar", self.searchBar, 15, self.describeWindows)
+        self.desktop.key("Escape")
+        waitFor("the search bar to go", lambda: not self.searchBar(), 10, self.describeWindows)
+        return "left" if window.centre[0] < 1280 else "right"
+
+    def testTheSearchBarComesWhereTheKeyboardIsFailingThatWhereThePointerIs(self):
+        self.startOnChat()
+        for x, monitor, pointer in ((200, "left", 2000), (1500, "right", 400)):
+            other = self.desktop.openOtherWindow(x, 400)
+            window = waitFor("another program", lambda: self.desktop.windows(title="Event Tester"), 10)[0]
+            self.desktop.click(*window.centre)
+            waitFor("it to have the keyboard", lambda: self.desktop.activeWindow() == window.id, 10)
+            self.desktop.move(pointer, 700)
+            self.assertEqual(self.monitorOfSearchBar(), monitor)
+            other.kill()
+            other.wait()
+            waitFor("it to go", lambda: not self.desktop.windows(title="Event Tester"), 10)
+        # The window manager may go on naming the window that is gone.
+        for x, monitor in ((400, "left"), (2000, "right")):
+            self.desktop.click(x, 700)
+            self.assertEqual(self.monitorOfSearchBar(), monitor)

@@ -32,8 +32,8 @@ class Installed(VelkinTestCase):
         waitFor("About", lambda: self.desktop.windows(title="Velkin - About"), 15)
         settle(1)
         about = self.desktop.windows(title="Velkin - About")[0]
-        # The box's title is the fourth row from below.
-        self.desktop.click(about.x + about.width // 2 + 20, about.bottom - 173)
+        # The box's title is the fifth row from below.
+        self.desktop.click(about.x + about.width // 2 + 20, about.bottom - 195)
         entry = self.home.config / "autostart" / "com.tarnvale.VelkinLauncher.desktop"
         waitFor("the autostart entry", entry.exists, 10)
         self.assertIn("Exec=/usr/bin/VelkinLauncher\n", entry.read_text())

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/DesktopPictures.h"
 
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/SessionKind.h"
 #include "Platform/WholeFile.h"
 
 #include <algorithm>
@@ -31,17 +32,6 @@ std::optional<std::string> pathOf(const std::string& stored) {
   const GStringPtr path(g_filename_from_uri(stored.c_str(), nullptr, nullptr));
   if (!path) return std::nullopt;
   return std::string(path.get());
-}
-
-bool isDesktop(std::string_view name) {
-  const char* list = std::getenv("XDG_CURRENT_DESKTOP");
-  std::string_view rest = list != nullptr ? list : "";
-  while (!rest.empty()) {
-    const auto end = std::min(rest.find(':'), rest.size());
-    if (rest.substr(0, end) == name) return true;
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-  }
-  return false;
 }
 
 /// What a scheme of settings says, if there is such a scheme and such a key.

@@ -3,6 +3,7 @@
 #include "Platform/DebugLog.h"
 #include "Platform/Gtk/DesktopPictures.h"
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/SessionKind.h"
 #include "Platform/Gtk/X11Desktop.h"
 #include "Platform/LogText.h"
 #include "Platform/NSAppearance.h"
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <iterator>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include <gdk/gdk.h>
@@ -128,6 +130,8 @@ void GtkWorkspace::deliver(NSUserNotification notification) {
   g_variant_builder_init(&actions, G_VARIANT_TYPE("as"));
   if (!notification.actionButtonTitle.empty()) {
     for (const char* name : {"default", "open"}) {
+      // LXQt has a button for the click on the notice itself too.
+      if (isDesktop("LXQt") && std::string_view(name) != "default") continue;
       g_variant_builder_add(&actions, "s", name);
       g_variant_builder_add(&actions, "s", notification.actionButtonTitle.c_str());
     }

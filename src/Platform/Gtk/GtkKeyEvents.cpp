@@ -117,8 +117,8 @@ void noteKey(guint keycode, bool isPress, bool isSuper) {
   }
 }
 
-/// The releases of keys that are held while a window of ours loses the keyboard go elsewhere. For the monitors such a key
-/// is up: one that opened a dialogue would else seem held when the next key comes.
+/// The releases of keys that are held while a window of ours loses the keyboard go elsewhere. For the
+/// monitors such a key is up: one that opened a dialogue would else seem held when the next key comes.
 void forgetKeys() {
   keysDown.clear();
   superKeysDown.clear();

@@ -25,6 +25,7 @@
 #include "Platform/Gtk/X11HotKeyGrabs.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSScreen.h"
+#include "Platform/TrayClicks.h"
 #include "Platform/WholeFile.h"
 #include "platform/BundleInfo.h"
 
@@ -59,6 +60,8 @@ constexpr double trayPatience = 4;
 /// How long what the program was started for waits for the tray.
 constexpr double startPatience = 2;
 /// The toolkit waits for the tray's answer at the most this long.
+/// Time for a panel that has just come up to paint itself.
+constexpr double paintingTime = 2;
 constexpr double registrationPatience = 0.3;
 
 constexpr std::size_t longestFatalError = 4096;
@@ -175,6 +178,8 @@ std::optional<NSScreen> GtkPlatform::mainScreen() const {
 }
 
 std::unique_ptr<NSStatusItem> GtkPlatform::makeStatusItem(double length) {
+  // Its tray, an extension, keeps the single click for the menu.
+  setTrayClicks(isGnomeShell() ? TrayClicks::menu : TrayClicks::action);
   auto item = std::make_unique<StatusNotifierItem>(
       length, application_.connection(),
       StatusNotifierItem::Events{[this] { queue_.async([this] { startToolkit(); }); },
@@ -189,7 +194,11 @@ std::unique_ptr<NSStatusItem> GtkPlatform::makeStatusItem(double length) {
                                     X11Desktop::scale(), X11Desktop::isOnPanel(pointer));
     return {static_cast<double>(pixel.x), static_cast<double>(pixel.y)};
   };
-  statusItem_->shouldIgnoreClick = [this] { return popover_ != nullptr && popover_->wasClosedByThisClick(); };
+  statusItem_->shouldIgnoreClick = [this] {
+    // A user who changes the panel's colours finds the icon's changed by the next click.
+    if (isToolkitRunning_) colourIcon();
+    return popover_ != nullptr && popover_->wasClosedByThisClick();
+  };
   queue_.asyncAfter(registrationPatience, [this] { startToolkit(); });
   startTimer_ = queue_.timer(startPatience, [this] { application_.startHasEnded(); });
   if (application_.connection() == nullptr) awaitTray();
@@ -211,9 +220,18 @@ void GtkPlatform::trayChanged(bool hasTray) {
   if (!hasTray) return;
   // What was asked for during the start happens at the icon.
   queue_.async([this] { application_.startHasEnded(); });
+  whenToolkitReady([this] { colourIcon(); });
+  queue_.asyncAfter(paintingTime, [this] { whenToolkitReady([this] { colourIcon(); }); });
   // A tray that goes once it was there is one that starts anew.
   trayTimer_.reset();
   if (noTrayNotice_ != nullptr) gtk_window_destroy(GTK_WINDOW(noTrayNotice_));
+}
+
+void GtkPlatform::colourIcon() {
+  // Their panels draw symbolic icons as they come. Others colour them.
+  const bool drawsAsItComes = isDesktop("MATE") || isDesktop("LXQt");
+  if (!drawsAsItComes || statusItem_ == nullptr || !X11Desktop::isAvailable() || isWaylandSession()) return;
+  statusItem_->setPanelLuminance(X11Desktop::panelLuminance());
 }
 
 void GtkPlatform::tellThatThereIsNoTray() {

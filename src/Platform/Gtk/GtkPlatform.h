@@ -74,6 +74,7 @@ class GtkPlatform : public Platform {
   bool hasTray() const;
   void awaitTray();
   void trayChanged(bool hasTray);
+  void colourIcon();
   void tellThatThereIsNoTray();
 
   GtkMainQueue queue_;

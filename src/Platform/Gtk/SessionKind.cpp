@@ -1,5 +1,6 @@
 #include "Platform/Gtk/SessionKind.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <string_view>
 
@@ -10,5 +11,18 @@ bool isWaylandSession() {
   return std::getenv("WAYLAND_DISPLAY") != nullptr ||
          (type != nullptr && std::string_view(type) == "wayland");
 }
+
+bool isDesktop(std::string_view name) {
+  const char* list = std::getenv("XDG_CURRENT_DESKTOP");
+  std::string_view rest = list != nullptr ? list : "";
+  while (!rest.empty()) {
+    const auto end = std::min(rest.find(':'), rest.size());
+    if (rest.substr(0, end) == name) return true;
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+  return false;
+}
+
+bool isGnomeShell() { return isDesktop("GNOME") && !isDesktop("Budgie") && !isDesktop("X-Cinnamon"); }
 
 }  // namespace platform

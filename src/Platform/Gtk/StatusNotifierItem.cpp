@@ -4,12 +4,11 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkAssets.h"
 #include "Platform/Gtk/ProgramFolders.h"
+#include "Platform/Gtk/SessionKind.h"
 #include "Platform/LogText.h"
 #include "Platform/NSApplication.h"
 
 #include <array>
-#include <cstdlib>
-#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -50,11 +49,19 @@ constexpr const char* introspection = R"xml(<node><interface name="org.kde.Statu
   <signal name="NewStatus"><arg type="s"/></signal>
 </interface></node>)xml";
 
+using Colour = std::array<guint8, 3>;
+
 /// Seen on light and on dark panels alike, for hosts that take pixels only and can't colour a shape.
-constexpr std::array<guint8, 3> neutralGrey = {0x9a, 0x99, 0x96};
+constexpr Colour neutralGrey = {0x9a, 0x99, 0x96};
+/// Those of the pictures for light panels, and for dark ones.
+constexpr Colour dark = {0x2e, 0x34, 0x36};
+constexpr Colour light = {0xee, 0xee, 0xec};
+
+/// Black and white stand out from a panel of this luminance alike.
+constexpr double betweenDarkAndLight = 0.179;
 
 /// One entry of IconPixmap: the picture's shape in A, R, G, B bytes.
-GVariant* pixmap(const std::string& file, int size) {
+GVariant* pixmap(const std::string& file, int size, const Colour& colour) {
   const auto picture =
       GObjectPtr<GdkPixbuf>::adopt(gdk_pixbuf_new_from_file_at_size(file.c_str(), size, size, nullptr));
   if (!picture || gdk_pixbuf_get_has_alpha(picture.get()) == FALSE) return nullptr;
@@ -68,19 +75,19 @@ GVariant* pixmap(const std::string& file, int size) {
     for (int x = 0; x < width; ++x) {
       const guint8* pixel = pixels + static_cast<std::size_t>(y) * stride + static_cast<std::size_t>(x) * 4;
       g_variant_builder_add(&bytes, "y", pixel[3]);
-      for (const auto component : neutralGrey) g_variant_builder_add(&bytes, "y", component);
+      for (const auto component : colour) g_variant_builder_add(&bytes, "y", component);
     }
   }
   return g_variant_new("(ii@ay)", width, height, g_variant_builder_end(&bytes));
 }
 
 /// Cinnamon's panel takes a file with "symbolic" in its path for a name in the theme, and draws nothing.
-std::string iconName(const std::string& image) {
-  const char* desktop = std::getenv("XDG_CURRENT_DESKTOP");
-  const bool isCinnamon = desktop != nullptr && std::strstr(desktop, "Cinnamon") != nullptr;
+std::string iconName(const std::string& image, std::optional<bool> isForLightPanels) {
+  const bool isCinnamon = isDesktop("X-Cinnamon") || isDesktop("Cinnamon");
   auto name = iconNameOfStatusImage(image);
   constexpr std::string_view ending = "-symbolic";
-  if (isCinnamon && name.ends_with(ending)) name.erase(name.size() - ending.size());
+  if ((isCinnamon || isForLightPanels) && name.ends_with(ending)) name.erase(name.size() - ending.size());
+  if (isForLightPanels) name += *isForLightPanels ? "-on-light" : "-on-dark";
   return name;
 }
 
@@ -324,14 +331,16 @@ GVariant* StatusNotifierItem::property(const std::string& name) const {
   if (name == "Title") return g_variant_new_string("Velkin");
   if (name == "Status") return g_variant_new_string("Active");
   if (name == "WindowId") return g_variant_new_int32(0);
-  if (name == "IconName") return g_variant_new_string(iconName(button_->image.name).c_str());
+  if (name == "IconName")
+    return g_variant_new_string(iconName(button_->image.name, isForLightPanels_).c_str());
   if (name == "IconThemePath") return g_variant_new_string(icons.c_str());
   if (name == "IconPixmap") {
+    const Colour& colour = !isForLightPanels_ ? neutralGrey : *isForLightPanels_ ? dark : light;
     GVariantBuilder pictures;
     g_variant_builder_init(&pictures, G_VARIANT_TYPE("a(iiay)"));
     for (const int size : {16, 22, 44}) {
-      if (GVariant* picture =
-              pixmap((icons / (iconNameOfStatusImage(button_->image.name) + ".svg")).string(), size)) {
+      if (GVariant* picture = pixmap((icons / (iconNameOfStatusImage(button_->image.name) + ".svg")).string(),
+                                     size, colour)) {
         g_variant_builder_add_value(&pictures, picture);
       }
     }
@@ -343,6 +352,14 @@ GVariant* StatusNotifierItem::property(const std::string& name) const {
   if (name == "ItemIsMenu") return g_variant_new_boolean(FALSE);
   if (name == "Menu") return g_variant_new_object_path(StatusMenuExporter::objectPath);
   return nullptr;
+}
+
+void StatusNotifierItem::setPanelLuminance(std::optional<double> luminance) {
+  std::optional<bool> isForLightPanels;
+  if (luminance) isForLightPanels = *luminance > betweenDarkAndLight;
+  if (isForLightPanels_ == isForLightPanels) return;
+  isForLightPanels_ = isForLightPanels;
+  iconChanged();
 }
 
 void StatusNotifierItem::iconChanged() {

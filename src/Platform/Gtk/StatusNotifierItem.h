@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <gio/gio.h>
@@ -40,6 +41,9 @@ class StatusNotifierItem : public NSStatusItem {
   bool hasTray() const noexcept { return hasTray_; }
   /// Where the last click was, in device pixels of the root window; (0, 0) if the panel didn't say.
   NSPoint lastClick() const noexcept { return lastClick_; }
+  /// The colour of the icon for panels that draw it as it comes: by how bright they are (0 to 1), or, where
+  /// that isn't known, one that is seen on all of them.
+  void setPanelLuminance(std::optional<double> luminance);
   /// Runs the work when there may be windows; until it is set there is no menu but the panel's.
   std::function<void(std::function<void()>)> whenToolkitReady;
   /// Makes device pixels of what the panel told of a click.
@@ -88,6 +92,8 @@ class StatusNotifierItem : public NSStatusItem {
   unsigned hostSignal_ = 0;
   bool hasTray_ = false;
   bool isSettled_ = false;
+  /// Whether the icon is for light panels, or for dark ones; nothing: for any.
+  std::optional<bool> isForLightPanels_;
   NSPoint lastClick_;
   NSEvent::MonitorToken keyMonitor_;
 };

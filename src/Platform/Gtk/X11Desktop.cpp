@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstddef>
 #include <span>
 #include <string>
+#include <utility>
 
 #include <X11/XKBlib.h>
 #include <X11/Xatom.h>
@@ -92,6 +95,50 @@ std::vector<PixelRect> workAreasToldByManager(bool hasStruts, std::size_t countO
   return areas;
 }
 
+/// What the strut's panel covers, of a screen of this size.
+PixelRect rectOf(const Strut& strut, int width, int height) {
+  const auto along = [&](int limit) {
+    const int start = std::clamp(strut.start, 0, limit);
+    return std::pair(start, std::clamp(strut.end + 1, start, limit));
+  };
+  const auto [left, right] = along(width);
+  const auto [top, bottom] = along(height);
+  switch (strut.edge) {
+    case Strut::Edge::left:
+      return {0, top, std::min(strut.depth, width), bottom - top};
+    case Strut::Edge::right:
+      return {width - std::min(strut.depth, width), top, std::min(strut.depth, width), bottom - top};
+    case Strut::Edge::top:
+      return {left, 0, right - left, std::min(strut.depth, height)};
+    case Strut::Edge::bottom:
+      return {left, height - std::min(strut.depth, height), right - left, std::min(strut.depth, height)};
+  }
+  return {};
+}
+
+/// A colour's part in `pixel`, 0 to 1, in the proportions of light.
+double lightOf(unsigned long pixel, unsigned long mask) {
+  if (mask == 0) return 0;
+  const double part = static_cast<double>(pixel & mask) / static_cast<double>(mask);
+  return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+}
+
+void addLuminances(const PixelRect& area, std::vector<double>& values) {
+  if (area.width <= 0 || area.height <= 0) return;
+  XImage* image =
+      XGetImage(xDisplay(), DefaultRootWindow(xDisplay()), area.x, area.y, static_cast<unsigned>(area.width),
+                static_cast<unsigned>(area.height), AllPlanes, ZPixmap);
+  if (image == nullptr) return;
+  for (int y = 0; y < area.height; ++y) {
+    for (int x = 0; x < area.width; ++x) {
+      const auto pixel = XGetPixel(image, x, y);
+      values.push_back(0.2126 * lightOf(pixel, image->red_mask) + 0.7152 * lightOf(pixel, image->green_mask) +
+                       0.0722 * lightOf(pixel, image->blue_mask));
+    }
+  }
+  XDestroyImage(image);
+}
+
 /// True if X gave the identifier to GDK's own connection.
 bool isOwn(Window window) {
   const auto* setup = xcb_get_setup(XGetXCBConnection(xDisplay()));
@@ -114,6 +161,19 @@ int X11Desktop::scale() {
     g_object_unref(monitor);
   }
   return most;
+}
+
+std::optional<double> X11Desktop::panelLuminance() {
+  const ErrorTrap trap;
+  const int screen = DefaultScreen(xDisplay());
+  std::vector<double> values;
+  for (const auto& strut : struts()) {
+    addLuminances(rectOf(strut, DisplayWidth(xDisplay(), screen), DisplayHeight(xDisplay(), screen)), values);
+  }
+  if (values.empty()) return std::nullopt;
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
 }
 
 std::vector<PixelRect> X11Desktop::monitors(std::size_t& primary) {

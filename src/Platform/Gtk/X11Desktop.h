@@ -29,6 +29,9 @@ class X11Desktop {
   /// True if the point is where a panel keeps other windows away.
   static bool isOnPanel(PixelPoint point);
   static int scale();
+  /// How bright the desktop's panels are, 0 (black) to 1, by the middle one of their pixels on the screen;
+  /// nothing where no panel keeps windows away.
+  static std::optional<double> panelLuminance();
 
   /// Keeps a realized window out of task bars and pagers, or lets it in.
   static void setSkipsTaskbar(GtkWindow* window, bool skips);

@@ -10,12 +10,13 @@ from .paths import SESSION
 class Session:
     """Lives from construction to stop(). `environment` is what a program needs to run in it."""
 
-    def __init__(self, panel="top", screen="1280x900", desktop="x11", environment=None):
+    def __init__(self, panel="top", screen="1280x900", desktop="x11", environment=None, monitors=1):
         self.panelPosition = panel
         self.width, self.height = (int(part) for part in screen.split("x"))
         # The command only tells its environment; the session ends when its standard input does.
         self._process = subprocess.Popen(
-            [SESSION / "tray-session", "--desktop", desktop, "--panel", panel, "--screen", screen, "--",
+            [SESSION / "tray-session", "--desktop", desktop, "--panel", panel, "--screen", screen,
+             "--monitors", str(monitors), "--",
              "sh", "-c", r"env -0; printf 'READY\0'; exec cat >/dev/null"],
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, start_new_session=True,
             env=dict(os.environ, **(environment or {})))
