@@ -91,8 +91,8 @@ std::string isolatedContentSecurityPolicy(const std::vector<std::string>& script
 WebKitWebContext* makeIsolatedContext() {
   // Megabytes. From half of it on a process collects its garbage whenever it looks; a page at rest stays
   // below.
-  constexpr guint limit = 200;
-  constexpr double secondsBetweenLooks = 10;
+  constexpr guint limit = 120;
+  constexpr double secondsBetweenLooks = 5;
   auto* settings = webkit_memory_pressure_settings_new();
   webkit_memory_pressure_settings_set_memory_limit(settings, limit);
   webkit_memory_pressure_settings_set_poll_interval(settings, secondsBetweenLooks);
