@@ -20,6 +20,7 @@
 #include "Platform/Gtk/SessionKind.h"
 #include "Platform/Gtk/SoupURLSession.h"
 #include "Platform/Gtk/StatusNotifierItem.h"
+#include "Platform/Gtk/Toolkit.h"
 #include "Platform/Gtk/WebEngine.h"
 #include "Platform/Gtk/X11Desktop.h"
 #include "Platform/Gtk/X11HotKeyGrabs.h"
@@ -102,7 +103,7 @@ GtkPlatform::GtkPlatform()
 }
 
 GtkPlatform::~GtkPlatform() {
-  if (noTrayNotice_ != nullptr) gtk_window_destroy(GTK_WINDOW(noTrayNotice_));
+  if (const auto takeBack = std::exchange(takeNoTrayNoticeBack_, {})) takeBack();
   install(nullptr);
 }
 
@@ -224,7 +225,7 @@ void GtkPlatform::trayChanged(bool hasTray) {
   queue_.asyncAfter(paintingTime, [this] { whenToolkitReady([this] { colourIcon(); }); });
   // A tray that goes once it was there is one that starts anew.
   trayTimer_.reset();
-  if (noTrayNotice_ != nullptr) gtk_window_destroy(GTK_WINDOW(noTrayNotice_));
+  if (const auto takeBack = std::exchange(takeNoTrayNoticeBack_, {})) takeBack();
 }
 
 void GtkPlatform::colourIcon() {
@@ -238,19 +239,13 @@ void GtkPlatform::tellThatThereIsNoTray() {
   if (std::exchange(hasToldOfNoTray_, true)) return;
   startToolkit();
   debugLog("GtkPlatform", "tellThatThereIsNoTray()", "This desktop has no system tray");
-  GtkWidget* notice = adw_message_dialog_new(nullptr, "There is no system tray", nullptr);
-  adw_message_dialog_set_body(
-      ADW_MESSAGE_DIALOG(notice),
-      "Velkin runs, but this desktop shows no tray icons. Start Velkin again to open its "
-      "window, and once more to close it. The icon appears as soon as there is a tray.");
-  adw_message_dialog_add_responses(ADW_MESSAGE_DIALOG(notice), "close", "Close", nullptr);
-  gtk_window_set_title(GTK_WINDOW(notice), "Velkin");
-  noTrayNotice_ = notice;
-  g_signal_connect(notice, "destroy", G_CALLBACK(+[](GtkWidget*, gpointer self) {
-                     static_cast<GtkPlatform*>(self)->noTrayNotice_ = nullptr;
-                   }),
-                   this);
-  gtk_window_present(GTK_WINDOW(notice));
+  takeNoTrayNoticeBack_ = toolkit::ask(
+      nullptr,
+      NSAlert{"There is no system tray",
+              "Velkin runs, but this desktop shows no tray icons. Start Velkin again to open its "
+              "window, and once more to close it. The icon appears as soon as there is a tray.",
+              {{"Close", NSAlert::Button::Role::cancel}}},
+      [this](std::size_t) { takeNoTrayNoticeBack_ = {}; });
 }
 
 std::unique_ptr<NSPopover> GtkPlatform::makePopover() {

@@ -93,7 +93,8 @@ class GtkPlatform : public Platform {
   std::vector<std::function<void()>> waitingForToolkit_;
   std::unique_ptr<Timer> trayTimer_;
   std::unique_ptr<Timer> startTimer_;
-  GtkWidget* noTrayNotice_ = nullptr;
+  /// Set while the notice is up.
+  std::function<void()> takeNoTrayNoticeBack_;
   StatusNotifierItem* statusItem_ = nullptr;
   PopoverWindow* popover_ = nullptr;
   bool isToolkitRunning_ = false;

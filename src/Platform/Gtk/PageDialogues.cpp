@@ -3,6 +3,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/PageQuestions.h"
 #include "Platform/Gtk/PageState.h"
+#include "Platform/Gtk/Toolkit.h"
 
 #include <functional>
 #include <memory>
@@ -22,44 +23,28 @@ class FileChoice : public PageDialogue {
       : view_(view),
         request_(GObjectPtr<WebKitFileChooserRequest>::retain(request)),
         pin_(engine.popover().keepOpen()) {
-    const bool takesSeveral = webkit_file_chooser_request_get_select_multiple(request);
-    dialog_ = GObjectPtr<GtkFileChooserNative>::adopt(
-        gtk_file_chooser_native_new(takesSeveral ? "Choose Files" : "Choose a File", windowOf(view),
-                                    GTK_FILE_CHOOSER_ACTION_OPEN, nullptr, nullptr));
-    gtk_native_dialog_set_modal(GTK_NATIVE_DIALOG(dialog_.get()), TRUE);
-    gtk_file_chooser_set_select_multiple(GTK_FILE_CHOOSER(dialog_.get()), takesSeveral);
-    if (GtkFileFilter* filter = webkit_file_chooser_request_get_mime_types_filter(request))
-      gtk_file_chooser_set_filter(GTK_FILE_CHOOSER(dialog_.get()), filter);
-    g_signal_connect(dialog_.get(), "response",
-                     G_CALLBACK(+[](GtkNativeDialog*, int response, gpointer self) {
-                       static_cast<FileChoice*>(self)->chosen(response == GTK_RESPONSE_ACCEPT);
-                     }),
-                     this);
-    gtk_native_dialog_show(GTK_NATIVE_DIALOG(dialog_.get()));
+    const bool takesSeveral = webkit_file_chooser_request_get_select_multiple(request) != FALSE;
+    dismiss_ = toolkit::askForFiles(windowOf(view),
+                                    {.title = takesSeveral ? "Choose Files" : "Choose a File",
+                                     .takesSeveral = takesSeveral,
+                                     .filter = webkit_file_chooser_request_get_mime_types_filter(request)},
+                                    [this](const std::vector<std::string>& paths) { chosen(paths); });
   }
 
   ~FileChoice() override {
-    g_signal_handlers_disconnect_by_data(dialog_.get(), this);
-    gtk_native_dialog_destroy(GTK_NATIVE_DIALOG(dialog_.get()));
+    if (dismiss_) dismiss_();
     if (request_) webkit_file_chooser_request_cancel(request_.get());
   }
 
  private:
-  void chosen(bool isAccepted) {
-    if (isAccepted) select();
+  void chosen(const std::vector<std::string>& paths) {
+    dismiss_ = {};
+    if (!paths.empty()) select(paths);
     PageState::of(view_).end(this);
   }
 
-  void select() {
+  void select(const std::vector<std::string>& paths) {
     const auto request = std::exchange(request_, {});
-    const auto files =
-        GObjectPtr<GListModel>::adopt(gtk_file_chooser_get_files(GTK_FILE_CHOOSER(dialog_.get())));
-    std::vector<std::string> paths;
-    for (guint i = 0; i < g_list_model_get_n_items(files.get()); ++i) {
-      const auto file = GObjectPtr<GFile>::adopt(G_FILE(g_list_model_get_item(files.get(), i)));
-      const GStringPtr path(g_file_get_path(file.get()));
-      if (path) paths.emplace_back(path.get());
-    }
     std::vector<const char*> pointers;
     pointers.reserve(paths.size() + 1);
     for (const auto& path : paths) pointers.push_back(path.c_str());
@@ -70,7 +55,7 @@ class FileChoice : public PageDialogue {
   WebKitWebView* view_;
   GObjectPtr<WebKitFileChooserRequest> request_;
   std::shared_ptr<void> pin_;
-  GObjectPtr<GtkFileChooserNative> dialog_;
+  toolkit::Dismiss dismiss_;
 };
 
 gboolean runFileChooser(WebKitWebView* view, WebKitFileChooserRequest* request, gpointer engine) {

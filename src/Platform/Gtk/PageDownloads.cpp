@@ -3,6 +3,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/PageState.h"
 #include "Platform/Gtk/PermissionWishes.h"
+#include "Platform/Gtk/Toolkit.h"
 
 #include <memory>
 #include <string>
@@ -10,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include <adwaita.h>
+#include <gtk/gtk.h>
 
 namespace platform {
 
@@ -20,15 +21,14 @@ class DownloadQuestion : public PageDialogue {
  public:
   DownloadQuestion(WebKitWebView* view, WebEngine& engine)
       : view_(view), engine_(engine), site_(originOf(view)), pin_(engine.popover().keepOpen()) {
-    dialog_ = adw_message_dialog_new(windowOf(view), "Allow this site to download several files?",
-                                     (site_ + "\n\nVelkin will remember your answer for this site.").c_str());
-    auto* dialog = ADW_MESSAGE_DIALOG(dialog_);
-    adw_message_dialog_add_responses(dialog, "block", "Block", "allow", "Allow", nullptr);
-    adw_message_dialog_set_response_appearance(dialog, "allow", ADW_RESPONSE_SUGGESTED);
-    adw_message_dialog_set_default_response(dialog, "block");
-    adw_message_dialog_set_close_response(dialog, "later");
-    g_signal_connect(dialog_, "response",
-                     G_CALLBACK(+[](AdwMessageDialog*, const char* response, gpointer self) {
+    dialog_ = toolkit::makePageQuestion(
+        windowOf(view), {.heading = "Allow this site to download several files?",
+                         .body = site_ + "\n\nVelkin will remember your answer for this site.",
+                         .responses = {{"block", "Block"}, {"allow", "Allow"}},
+                         .suggested = "allow",
+                         .byDefault = "block",
+                         .byClosing = "later"});
+    g_signal_connect(dialog_, "response", G_CALLBACK(+[](GtkWidget*, const char* response, gpointer self) {
                        static_cast<DownloadQuestion*>(self)->answered(response);
                      }),
                      this);

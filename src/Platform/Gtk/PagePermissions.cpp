@@ -3,6 +3,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/PageState.h"
 #include "Platform/Gtk/PermissionWishes.h"
+#include "Platform/Gtk/Toolkit.h"
 
 #include <deque>
 #include <memory>
@@ -72,16 +73,14 @@ class PermissionQuestions : public PageDialogue {
   }
 
   void showNext() {
-    const std::string heading = "Allow this site to " + std::string(asked_.front().wish.text) + "?";
-    dialog_ = adw_message_dialog_new(windowOf(view_), heading.c_str(),
-                                     (site_ + "\n\nVelkin will remember your answer for this site.").c_str());
-    auto* dialog = ADW_MESSAGE_DIALOG(dialog_);
-    adw_message_dialog_add_responses(dialog, "block", "Block", "allow", "Allow", nullptr);
-    adw_message_dialog_set_response_appearance(dialog, "allow", ADW_RESPONSE_SUGGESTED);
-    adw_message_dialog_set_default_response(dialog, "block");
-    adw_message_dialog_set_close_response(dialog, "later");
-    g_signal_connect(dialog_, "response",
-                     G_CALLBACK(+[](AdwMessageDialog*, const char* response, gpointer self) {
+    dialog_ = toolkit::makePageQuestion(
+        windowOf(view_), {.heading = "Allow this site to " + std::string(asked_.front().wish.text) + "?",
+                          .body = site_ + "\n\nVelkin will remember your answer for this site.",
+                          .responses = {{"block", "Block"}, {"allow", "Allow"}},
+                          .suggested = "allow",
+                          .byDefault = "block",
+                          .byClosing = "later"});
+    g_signal_connect(dialog_, "response", G_CALLBACK(+[](GtkWidget*, const char* response, gpointer self) {
                        static_cast<PermissionQuestions*>(self)->answered(response);
                      }),
                      this);
@@ -187,13 +186,11 @@ class PermissionsPage : public PageDialogue {
  public:
   PermissionsPage(WebKitWebView* view, WebEngine& engine)
       : view_(view), engine_(engine), site_(originOf(view)), pin_(engine.popover().keepOpen()) {
-    window_ = GTK_WINDOW(adw_preferences_window_new());
+    window_ = toolkit::makeSettingsWindow(content());
     gtk_window_set_title(window_, "Permissions");
     gtk_window_set_default_size(window_, 440, 360);
     gtk_window_set_modal(window_, TRUE);
     if (auto* parent = windowOf(view)) gtk_window_set_transient_for(window_, parent);
-    adw_preferences_window_set_search_enabled(ADW_PREFERENCES_WINDOW(window_), FALSE);
-    fill();
     GtkEventController* keys = gtk_event_controller_key_new();
     g_signal_connect(keys, "key-pressed",
                      G_CALLBACK(+[](GtkEventControllerKey*, guint keyval, guint, GdkModifierType,
@@ -227,7 +224,7 @@ class PermissionsPage : public PageDialogue {
     std::string kind;
   };
 
-  void fill() {
+  GtkWidget* content() {
     GtkWidget* page = adw_preferences_page_new();
     GtkWidget* group = adw_preferences_group_new();
     adw_preferences_group_set_title(ADW_PREFERENCES_GROUP(group), site_.c_str());
@@ -243,7 +240,7 @@ class PermissionsPage : public PageDialogue {
         isEmpty ? "You have not allowed or refused anything to this site yet."
                 : "What you allowed and refused to this site. A change holds at once.");
     adw_preferences_page_add(ADW_PREFERENCES_PAGE(page), ADW_PREFERENCES_GROUP(group));
-    adw_preferences_window_add(ADW_PREFERENCES_WINDOW(window_), ADW_PREFERENCES_PAGE(page));
+    return page;
   }
 
   GtkWidget* row(const PermissionWish& wish, bool isAllowed) {

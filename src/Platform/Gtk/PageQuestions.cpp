@@ -4,6 +4,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/PageState.h"
+#include "Platform/Gtk/Toolkit.h"
 #include "Platform/LogText.h"
 #include "Platform/URL.h"
 
@@ -13,7 +14,7 @@
 #include <string_view>
 #include <utility>
 
-#include <adwaita.h>
+#include <gtk/gtk.h>
 
 namespace platform {
 
@@ -144,21 +145,20 @@ class ScriptQuestions : public PageDialogue {
     const auto type = webkit_script_dialog_get_dialog_type(asked_);
     const bool isForLeaving = type == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM;
     pin_ = engine_.popover().keepOpenUnlessClosed();
-    const auto heading = isForLeaving ? std::string("Leave this page?") : siteOf(view_) + " says";
-    dialog_ = adw_message_dialog_new(windowOf(view_), heading.c_str(), nullptr);
-    auto* dialog = ADW_MESSAGE_DIALOG(dialog_);
-    gtk_window_set_title(GTK_WINDOW(dialog_), heading.c_str());
-    adw_message_dialog_set_extra_child(dialog, content(type));
-    if (type != WEBKIT_SCRIPT_DIALOG_ALERT)
-      adw_message_dialog_add_response(dialog, cancelId, isForLeaving ? "Stay" : "Cancel");
-    adw_message_dialog_add_response(dialog, confirmId, isForLeaving ? "Leave" : "OK");
+    const bool isAlert = type == WEBKIT_SCRIPT_DIALOG_ALERT;
+    toolkit::PageQuestion question{.heading = isForLeaving ? "Leave this page?" : siteOf(view_) + " says",
+                                   .body = {},
+                                   .content = content(type),
+                                   .responses = {},
+                                   .suggested = confirmId,
+                                   .byDefault = confirmId,
+                                   .byClosing = isAlert ? confirmId : cancelId};
+    if (!isAlert) question.responses.push_back({cancelId, isForLeaving ? "Stay" : "Cancel"});
+    question.responses.push_back({confirmId, isForLeaving ? "Leave" : "OK"});
     if (inRow_ >= manyInRow && !isForLeaving)
-      adw_message_dialog_add_response(dialog, silenceId, "_Stop this page from asking");
-    adw_message_dialog_set_response_appearance(dialog, confirmId, ADW_RESPONSE_SUGGESTED);
-    adw_message_dialog_set_default_response(dialog, confirmId);
-    adw_message_dialog_set_close_response(dialog, type == WEBKIT_SCRIPT_DIALOG_ALERT ? confirmId : cancelId);
-    g_signal_connect(dialog_, "response",
-                     G_CALLBACK(+[](AdwMessageDialog*, const char* response, gpointer self) {
+      question.responses.push_back({silenceId, "_Stop this page from asking"});
+    dialog_ = toolkit::makePageQuestion(windowOf(view_), question);
+    g_signal_connect(dialog_, "response", G_CALLBACK(+[](GtkWidget*, const char* response, gpointer self) {
                        static_cast<ScriptQuestions*>(self)->answered(response);
                      }),
                      this);

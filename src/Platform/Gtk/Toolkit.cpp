@@ -143,7 +143,93 @@ Dismiss ask(GtkWindow* parent, const NSAlert& alert, std::function<void(std::siz
 #endif
 }
 
+// The newer toolkit's alert isn't a window, and a page's question is one: it has the program's keys, and
+// stands before what is no window of the program's library.
+G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+
+GtkWidget* makePageQuestion(GtkWindow* parent, const PageQuestion& question) {
+  const auto* body = question.body.empty() ? nullptr : question.body.c_str();
+  GtkWidget* made = adw_message_dialog_new(parent, question.heading.c_str(), body);
+  auto* dialog = ADW_MESSAGE_DIALOG(made);
+  gtk_window_set_title(GTK_WINDOW(made), question.heading.c_str());
+  if (question.content != nullptr) adw_message_dialog_set_extra_child(dialog, question.content);
+  for (const auto& response : question.responses)
+    adw_message_dialog_add_response(dialog, response.id, response.label);
+  adw_message_dialog_set_response_appearance(dialog, question.suggested, ADW_RESPONSE_SUGGESTED);
+  adw_message_dialog_set_default_response(dialog, question.byDefault);
+  adw_message_dialog_set_close_response(dialog, question.byClosing);
+  return made;
+}
+
+GtkWindow* makeSettingsWindow(GtkWidget* page) {
+  auto* window = ADW_PREFERENCES_WINDOW(adw_preferences_window_new());
+  adw_preferences_window_set_search_enabled(window, FALSE);
+  adw_preferences_window_add(window, ADW_PREFERENCES_PAGE(page));
+  return GTK_WINDOW(window);
+}
+
+G_GNUC_END_IGNORE_DEPRECATIONS
+
+namespace {
+
+std::vector<std::string> pathsOf(GListModel* files) {
+  std::vector<std::string> paths;
+  const guint count = files != nullptr ? g_list_model_get_n_items(files) : 0;
+  for (guint i = 0; i < count; ++i) {
+    const auto file = GObjectPtr<GFile>::adopt(G_FILE(g_list_model_get_item(files, i)));
+    if (auto path = pathOf(file.get())) paths.push_back(*std::move(path));
+  }
+  return paths;
+}
+
+}  // namespace
+
 #if GTK_CHECK_VERSION(4, 10, 0)
+
+namespace {
+
+struct AskedForFiles {
+  FilesAnswer answer;
+  GObjectPtr<GCancellable> cancellable;
+
+  void give(std::vector<std::string> paths) const {
+    if (!g_cancellable_is_cancelled(cancellable.get())) answer(std::move(paths));
+  }
+};
+
+}  // namespace
+
+Dismiss askForFiles(GtkWindow* parent, const FilesQuestion& question, FilesAnswer answer) {
+  const auto dialog = GObjectPtr<GtkFileDialog>::adopt(gtk_file_dialog_new());
+  gtk_file_dialog_set_title(dialog.get(), question.title.c_str());
+  gtk_file_dialog_set_modal(dialog.get(), TRUE);
+  if (question.filter != nullptr) gtk_file_dialog_set_default_filter(dialog.get(), question.filter);
+  const auto cancellable = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
+  auto* asked = std::make_unique<AskedForFiles>(AskedForFiles{std::move(answer), cancellable}).release();
+  if (question.takesSeveral) {
+    gtk_file_dialog_open_multiple(
+        dialog.get(), parent, cancellable.get(),
+        [](GObject* source, GAsyncResult* result, gpointer data) {
+          const std::unique_ptr<AskedForFiles> open(static_cast<AskedForFiles*>(data));
+          const auto files = GObjectPtr<GListModel>::adopt(
+              gtk_file_dialog_open_multiple_finish(GTK_FILE_DIALOG(source), result, nullptr));
+          open->give(pathsOf(files.get()));
+        },
+        asked);
+  } else {
+    gtk_file_dialog_open(
+        dialog.get(), parent, cancellable.get(),
+        [](GObject* source, GAsyncResult* result, gpointer data) {
+          const std::unique_ptr<AskedForFiles> open(static_cast<AskedForFiles*>(data));
+          const auto file =
+              GObjectPtr<GFile>::adopt(gtk_file_dialog_open_finish(GTK_FILE_DIALOG(source), result, nullptr));
+          auto path = pathOf(file.get());
+          open->give(path ? std::vector<std::string>{*std::move(path)} : std::vector<std::string>{});
+        },
+        asked);
+  }
+  return [cancellable] { g_cancellable_cancel(cancellable.get()); };
+}
 
 Dismiss askForFile(GtkWindow* parent, const FileQuestion& question, FileAnswer answer) {
   const auto dialog = GObjectPtr<GtkFileDialog>::adopt(gtk_file_dialog_new());
@@ -209,6 +295,32 @@ void nativeAnswered(GtkNativeDialog* dialog, int response, gpointer data) {
 }
 
 }  // namespace
+
+Dismiss askForFiles(GtkWindow* parent, const FilesQuestion& question, FilesAnswer answer) {
+  auto* native = gtk_file_chooser_native_new(question.title.c_str(), parent, GTK_FILE_CHOOSER_ACTION_OPEN,
+                                             nullptr, nullptr);
+  gtk_native_dialog_set_modal(GTK_NATIVE_DIALOG(native), TRUE);
+  gtk_file_chooser_set_select_multiple(GTK_FILE_CHOOSER(native), question.takesSeveral);
+  if (question.filter != nullptr) gtk_file_chooser_set_filter(GTK_FILE_CHOOSER(native), question.filter);
+  g_signal_connect_data(
+      native, "response", G_CALLBACK(+[](GtkNativeDialog* dialog, int response, gpointer data) {
+        std::vector<std::string> paths;
+        if (response == GTK_RESPONSE_ACCEPT) {
+          const auto files =
+              GObjectPtr<GListModel>::adopt(gtk_file_chooser_get_files(GTK_FILE_CHOOSER(dialog)));
+          paths = pathsOf(files.get());
+        }
+        (*static_cast<FilesAnswer*>(data))(std::move(paths));
+        // In a later turn: it is still at work with its own answer.
+        g_idle_add_once([](gpointer done) { g_object_unref(done); }, dialog);
+      }),
+      std::make_unique<FilesAnswer>(std::move(answer)).release(), destroy<FilesAnswer>, GConnectFlags(0));
+  gtk_native_dialog_show(GTK_NATIVE_DIALOG(native));
+  return [native] {
+    gtk_native_dialog_destroy(GTK_NATIVE_DIALOG(native));
+    g_object_unref(native);
+  };
+}
 
 Dismiss askForFile(GtkWindow* parent, const FileQuestion& question, FileAnswer answer) {
   auto* native = gtk_file_chooser_native_new(

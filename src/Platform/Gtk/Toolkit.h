@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <gtk/gtk.h>
 
@@ -29,6 +30,29 @@ using Dismiss = std::function<void()>;
 /// `answer` is called once.
 Dismiss ask(GtkWindow* parent, const NSAlert& alert, std::function<void(std::size_t button)> answer);
 
+/// A question of a page, as a window of its own.
+struct PageQuestion {
+  struct Response {
+    const char* id;
+    const char* label;
+  };
+  std::string heading;
+  /// May be empty.
+  std::string body;
+  /// May be none.
+  GtkWidget* content = nullptr;
+  std::vector<Response> responses;
+  /// The response that stands out, the one of Return, and the one of Escape and of closing.
+  const char* suggested = nullptr;
+  const char* byDefault = nullptr;
+  const char* byClosing = nullptr;
+};
+/// Not on show yet. It emits "response" with a response's id, and goes with its parent.
+GtkWidget* makePageQuestion(GtkWindow* parent, const PageQuestion& question);
+
+/// A window with one page of settings in it, not on show yet.
+GtkWindow* makeSettingsWindow(GtkWidget* page);
+
 struct FileQuestion {
   bool isSaving = false;
   std::string title;
@@ -40,6 +64,16 @@ struct FileQuestion {
 /// The path and the position of the type; nothing if the user cancels. `answer` is called once.
 using FileAnswer = std::function<void(std::optional<NSSavePanel::Choice>)>;
 Dismiss askForFile(GtkWindow* parent, const FileQuestion& question, FileAnswer answer);
+
+struct FilesQuestion {
+  std::string title;
+  bool takesSeveral = false;
+  /// May be none.
+  GtkFileFilter* filter = nullptr;
+};
+/// Paths of files that exist; none if the user cancels. `answer` is called once, or never after a dismissal.
+using FilesAnswer = std::function<void(std::vector<std::string>)>;
+Dismiss askForFiles(GtkWindow* parent, const FilesQuestion& question, FilesAnswer answer);
 
 }  // namespace toolkit
 }  // namespace platform

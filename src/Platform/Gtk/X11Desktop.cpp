@@ -38,8 +38,11 @@ Window xid(GtkWindow* window) { return gdk_x11_surface_get_xid(surfaceOf(window)
 /// Windows of others vanish at any moment; what X says of that is of no interest.
 class ErrorTrap {
  public:
+  // Deprecated with nothing in their place, like all of the toolkit that is of X only.
+  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
   ErrorTrap() { gdk_x11_display_error_trap_push(gdkDisplay()); }
   ~ErrorTrap() { gdk_x11_display_error_trap_pop_ignored(gdkDisplay()); }
+  G_GNUC_END_IGNORE_DEPRECATIONS
   ErrorTrap(const ErrorTrap&) = delete;
   ErrorTrap& operator=(const ErrorTrap&) = delete;
 };
