@@ -7,6 +7,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -139,21 +140,19 @@ gboolean permissionRequested(WebKitWebView* view, WebKitPermissionRequest* reque
   }
   const auto wish = wishOf(request);
   auto& state = PageState::of(view);
-  if (!wish) {
-    answer(request, false);
-  } else if (const auto known = engine.permissions().answer(site, std::string(wish->kind))) {
-    answer(request, *known);
-  } else if (state.refusals >= mostRefusals) {
-    answer(request, false);
-  } else {
-    auto* questions = state.open<PermissionQuestions>();
-    if (questions == nullptr) {
-      auto fresh = std::make_unique<PermissionQuestions>(view, engine);
-      questions = fresh.get();
-      state.add(std::move(fresh));
-    }
-    questions->ask(request, *wish);
+  const auto known =
+      wish ? engine.permissions().answer(site, std::string(wish->kind)) : std::optional<bool>(false);
+  if (known || state.refusals >= mostRefusals) {
+    answer(request, known.value_or(false));
+    return TRUE;
   }
+  auto* questions = state.open<PermissionQuestions>();
+  if (questions == nullptr) {
+    auto fresh = std::make_unique<PermissionQuestions>(view, engine);
+    questions = fresh.get();
+    state.add(std::move(fresh));
+  }
+  questions->ask(request, *wish);
   return TRUE;
 }
 

@@ -30,10 +30,14 @@ class Nobody {
  public:
   Nobody() : isNeeded_(geteuid() == 0) {
     constexpr uid_t nobody = 65534;
-    if (isNeeded_) EXPECT_EQ(seteuid(nobody), 0);
+    if (isNeeded_) {
+      EXPECT_EQ(seteuid(nobody), 0);
+    }
   }
   ~Nobody() {
-    if (isNeeded_) EXPECT_EQ(seteuid(0), 0);
+    if (isNeeded_) {
+      EXPECT_EQ(seteuid(0), 0);
+    }
   }
   Nobody(const Nobody&) = delete;
   Nobody& operator=(const Nobody&) = delete;
