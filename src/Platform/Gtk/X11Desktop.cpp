@@ -17,17 +17,16 @@
 #include <gdk/x11/gdkx.h>
 #include <glib-unix.h>
 
+// What the toolkit has for X only is deprecated in its newest versions, with nothing in its place.
+G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+
 namespace platform {
 
 namespace {
 
 GdkDisplay* gdkDisplay() { return gdk_display_get_default(); }
 
-Display* xDisplay() {
-  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
-  return gdk_x11_display_get_xdisplay(gdkDisplay());
-  G_GNUC_END_IGNORE_DEPRECATIONS
-}
+Display* xDisplay() { return gdk_x11_display_get_xdisplay(gdkDisplay()); }
 
 Atom atom(const char* name) { return XInternAtom(xDisplay(), name, False); }
 
@@ -38,11 +37,8 @@ Window xid(GtkWindow* window) { return gdk_x11_surface_get_xid(surfaceOf(window)
 /// Windows of others vanish at any moment; what X says of that is of no interest.
 class ErrorTrap {
  public:
-  // Deprecated with nothing in their place, like all of the toolkit that is of X only.
-  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
   ErrorTrap() { gdk_x11_display_error_trap_push(gdkDisplay()); }
   ~ErrorTrap() { gdk_x11_display_error_trap_pop_ignored(gdkDisplay()); }
-  G_GNUC_END_IGNORE_DEPRECATIONS
   ErrorTrap(const ErrorTrap&) = delete;
   ErrorTrap& operator=(const ErrorTrap&) = delete;
 };
@@ -182,9 +178,7 @@ std::optional<double> X11Desktop::panelLuminance() {
 std::vector<PixelRect> X11Desktop::monitors(std::size_t& primary) {
   std::vector<PixelRect> rects;
   primary = 0;
-  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
   auto* first = gdk_x11_display_get_primary_monitor(gdkDisplay());
-  G_GNUC_END_IGNORE_DEPRECATIONS
   GListModel* list = gdk_display_get_monitors(gdkDisplay());
   for (guint i = 0; i < g_list_model_get_n_items(list); ++i) {
     auto* monitor = static_cast<GdkMonitor*>(g_list_model_get_item(list, i));
@@ -268,10 +262,8 @@ PixelPoint X11Desktop::pointer() {
 }
 
 void X11Desktop::setSkipsTaskbar(GtkWindow* window, bool skips) {
-  G_GNUC_BEGIN_IGNORE_DEPRECATIONS
   gdk_x11_surface_set_skip_taskbar_hint(surfaceOf(window), skips);
   gdk_x11_surface_set_skip_pager_hint(surfaceOf(window), skips);
-  G_GNUC_END_IGNORE_DEPRECATIONS
 }
 
 void X11Desktop::setIsDialog(GtkWindow* window, bool isDialog) {
@@ -424,3 +416,5 @@ X11Watcher::X11Watcher(Events events) : connection_(std::make_unique<Connection>
 X11Watcher::~X11Watcher() = default;
 
 }  // namespace platform
+
+G_GNUC_END_IGNORE_DEPRECATIONS
