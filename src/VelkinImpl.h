@@ -8,7 +8,6 @@
 #include "Values/AppearanceUIViewDelegate.h"
 #include "Values/MenuHelperDelegate.h"
 #include "Values/PageDelegates.h"
-#include "WebView/WebView.h"
 
 #include <functional>
 #include <memory>
@@ -32,6 +31,7 @@ class SharedState;
 enum class WebViewSwitchType : int;
 struct FindableWebView;
 struct ReleaseNotesUIView;
+struct WebView;
 
 /// The central controller: one for the life of the process. Everything else calls back on it; it does nothing
 /// itself, but hands each call on to the room in `Controller/` whose matter it is. Main thread.
