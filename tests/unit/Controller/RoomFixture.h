@@ -4,6 +4,8 @@
 #include "Controller/ViewFactory.h"
 #include "Platform/DebugLog.h"
 #include "Platform/Headless/HeadlessPlatform.h"
+#include "Platform/NSMenu.h"
+#include "Values/MenuHelperDelegate.h"
 #include "WebView/WebViewHelper.h"
 
 #include <string>
@@ -12,6 +14,26 @@
 #include <gtest/gtest.h>
 
 namespace velkin {
+
+/// Who is told of the menu, for rooms that have one.
+class MenuListener : public MenuHelperDelegate, public platform::NSMenuDelegate {
+ public:
+  std::vector<std::string> heard;
+
+  void aboutClicked() override { heard.emplace_back("about"); }
+  void homeClicked() override { heard.emplace_back("home"); }
+  void shortcutsClicked() override { heard.emplace_back("shortcuts"); }
+  void appearanceClicked() override { heard.emplace_back("appearance"); }
+  void preferencesClicked() override { heard.emplace_back("preferences"); }
+  void previewClicked() override { heard.emplace_back("preview"); }
+  void toolbarClicked() override { heard.emplace_back("toolbar"); }
+  void stickyClicked() override { heard.emplace_back("sticky"); }
+  void experimentalClicked() override { heard.emplace_back("experimental"); }
+  void reloadClicked() override { heard.emplace_back("reload"); }
+  void openClicked() override { heard.emplace_back("open"); }
+  void quitClicked() override { heard.emplace_back("quit"); }
+  void menuDidClose(platform::NSMenu&) override { heard.emplace_back("closed"); }
+};
 
 /// What a room of the controller stands on, and nothing of the others.
 class RoomFixture : public testing::Test {
