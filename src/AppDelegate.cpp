@@ -118,7 +118,7 @@ void AppDelegate::interfaceModeChanged() {
   const bool wasDark = defaults.isDarkMode();
   defaults.set(!wasDark, UserDefault::isDarkMode);
   platform::debugLog("AppDelegate", "interfaceModeChanged(sender:)",
-                     std::string(" isDarkMode=") + (wasDark ? "true" : "false"));
+                     std::string("isDarkMode=") + (wasDark ? "true" : "false"));
 }
 
 }  // namespace velkin

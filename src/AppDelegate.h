@@ -82,7 +82,7 @@ class AppDelegate : public platform::NSApplicationDelegate {
 
   std::map<WebViewSwitchType, Lazy> lazy_;
   /// Of a desktop that hadn't said what it is like when the program was launched.
-  std::unique_ptr<platform::NSDistributedNotificationCenter::Token> firstTold_;
+  platform::Connection firstTold_;
   std::optional<double> width_;
   std::optional<double> height_;
 };

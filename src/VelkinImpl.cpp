@@ -15,6 +15,7 @@
 #include "Keyboard/KeyboardShortcuts.h"
 #include "Keyboard/QKKeyboardShortcutHelper.h"
 #include "Keyboard/RecorderCocoa.h"
+#include "Platform/Alive.h"
 #include "Platform/DebugLog.h"
 #include "Platform/NSApplication.h"
 #include "Platform/SystemServices.h"
@@ -60,7 +61,7 @@ struct VelkinImpl::Rooms {
   std::unique_ptr<DesktopKeys> desktopKeys;
   std::unique_ptr<platform::Timer> startNotices;
   /// For what comes back after a while.
-  std::shared_ptr<bool> isAlive = std::make_shared<bool>(true);
+  platform::Alive isAlive;
 };
 
 VelkinImpl::VelkinImpl(std::shared_ptr<platform::NSPopover> popover, WebView bard, WebView bitbucket,
@@ -85,14 +86,14 @@ VelkinImpl::VelkinImpl(std::shared_ptr<platform::NSPopover> popover, WebView bar
   keyboardHelper().resetKeyPressBools();
   keyboardHelper().modifierKeyBools();
   rooms_->desktopKeys = std::make_unique<DesktopKeys>(*this, *rooms_->content.popover);
-  const std::weak_ptr<bool> alive = rooms_->isAlive;
+  const auto alive = rooms_->isAlive.watch();
   rooms_->startNotices = tellAfterStart(
       isFreshInstall,
       [this, alive] {
-        if (!alive.expired() && !this->popover().isShown()) togglePopover();
+        if (alive && !this->popover().isShown()) togglePopover();
       },
       [this, alive] {
-        if (!alive.expired()) shortcutsClicked();
+        if (alive) shortcutsClicked();
       });
 }
 

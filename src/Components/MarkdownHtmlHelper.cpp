@@ -194,17 +194,12 @@ function copyCode(button) {
 /// Of the button in each code block.
 constexpr std::string_view copyHandler = "copyCode(this)";
 
-bool isDesktopDark() {
-  const auto appearance = platform::NSAppearance::currentAppearance();
-  return appearance && appearance->isDark();
-}
-
 }  // namespace
 
-MarkdownHtmlHelper::MarkdownHtmlHelper() : MarkdownHtmlHelper(isDesktopDark()) {}
+MarkdownHtmlHelper::MarkdownHtmlHelper() : MarkdownHtmlHelper(platform::NSAppearance::isDarkNow()) {}
 
 markdown::MarkdownParser MarkdownHtmlHelper::makeParser() {
-  return makeParser(std::function<bool()>(isDesktopDark));
+  return makeParser(std::function<bool()>(platform::NSAppearance::isDarkNow));
 }
 
 std::string MarkdownHtmlHelper::makeHTMLString(std::string_view markdown) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Components/MarkdownWebViewController.h"
+#include "Platform/NSAppearance.h"
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
 
@@ -13,7 +14,7 @@ namespace velkin {
 struct MarkdownWebUIView {
   platform::Binding<double> zoomLevel;
   /// As the desktop was when the view came on show: a page keeps its colours while it stands.
-  platform::State<bool> isDarkMode{isDesktopDark()};
+  platform::State<bool> isDarkMode{platform::NSAppearance::isDarkNow()};
   std::shared_ptr<MarkdownWebViewController> controller;
   /// The fragment to show, which is HTML already.
   platform::Binding<std::string> markdownState;

@@ -1,7 +1,5 @@
 #include "Components/MarkdownWebViewController.h"
 
-#include "Platform/DebugLog.h"
-#include "Platform/LogText.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSWorkspace.h"
 
@@ -30,13 +28,8 @@ bool isOwnPage(const platform::URL& url) {
 
 }  // namespace
 
-bool isDesktopDark() {
-  const auto appearance = platform::NSAppearance::currentAppearance();
-  return appearance && appearance->isDark();
-}
-
 MarkdownWebViewController::MarkdownWebViewController(std::shared_ptr<platform::WKWebView> shownView)
-    : isDarkMode(isDesktopDark()), webView(std::move(shownView)) {
+    : isDarkMode(platform::NSAppearance::isDarkNow()), webView(std::move(shownView)) {
   webView->navigationDelegate = this;
 }
 
@@ -93,13 +86,7 @@ WKNavigationActionPolicy MarkdownWebViewController::decidePolicyFor(
 
 void MarkdownWebViewController::didFinish(platform::WKWebView& finished) {
   if (nextPage_) return loadNext();
-  finished.evaluateJavaScript(
-      "document.body.style.overflow = 'hidden';",
-      [](const std::optional<std::string>&, const std::optional<platform::NSError>& error) {
-        if (error) {
-          platform::debugLog("Error evaluating JavaScript: " + platform::scriptErrorForLog(*error));
-        }
-      });
+  finished.evaluateJavaScript("document.body.style.overflow = 'hidden';", platform::WKWebView::logFailure());
 }
 
 }  // namespace velkin

@@ -11,9 +11,6 @@
 
 namespace velkin {
 
-/// True if the desktop is dark at the moment. Any thread.
-bool isDesktopDark();
-
 /// The page that shows converted Markdown. Main thread.
 class MarkdownWebViewController : public platform::NSViewController, public platform::WKNavigationDelegate {
  public:
@@ -48,7 +45,7 @@ class MarkdownWebViewController : public platform::NSViewController, public plat
   platform::NSView& loadedView() override { return *webView; }
 
  private:
-  std::unique_ptr<platform::NSDistributedNotificationCenter::Token> themeObserver_;
+  platform::Connection themeObserver_;
   bool hasShown_ = false;
   double shownZoom_ = 0;
   std::string shownPage_;

@@ -52,8 +52,8 @@ void PagePrinting::getWebArchive(std::function<void(std::optional<std::string>)>
 void PagePrinting::printWebViewFromArchive() {
   auto& page = content_.pageOnShow();
   // The completion doesn't outlive the page.
-  page.createWebArchiveData([this, alive = std::weak_ptr(isAlive_), &page](const Data& archive) {
-    if (alive.expired()) return;
+  page.createWebArchiveData([this, alive = isAlive_.watch(), &page](const Data& archive) {
+    if (!alive) return;
     if (!archive) return noteArchiveFailure(archive.error());
     printWebViewContent(page);
   });
@@ -71,15 +71,15 @@ void PagePrinting::printWebViewContent(platform::WKWebView& webView) {
 void PagePrinting::printUsingPdfCunctions() {
   const auto bounds = content_.pageOnShow().frame().size;
   std::ostringstream text;
-  text << " wkBounds " << bounds.width << " x " << bounds.height;
+  text << "wkBounds " << bounds.width << " x " << bounds.height;
   debugLog("VelkinImpl", "printUsingPdfCunctions()", text.str());
   runPrintTasks(printTasks);
 }
 
 void PagePrinting::runPrintTasks(int left) {
   if (left == 0) return;
-  content_.pageOnShow().printOperation(narrowPrintInfo(), [this, alive = std::weak_ptr(isAlive_), left] {
-    if (!alive.expired()) runPrintTasks(left - 1);
+  content_.pageOnShow().printOperation(narrowPrintInfo(), [this, alive = isAlive_.watch(), left] {
+    if (alive) runPrintTasks(left - 1);
   });
 }
 
@@ -92,7 +92,7 @@ void PagePrinting::captureScreen() {
     platform::SystemServices::shared().activate(ours->ownerPID);
     if (ours->number) number = std::to_string(*ours->number);
   }
-  debugLog("VelkinImpl", "captureScreen()", " winId " + number);
+  debugLog("VelkinImpl", "captureScreen()", "winId " + number);
   helper.captureScreen(std::nullopt);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Controller/PopoverContent.h"
+#include "Platform/Alive.h"
 
 #include <functional>
 #include <memory>
@@ -30,7 +31,7 @@ class PagePrinting {
   void runPrintTasks(int left);
 
   PopoverContent& content_;
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+  platform::Alive isAlive_;
 };
 
 }  // namespace velkin

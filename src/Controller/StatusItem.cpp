@@ -61,10 +61,10 @@ void StatusItem::setUp() {
 
 void StatusItem::addWhatAClickDoesElsewhere() {
   // In a later turn, so that the menu can finish closing.
-  const auto later = [alive = std::weak_ptr(isAlive_)](std::function<void()> work) {
+  const auto later = [alive = isAlive_.watch()](std::function<void()> work) {
     return [alive, work = std::move(work)] {
       platform::DispatchQueue::main().async([alive, work] {
-        if (!alive.expired()) work();
+        if (alive) work();
       });
     };
   };

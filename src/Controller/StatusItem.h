@@ -2,6 +2,7 @@
 
 #include "Controller/PopoverContent.h"
 #include "MenuHelper.h"
+#include "Platform/Alive.h"
 #include "Platform/NSMenu.h"
 #include "Platform/NSStatusItem.h"
 
@@ -61,7 +62,7 @@ class StatusItem {
   UserDefaultsHelper defaults_;
   std::unique_ptr<MenuHelper> menuBarHelper_;
   /// For what comes back in a later turn.
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+  platform::Alive isAlive_;
 };
 
 }  // namespace velkin

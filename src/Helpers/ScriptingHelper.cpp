@@ -48,18 +48,18 @@ void tellFailedSearch(std::string_view text, const NSError& error) {
 void ScriptingHelper::submitForm(const std::shared_ptr<WKWebView>& webView) {
   if (defaults.lastVisibleWebView() != WebViewSwitchType::chatgpt) return;
   const char* script = shouldSubmitButtonScript(*webView) ? submitAgainScript : submitScript;
-  webView->evaluateJavaScript(script, [weak = weak_from_this(), weakPage = std::weak_ptr(webView)](
-                                          const auto&, const std::optional<NSError>& error) {
-    const auto self = weak.lock();
-    if (!self) return;
-    const auto page = weakPage.lock();
-    const auto url = page ? page->url() : std::nullopt;
-    self->currentWebUrl = url ? url->absoluteString() : "";
-    self->chatSubmitClicked = true;
-    if (error) {
-      debugLog("Q$: ScriptingHelper::submitForm() JavaScript error: " + scriptErrorForLog(*error));
-    }
-  });
+  webView->evaluateJavaScript(
+      script, [weak = weak_from_this(), weakPage = std::weak_ptr(webView),
+               logFailure = WKWebView::logFailure("Q$: ScriptingHelper::submitForm() JavaScript error: ")](
+                  const auto&, const std::optional<NSError>& error) {
+        const auto self = weak.lock();
+        if (!self) return;
+        const auto page = weakPage.lock();
+        const auto url = page ? page->url() : std::nullopt;
+        self->currentWebUrl = url ? url->absoluteString() : "";
+        self->chatSubmitClicked = true;
+        logFailure({}, error);
+      });
 }
 
 bool ScriptingHelper::shouldSubmitButtonScript(const WKWebView& webView) const {

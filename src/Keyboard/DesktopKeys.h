@@ -20,7 +20,7 @@ class DesktopKeys {
 
   QKKeyboardShortcutHelperDelegate& delegate_;
   const platform::NSPopover& popover_;
-  platform::NSEvent::MonitorToken monitor_;
+  platform::Connection monitor_;
 };
 
 }  // namespace velkin

@@ -11,7 +11,7 @@ class GlobalShortcutChanges : public platform::ObservableObject {
   GlobalShortcutChanges();
 
  private:
-  platform::NSNotificationCenter::Token token_;
+  platform::Connection token_;
 };
 
 }  // namespace velkin

@@ -138,12 +138,12 @@ void removeStream(StreamHandlers& handlers, const Name& name, UUID uuid) {
   if (found->second.empty()) handlers.erase(found);
 }
 
-EventStream stream(const Name& name, Action onDown, Action onUp) {
+platform::Connection stream(const Name& name, Action onDown, Action onUp) {
   const auto uuid = ++state().lastStream;
   if (onDown) state().streamKeyDownHandlers[name].emplace(uuid, std::move(onDown));
   if (onUp) state().streamKeyUpHandlers[name].emplace(uuid, std::move(onUp));
   registerShortcutIfNeeded(name);
-  return EventStream([name, uuid] {
+  return platform::Connection::endingWith([name, uuid] {
     removeStream(state().streamKeyDownHandlers, name, uuid);
     removeStream(state().streamKeyUpHandlers, name, uuid);
     unregisterShortcutIfNeeded(name);
@@ -162,16 +162,16 @@ void onKeyUp(const Name& name, Action action) {
   registerShortcutIfNeeded(name);
 }
 
-EventStream events(const Name& name, const std::function<void(EventType)>& consumer) {
+platform::Connection events(const Name& name, const std::function<void(EventType)>& consumer) {
   return stream(
       name, [consumer] { consumer(EventType::keyDown); }, [consumer] { consumer(EventType::keyUp); });
 }
 
-EventStream events(EventType type, const Name& name, std::function<void(EventType)> consumer) {
+platform::Connection events(EventType type, const Name& name, std::function<void(EventType)> consumer) {
   return on(type, name, [type, consumer = std::move(consumer)] { consumer(type); });
 }
 
-EventStream on(EventType type, const Name& name, std::function<void()> consumer) {
+platform::Connection on(EventType type, const Name& name, std::function<void()> consumer) {
   return type == EventType::keyDown ? stream(name, std::move(consumer), {})
                                     : stream(name, {}, std::move(consumer));
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Keyboard/EventStream.h"
 #include "Keyboard/Name.h"
 #include "Keyboard/Shortcut.h"
+#include "Platform/Connection.h"
 
 #include <functional>
 #include <optional>
@@ -16,6 +16,9 @@ namespace velkin::KeyboardShortcuts {
 
 using Action = std::function<void()>;
 
+/// What happens to a shortcut's key.
+enum class EventType { keyDown, keyUp };
+
 /// Posted on the default notification centre after every write; the user info has the `Name` under "name".
 inline constexpr const char* shortcutByNameDidChange = "KeyboardShortcuts_shortcutByNameDidChange";
 
@@ -23,9 +26,10 @@ inline constexpr const char* shortcutByNameDidChange = "KeyboardShortcuts_shortc
 void onKeyDown(const Name& name, Action action);
 void onKeyUp(const Name& name, Action action);
 
-EventStream events(const Name& name, const std::function<void(EventType)>& consumer);
-EventStream events(EventType type, const Name& name, std::function<void(EventType)> consumer);
-EventStream on(EventType type, const Name& name, std::function<void()> consumer);
+/// Streams of events: the consumer is called with each as it comes, for as long as the connection lives.
+platform::Connection events(const Name& name, const std::function<void(EventType)>& consumer);
+platform::Connection events(EventType type, const Name& name, std::function<void(EventType)> consumer);
+platform::Connection on(EventType type, const Name& name, std::function<void()> consumer);
 
 /// What is stored; nothing for a name that is disabled, or whose entry can't be read.
 std::optional<Shortcut> getShortcut(const Name& name);

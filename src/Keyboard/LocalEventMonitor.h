@@ -22,7 +22,7 @@ class LocalEventMonitor {
  private:
   std::uint64_t events_;
   platform::NSEvent::Monitor callback_;
-  platform::NSEvent::MonitorToken monitor_;
+  platform::Connection monitor_;
 };
 
 }  // namespace velkin

@@ -93,7 +93,7 @@ class QKKeyboardShortcutHelper {
   Recorded record(const platform::NSEvent& event);
   bool runCombination();
 
-  std::vector<platform::NSEvent::MonitorToken> monitors_;
+  std::vector<platform::Connection> monitors_;
 };
 
 }  // namespace velkin

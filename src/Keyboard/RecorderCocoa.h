@@ -77,7 +77,7 @@ class RecorderCocoa : public std::enable_shared_from_this<RecorderCocoa> {
 
   std::unique_ptr<LocalEventMonitor> eventMonitor_;
   OnChange onChange_;
-  platform::NSNotificationCenter::Token observer_;
+  platform::Connection observer_;
   bool canBecomeKey_ = false;
   Name shortcutName_;
   std::string stringValue_;

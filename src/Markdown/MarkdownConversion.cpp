@@ -29,10 +29,10 @@ void MarkdownConversion::start(Request request) {
   isUnderWay_ = true;
   show_ = std::move(request.show);
   if (thread_.joinable()) thread_.join();
-  thread_ = std::thread([this, alive = std::weak_ptr(isAlive_), &queue = platform::DispatchQueue::main(),
+  thread_ = std::thread([this, alive = isAlive_.watch(), &queue = platform::DispatchQueue::main(),
                          parser = std::move(request.parser), text = std::move(request.text)] {
     queue.async([this, alive, html = parser->html(text)] {
-      if (!alive.expired()) ended(html);
+      if (alive) ended(html);
     });
   });
 }

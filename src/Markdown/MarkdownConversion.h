@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MarkdownEngine/MarkdownParser.h"
+#include "Platform/Alive.h"
 
 #include <cstdint>
 #include <functional>
@@ -48,7 +49,7 @@ class MarkdownConversion {
   Show show_;
   bool isUnderWay_ = false;
   std::optional<Request> waiting_;
-  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
+  platform::Alive isAlive_;
 };
 
 }  // namespace velkin

@@ -55,8 +55,8 @@ void MarkdownModifierHelper::start(const Operation& operation) {
   isReading_ = true;
   heldKeys_ = textView_.holdKeys();
   NSPasteboard::generalPasteboard().readItems(
-      [this, operation, weak = std::weak_ptr(isAlive_)](const NSPasteboardReading& reading) {
-        if (weak.expired()) return;
+      [this, operation, alive = isAlive_.watch()](const NSPasteboardReading& reading) {
+        if (!alive) return;
         if (reading.failure == NSPasteboardReading::Failure::tooLong) {
           const auto refused = textView_.didRefuse;
           if (refused) refused(NSTextView::Refusal::tooLong);

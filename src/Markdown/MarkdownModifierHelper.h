@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Markdown/ModifierType.h"
+#include "Platform/Alive.h"
 #include "Platform/NSTextView.h"
 
 #include <deque>
@@ -66,7 +67,7 @@ class MarkdownModifierHelper {
   std::deque<Operation> waiting_;
   std::shared_ptr<void> heldKeys_;
   bool isReading_ = false;
-  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
+  platform::Alive isAlive_;
 };
 
 }  // namespace velkin

@@ -40,8 +40,8 @@ const std::shared_ptr<MarkdownWebViewController>& MarkdownScratchpad::preview() 
 }
 
 void MarkdownScratchpad::takeKeyboard() {
-  platform::DispatchQueue::main().async([this, weak = std::weak_ptr(isAlive_)] {
-    if (!weak.expired() && editor_) editor_->makeFirstResponder();
+  platform::DispatchQueue::main().async([this, alive = isAlive_.watch()] {
+    if (alive && editor_) editor_->makeFirstResponder();
   });
 }
 

@@ -4,6 +4,7 @@
 #include "Markdown/MarkdownConversion.h"
 #include "Markdown/MarkdownModifierHelper.h"
 #include "Markdown/ScratchpadJournal.h"
+#include "Platform/Alive.h"
 #include "Platform/NSTextView.h"
 
 #include <functional>
@@ -56,7 +57,7 @@ class MarkdownScratchpad {
   std::optional<std::string> lastText_;
   bool hasLookedForLastText_ = false;
   bool hasFailed_ = false;
-  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
+  platform::Alive isAlive_;
 };
 
 }  // namespace velkin

@@ -24,6 +24,8 @@ struct NSAppearance {
 
   /// As the desktop has it now. Any thread.
   static std::optional<NSAppearance> currentAppearance();
+  /// True if the desktop is dark now; a desktop that hasn't said what it is like isn't. Any thread.
+  static bool isDarkNow();
 };
 
 }  // namespace platform

@@ -4,11 +4,11 @@
 
 namespace platform {
 
-NSEvent::MonitorToken NSApplication::addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler) {
+Connection NSApplication::addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler) {
   std::erase_if(monitors_, [](const auto& monitor) { return monitor.expired(); });
   auto entry = std::make_shared<const Entry>(Entry{mask, std::move(handler)});
   monitors_.push_back(entry);
-  return NSEvent::MonitorToken(std::move(entry));
+  return Connection(std::move(entry));
 }
 
 std::optional<NSEvent> NSApplication::filterByMonitors(NSEvent event) {
@@ -22,7 +22,7 @@ std::optional<NSEvent> NSApplication::filterByMonitors(NSEvent event) {
   return passed;
 }
 
-NSEvent::MonitorToken NSEvent::addLocalMonitorForEvents(std::uint64_t mask, Monitor handler) {
+Connection NSEvent::addLocalMonitorForEvents(std::uint64_t mask, Monitor handler) {
   return NSApp().addLocalMonitor(mask, std::move(handler));
 }
 

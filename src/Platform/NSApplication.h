@@ -49,7 +49,7 @@ class NSApplication {
   /// themselves, as far as the desktop lets it.
   virtual void setTakesReservedKeys(bool takes) = 0;
 
-  [[nodiscard]] NSEvent::MonitorToken addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler);
+  Connection addLocalMonitor(std::uint64_t mask, NSEvent::Monitor handler);
   /// Shows an event to the monitors, to the newest first. Nothing if one of them kept it.
   std::optional<NSEvent> filterByMonitors(NSEvent event);
 
@@ -58,7 +58,7 @@ class NSApplication {
     std::uint64_t mask;
     NSEvent::Monitor handler;
   };
-  /// In the order in which they were added. Their tokens own them.
+  /// In the order in which they were added. Their connections own them.
   std::vector<std::weak_ptr<const Entry>> monitors_;
 };
 

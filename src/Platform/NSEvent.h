@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Platform/Connection.h"
 #include "Platform/Geometry.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -70,23 +70,9 @@ struct NSEvent {
   /// control that saw a press and no release would stay pressed.
   using Monitor = std::function<std::optional<NSEvent>(const NSEvent&)>;
 
-  /// Keeps a monitor at its work. The monitor ends with it, also in the middle of an event, and also in the
-  /// monitor's own call.
-  class MonitorToken {
-   public:
-    MonitorToken() = default;
-    MonitorToken(MonitorToken&&) noexcept = default;
-    MonitorToken& operator=(MonitorToken&&) noexcept = default;
-    explicit operator bool() const noexcept { return monitor_ != nullptr; }
-
-   private:
-    friend class NSApplication;
-    explicit MonitorToken(std::shared_ptr<const void> monitor) : monitor_(std::move(monitor)) {}
-    std::shared_ptr<const void> monitor_;
-  };
-
-  /// Adds a monitor before those that are there: the newest sees an event first. Main thread.
-  [[nodiscard]] static MonitorToken addLocalMonitorForEvents(std::uint64_t mask, Monitor handler);
+  /// Adds a monitor before those that are there: the newest sees an event first. It ends with the connection,
+  /// also in the middle of an event, and also in the monitor's own call. Main thread.
+  static Connection addLocalMonitorForEvents(std::uint64_t mask, Monitor handler);
 };
 
 inline constexpr std::array<NSEvent::SpecialKey, NSEvent::SpecialKey::functionKeyCount>

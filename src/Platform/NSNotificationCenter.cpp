@@ -18,11 +18,11 @@ void NSNotificationCenter::post(const NSNotification& notification) {
   }
 }
 
-NSNotificationCenter::Token NSNotificationCenter::addObserver(std::string name, Observer observer) {
+Connection NSNotificationCenter::addObserver(std::string name, Observer observer) {
   std::erase_if(entries_, [](const Entry& entry) { return entry.observer.expired(); });
   auto shared = std::make_shared<Observer>(std::move(observer));
   entries_.push_back({std::move(name), shared});
-  return shared;
+  return Connection(std::move(shared));
 }
 
 }  // namespace platform

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Connection.h"
+
 #include <any>
 #include <functional>
 #include <map>
@@ -19,13 +21,11 @@ struct NSNotification {
 class NSNotificationCenter {
  public:
   using Observer = std::function<void(const NSNotification&)>;
-  /// Keeps its observer attached for as long as it lives.
-  using Token = std::shared_ptr<void>;
 
   static NSNotificationCenter& defaultCenter();
 
   void post(const NSNotification& notification);
-  [[nodiscard]] Token addObserver(std::string name, Observer observer);
+  Connection addObserver(std::string name, Observer observer);
 
  private:
   struct Entry {

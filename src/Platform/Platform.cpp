@@ -67,6 +67,11 @@ std::optional<NSAppearance> NSAppearance::currentAppearance() {
   return Platform::current().currentAppearance();
 }
 
+bool NSAppearance::isDarkNow() {
+  const auto appearance = currentAppearance();
+  return appearance && appearance->isDark();
+}
+
 std::optional<NSScreen> NSScreen::main() { return Platform::current().mainScreen(); }
 
 std::vector<NSScreen> NSScreen::screens() { return Platform::current().screens(); }

@@ -172,6 +172,8 @@ class WKWebView : public NSView {
   using ScriptCompletion =
       std::function<void(const std::optional<std::string>& json, const std::optional<NSError>& error)>;
   virtual void evaluateJavaScript(const std::string& script, ScriptCompletion completion = {}) = 0;
+  /// A completion that logs why a script failed, behind the words given, and nothing else.
+  static ScriptCompletion logFailure(std::string words = "Error evaluating JavaScript: ");
 
   /// Gets the file's bytes, or the error; never in the same turn, and not any more once the view has gone.
   using DataCompletion = std::function<void(tl::expected<std::string, NSError>)>;

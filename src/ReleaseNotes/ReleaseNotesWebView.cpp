@@ -1,25 +1,15 @@
 #include "ReleaseNotes/ReleaseNotesWebView.h"
 
 #include "Helpers/UserDefaultsHelper.h"
-#include "Platform/DebugLog.h"
 #include "Platform/FatalError.h"
-#include "Platform/LogText.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSBundle.h"
 #include "ReleaseNotes/ReleaseNotesText.h"
 
 namespace velkin {
 
-namespace {
-
-bool isDarkNow() {
-  const auto appearance = platform::NSAppearance::currentAppearance();
-  return appearance && appearance->isDark();
-}
-
-}  // namespace
-
-ReleaseNotesWebViewController::ReleaseNotesWebViewController() : isDarkMode(isDarkNow()) {}
+ReleaseNotesWebViewController::ReleaseNotesWebViewController()
+    : isDarkMode(platform::NSAppearance::isDarkNow()) {}
 
 void ReleaseNotesWebViewController::loadView() {
   webView_ = platform::WKWebView::make({{0, 0}, {600, 600}}, {});
@@ -38,13 +28,8 @@ void ReleaseNotesWebViewController::setupView(bool isDark) {
 
 void ReleaseNotesWebViewController::didFinish(platform::WKWebView& webView) {
   // The engine sets text flush with the window; here and only here is the page known to be ours.
-  webView.evaluateJavaScript(
-      "document.body.style.padding = '0 1.5em 1.5em';",
-      [](const auto&, const std::optional<platform::NSError>& error) {
-        if (error) {
-          platform::debugLog("Error evaluating JavaScript: " + platform::scriptErrorForLog(*error));
-        }
-      });
+  webView.evaluateJavaScript("document.body.style.padding = '0 1.5em 1.5em';",
+                             platform::WKWebView::logFailure());
 }
 
 platform::View ReleaseNotesWebView::body() const {

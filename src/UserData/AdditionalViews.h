@@ -16,7 +16,7 @@ class AdditionalViews : public platform::ObservableObject {
   void set(bool isEnabled) const;
 
  private:
-  platform::NSNotificationCenter::Token token_;
+  platform::Connection token_;
 };
 
 }  // namespace velkin

@@ -49,7 +49,7 @@ tl::expected<VelkinSettings, std::string> decode(const JsonDocument& document, c
   if (!settings) {
     debugLog("Q$: Error decoding JSON data: " + forLog(settings.error()));
   } else {
-    debugLog(sourceFile, function, " settings converted: " + namesOf(*settings));
+    debugLog(sourceFile, function, "settings converted: " + namesOf(*settings));
   }
   return settings;
 }
@@ -59,7 +59,7 @@ void save(const JsonDocument& document, const std::optional<platform::NSSavePane
   if (!choice) return;
   const auto written = document.write(choice->path);
   debugLog(sourceFile, "exportToFile(_:)",
-           written ? " Success: " + forLog(choice->path) : " Fail: " + forLog(written.error()));
+           written ? "Success: " + forLog(choice->path) : "Fail: " + forLog(written.error()));
   if (!written) tell(failed, "The settings can't be saved there: " + written.error() + ".");
 }
 
@@ -172,7 +172,7 @@ void ImportExportManager::importFromFile(const platform::NSView* view, Failed fa
   panel.beginSheetModal(view, [self = *this, view,
                                failed = std::move(failed)](const std::optional<std::string>& jsonUrl) {
     if (!jsonUrl) return;
-    debugLog(sourceFile, "importFromFile(_:)", " Success: " + forLog(*jsonUrl));
+    debugLog(sourceFile, "importFromFile(_:)", "Success: " + forLog(*jsonUrl));
     constexpr std::size_t import = 1;
     const NSAlert alert{
         .messageText = "Import New Settings?",

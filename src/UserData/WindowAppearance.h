@@ -15,7 +15,7 @@ class WindowAppearance : public platform::ObservableObject {
   static void didChange();
 
  private:
-  platform::NSNotificationCenter::Token token_;
+  platform::Connection token_;
 };
 
 }  // namespace velkin

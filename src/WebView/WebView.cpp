@@ -24,7 +24,7 @@ platform::WKWebView& WebView::makeNSView() const {
 void WebView::updateNSView(platform::WKWebView& nsView) const {
   const auto present = nsView.url();
   debugLog("WebView", "updateNSView(_:context:)",
-           " nsView.url=" + (present ? addressForLog(present->absoluteString()) : std::string("nil")) +
+           "nsView.url=" + (present ? addressForLog(present->absoluteString()) : std::string("nil")) +
                ", url=" + addressForLog(url.absoluteString()));
   if (present) return;
   // Never inside an update of the views; and hosts made in a row must not each load it.

@@ -28,9 +28,7 @@ std::optional<std::string> pictureOn(const std::optional<NSScreen>& screen) {
 }
 
 void takeOwn(const Attempt& attempt) {
-  const auto appearance = platform::NSAppearance::currentAppearance();
-  const bool isDark = appearance && appearance->isDark();
-  NSImage::named(isDark ? "Velkin16x9_dark" : "Velkin16x9_light", attempt.size,
+  NSImage::named(platform::NSAppearance::isDarkNow() ? "Velkin16x9_dark" : "Velkin16x9_light", attempt.size,
                  [completion = attempt.completion](std::shared_ptr<NSImage> image) {
                    if (!image)
                      platform::fatalError("Unexpectedly found nil while unwrapping an Optional value");
@@ -45,7 +43,7 @@ void takeFirst(const Attempt& attempt) {
   NSImage::contentsOf(*path, attempt.size, [attempt](std::shared_ptr<NSImage> image) {
     if (!image) return takeOwn(attempt);
     platform::debugLog("Q$: 1b  Success!");
-    platform::debugLog("NSImageDesktopPicture", "desktopPicture(ofSize:)", " Got desktop pic from screens.");
+    platform::debugLog("NSImageDesktopPicture", "desktopPicture(ofSize:)", "Got desktop pic from screens.");
     attempt.completion(std::move(image));
   });
 }
@@ -60,7 +58,7 @@ void desktopPicture(platform::NSSize ofSize, NSImage::Completion completion) {
     if (!image) return takeFirst(attempt);
     platform::debugLog("Q$: 1a Success!");
     platform::debugLog("NSImageDesktopPicture", "desktopPicture(ofSize:)",
-                       " Got desktop pic from workspace.");
+                       "Got desktop pic from workspace.");
     attempt.completion(std::move(image));
   });
 }

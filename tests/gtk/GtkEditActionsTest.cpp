@@ -177,7 +177,7 @@ class EditOrderTest : public GtkEditActionsTest {
   std::unique_ptr<WKWebView> webView;
   Loads loads;
   GtkWidget* field = nullptr;
-  NSEvent::MonitorToken monitor;
+  Connection monitor;
 };
 
 /// Copying takes this page half a second.

@@ -68,8 +68,8 @@ class SettingsPagesTest : public GtkFixture {
     turn();
   }
   /// As the program's router does it.
-  NSEvent::MonitorToken keepsReleases = NSEvent::addLocalMonitorForEvents(
-      NSEvent::mask(NSEvent::EventType::keyUp), [](const NSEvent&) { return std::nullopt; });
+  Connection keepsReleases = NSEvent::addLocalMonitorForEvents(NSEvent::mask(NSEvent::EventType::keyUp),
+                                                               [](const NSEvent&) { return std::nullopt; });
   std::unique_ptr<GtkHostingView> hosting;
 };
 

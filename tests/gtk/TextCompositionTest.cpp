@@ -48,7 +48,7 @@ class TextCompositionTest : public GtkFixture {
   std::unique_ptr<NSPopover> popover;
   GtkWidget* field = nullptr;
   int escapes = 0;
-  NSEvent::MonitorToken monitor;
+  Connection monitor;
 };
 
 TEST_F(TextCompositionTest, BackspaceTakesBackTheDeadKeyAndNothingElse) {

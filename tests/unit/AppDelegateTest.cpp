@@ -85,7 +85,7 @@ TEST_F(AppDelegateTest, TheHandlerForAThemeTurnsTheStoredValueRoundAndLogsTheOld
   launch();
   app->interfaceModeChanged();
   EXPECT_TRUE(defaults.isDarkMode());
-  EXPECT_TRUE(hasLogged("Q$: AppDelegate.interfaceModeChanged(sender:)  isDarkMode=false"));
+  EXPECT_TRUE(hasLogged("Q$: AppDelegate.interfaceModeChanged(sender:) isDarkMode=false"));
   app->interfaceModeChanged();
   EXPECT_FALSE(defaults.isDarkMode());
 }

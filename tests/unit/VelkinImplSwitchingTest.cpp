@@ -671,7 +671,7 @@ TEST_F(SwitchingTest, ASidebarTakesTheStoredZoomFromItsHost) {
 TEST_F(SwitchingTest, ResettingTheSidebarsTakesThemInOrderAndNotTheScratchpad) {
   openAll();
   std::string order;
-  std::vector<platform::Subscription> subscriptions;
+  std::vector<platform::Connection> subscriptions;
   const std::vector<std::pair<platform::Published<bool>*, char>> names = {
       {&state().isBarding, 'b'},   {&state().isBitBucketing, 'k'}, {&state().isChatting, 'c'},
       {&state().isGitLabing, 'g'}, {&state().isHemingwaying, 'h'}, {&state().isJiring, 'j'},

@@ -59,18 +59,16 @@ std::optional<bool> askSettings() {
 }  // namespace
 
 GtkAppearance::~GtkAppearance() {
-  g_cancellable_cancel(cancellable_);
-  g_object_unref(cancellable_);
+  g_cancellable_cancel(cancellable_.get());
   if (darkHandler_ != 0) g_signal_handler_disconnect(adw_style_manager_get_default(), darkHandler_);
   if (watch_ != 0) g_bus_unwatch_name(watch_);
-  if (changes_ != 0) g_dbus_connection_signal_unsubscribe(connection_, changes_);
-  if (connection_ != nullptr) g_object_unref(connection_);
+  if (changes_ != 0) g_dbus_connection_signal_unsubscribe(connection_.get(), changes_);
 }
 
 void GtkAppearance::readFromDesktop(GDBusConnection* connection) {
   auto answer = askPortal(connection);
   isTold_ = answer.has_value();
-  if (connection != nullptr) connection_ = static_cast<GDBusConnection*>(g_object_ref(connection));
+  connection_ = GObjectPtr<GDBusConnection>::retain(connection);
   if (!answer) answer = askSettings();
   isDark_ = answer.value_or(false);
 }
@@ -80,7 +78,7 @@ void GtkAppearance::followToolkit(Events events) {
   update();
   darkHandler_ = g_signal_connect_swapped(adw_style_manager_get_default(), "notify::dark",
                                           G_CALLBACK(+[](GtkAppearance* self) { self->update(); }), this);
-  if (!isTold_ && connection_ != nullptr) awaitPortal();
+  if (!isTold_ && connection_) awaitPortal();
 }
 
 void GtkAppearance::update() {
@@ -91,7 +89,7 @@ void GtkAppearance::update() {
 void GtkAppearance::awaitPortal() {
   // The toolkit asks when it starts, and never again where nobody answered.
   watch_ = g_bus_watch_name_on_connection(
-      connection_, portalName, G_BUS_NAME_WATCHER_FLAGS_NONE,
+      connection_.get(), portalName, G_BUS_NAME_WATCHER_FLAGS_NONE,
       [](GDBusConnection*, const char*, const char*, gpointer self) {
         static_cast<GtkAppearance*>(self)->askLatePortal();
       },
@@ -101,9 +99,9 @@ void GtkAppearance::awaitPortal() {
 void GtkAppearance::askLatePortal() {
   if (isTold_) return;
   g_dbus_connection_call(
-      connection_, portalName, portalPath, settingsInterface, "Read",
+      connection_.get(), portalName, portalPath, settingsInterface, "Read",
       g_variant_new("(ss)", appearanceGroup, schemeKey), G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, -1,
-      cancellable_,
+      cancellable_.get(),
       [](GObject* source, GAsyncResult* result, gpointer data) {
         const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
         // Also where this has gone.
@@ -125,7 +123,7 @@ void GtkAppearance::latePortalSaid(bool isDark) {
   update();
   if (changes_ == 0) {
     changes_ = g_dbus_connection_signal_subscribe(
-        connection_, portalName, settingsInterface, "SettingChanged", portalPath, appearanceGroup,
+        connection_.get(), portalName, settingsInterface, "SettingChanged", portalPath, appearanceGroup,
         G_DBUS_SIGNAL_FLAGS_NONE,
         [](GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* told,
            gpointer self) {

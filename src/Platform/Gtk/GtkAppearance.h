@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Gtk/GObjectPtr.h"
+
 #include <atomic>
 #include <functional>
 
@@ -37,8 +39,8 @@ class GtkAppearance {
 
   std::atomic<bool> isDark_ = false;
   Events events_;
-  GDBusConnection* connection_ = nullptr;
-  GCancellable* cancellable_ = g_cancellable_new();
+  GObjectPtr<GDBusConnection> connection_;
+  GObjectPtr<GCancellable> cancellable_ = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
   bool isTold_ = false;
   guint watch_ = 0;
   guint changes_ = 0;

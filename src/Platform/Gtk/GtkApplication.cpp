@@ -55,10 +55,11 @@ void GtkApplicationHost::reopen() {
 }
 
 GtkApplicationHost::GtkApplicationHost()
-    : application_(g_application_new(bundle::identifier, G_APPLICATION_DEFAULT_FLAGS)) {
-  g_signal_connect_swapped(application_, "startup",
+    : application_(GObjectPtr<GApplication>::adopt(
+          g_application_new(bundle::identifier, G_APPLICATION_DEFAULT_FLAGS))) {
+  g_signal_connect_swapped(application_.get(), "startup",
                            G_CALLBACK(+[](GtkApplicationHost* self) { self->launched(); }), this);
-  g_signal_connect_swapped(application_, "activate",
+  g_signal_connect_swapped(application_.get(), "activate",
                            G_CALLBACK(+[](GtkApplicationHost* self) { self->activated(); }), this);
   // For the desktop entry's menu, and for whoever binds a key to them in the desktop's settings.
   constexpr GActionEntry actions[] = {
@@ -73,13 +74,10 @@ GtkApplicationHost::GtkApplicationHost()
       {"toggle-search", perform},
       {"show-view", perform, "s"},
   };
-  g_action_map_add_action_entries(G_ACTION_MAP(application_), actions, G_N_ELEMENTS(actions), this);
+  g_action_map_add_action_entries(G_ACTION_MAP(application_.get()), actions, G_N_ELEMENTS(actions), this);
 }
 
-GtkApplicationHost::~GtkApplicationHost() {
-  g_signal_handlers_disconnect_by_data(application_, this);
-  g_object_unref(application_);
-}
+GtkApplicationHost::~GtkApplicationHost() { g_signal_handlers_disconnect_by_data(application_.get(), this); }
 
 int GtkApplicationHost::run(NSApplicationDelegate& delegate) {
   delegate_ = &delegate;
@@ -92,7 +90,7 @@ int GtkApplicationHost::run(NSApplicationDelegate& delegate) {
         },
         this);
   }
-  return g_application_run(application_, 0, nullptr);
+  return g_application_run(application_.get(), 0, nullptr);
 }
 
 void GtkApplicationHost::quit() {
@@ -128,7 +126,7 @@ void GtkApplicationHost::setTakesReservedKeys(bool takes) {
 }
 
 GDBusConnection* GtkApplicationHost::connection() const {
-  return g_application_get_dbus_connection(application_);
+  return g_application_get_dbus_connection(application_.get());
 }
 
 bool GtkApplicationHost::becomeTheOnlyProcessWithoutBus() {
@@ -166,7 +164,7 @@ void GtkApplicationHost::launched() {
     g_unsetenv("DBUS_SESSION_BUS_ADDRESS");
     if (!becomeTheOnlyProcessWithoutBus()) exit(0);
   }
-  g_application_hold(application_);
+  g_application_hold(application_.get());
   if (willLaunch) willLaunch();
   delegate_->applicationDidFinishLaunching();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/NSApplication.h"
 
 #include <functional>
@@ -40,7 +41,7 @@ class GtkApplicationHost : public NSApplication {
   void quit();
   bool becomeTheOnlyProcessWithoutBus();
 
-  GApplication* application_;
+  GObjectPtr<GApplication> application_;
   NSApplicationDelegate* delegate_ = nullptr;
   void whenStarted(std::function<void()> work);
   void reopen();

@@ -1,5 +1,6 @@
 #include "Platform/Gtk/GtkContainers.h"
 
+#include "Platform/Alive.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkRenderedView.h"
@@ -186,20 +187,19 @@ class WeakWidget {
 class BubbleView : public GtkRenderedView {
  public:
   explicit BubbleView(const Element& element) : GtkRenderedView(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)) {
-    bubble_ = gtk_popover_new();
-    g_object_ref_sink(bubble_);
+    bubble_ = GObjectPtr<GtkWidget>::retain(gtk_popover_new());
     // What expands in it doesn't expand what it points at, beside which it stands.
-    gtk_widget_set_hexpand(bubble_, FALSE);
-    gtk_widget_set_vexpand(bubble_, FALSE);
-    gtk_widget_set_halign(bubble_, GTK_ALIGN_START);
-    squareWhereNotComposed(bubble_);
+    gtk_widget_set_hexpand(bubble_.get(), FALSE);
+    gtk_widget_set_vexpand(bubble_.get(), FALSE);
+    gtk_widget_set_halign(bubble_.get(), GTK_ALIGN_START);
+    squareWhereNotComposed(bubble_.get());
     holder_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
-    gtk_popover_set_child(GTK_POPOVER(bubble_), holder_);
-    gtk_widget_set_parent(bubble_, widget());
-    g_signal_connect_swapped(bubble_, "closed", G_CALLBACK(+[](BubbleView* self) {
+    gtk_popover_set_child(GTK_POPOVER(bubble_.get()), holder_);
+    gtk_widget_set_parent(bubble_.get(), widget());
+    g_signal_connect_swapped(bubble_.get(), "closed", G_CALLBACK(+[](BubbleView* self) {
                                // The window takes it away from the bubble after this.
-                               DispatchQueue::main().async([self, alive = std::weak_ptr(self->isAlive_)] {
-                                 if (!alive.expired()) self->giveBackTheKeyboard();
+                               DispatchQueue::main().async([self, alive = self->isAlive_.watch()] {
+                                 if (alive) self->giveBackTheKeyboard();
                                });
                                if (!self->isUpdating()) {
                                  contentOf<PopoverContent>(self->element()).isPresented.set(false);
@@ -209,9 +209,8 @@ class BubbleView : public GtkRenderedView {
     update(element);
   }
   ~BubbleView() override {
-    g_signal_handlers_disconnect_by_data(bubble_, this);
-    gtk_widget_unparent(bubble_);
-    g_object_unref(bubble_);
+    g_signal_handlers_disconnect_by_data(bubble_.get(), this);
+    gtk_widget_unparent(bubble_.get());
   }
 
   void setChildren(std::span<RenderedView* const> children) override {
@@ -225,9 +224,9 @@ class BubbleView : public GtkRenderedView {
     const bool isPresented = contentOf<PopoverContent>(element()).isPresented.get() && children.size() > 1;
     if (isPresented) {
       rememberTheKeyboard();
-      gtk_popover_popup(GTK_POPOVER(bubble_));
+      gtk_popover_popup(GTK_POPOVER(bubble_.get()));
     } else {
-      gtk_popover_popdown(GTK_POPOVER(bubble_));
+      gtk_popover_popdown(GTK_POPOVER(bubble_.get()));
     }
   }
 
@@ -237,7 +236,7 @@ class BubbleView : public GtkRenderedView {
  private:
   void rememberTheKeyboard() {
     auto* root = gtk_widget_get_root(widget());
-    if (gtk_widget_get_visible(bubble_) || root == nullptr) return;
+    if (gtk_widget_get_visible(bubble_.get()) || root == nullptr) return;
     hadKeyboard_.set(gtk_root_get_focus(root));
   }
 
@@ -253,10 +252,10 @@ class BubbleView : public GtkRenderedView {
     if (isLeftOver) gtk_widget_grab_focus(had);
   }
 
-  GtkWidget* bubble_;
+  GObjectPtr<GtkWidget> bubble_;
   GtkWidget* holder_;
   WeakWidget hadKeyboard_;
-  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
+  Alive isAlive_;
 };
 
 /// The place of a platform view, which may leave for another place at any time.
@@ -268,26 +267,25 @@ class HostedPlace : public GtkRenderedView {
     gtk_widget_set_hexpand(widget(), TRUE);
     gtk_widget_set_vexpand(widget(), TRUE);
     if (auto* hosted = dynamic_cast<GtkViewBase*>(view_)) {
-      guest_ = hosted->widget();
-      g_object_ref(guest_);
-      if (GtkWidget* parent = gtk_widget_get_parent(guest_)) {
-        keyboardMayLeave(guest_);
-        gtk_box_remove(GTK_BOX(parent), guest_);
+      guest_ = GObjectPtr<GtkWidget>::retain(hosted->widget());
+      if (GtkWidget* parent = gtk_widget_get_parent(guest_.get())) {
+        keyboardMayLeave(guest_.get());
+        gtk_box_remove(GTK_BOX(parent), guest_.get());
       }
       markAsPane(widget());
-      gtk_widget_set_hexpand(guest_, TRUE);
-      gtk_widget_set_vexpand(guest_, TRUE);
-      gtk_box_append(GTK_BOX(widget()), guest_);
+      gtk_widget_set_hexpand(guest_.get(), TRUE);
+      gtk_widget_set_vexpand(guest_.get(), TRUE);
+      gtk_box_append(GTK_BOX(widget()), guest_.get());
     }
     update(element);
   }
   ~HostedPlace() override {
-    if (guest_ == nullptr) return;
-    if (gtk_widget_get_parent(guest_) == widget()) {
-      keyboardMayLeave(guest_);
-      gtk_box_remove(GTK_BOX(widget()), guest_);
+    if (!guest_) return;
+    if (gtk_widget_get_parent(guest_.get()) == widget()) {
+      keyboardMayLeave(guest_.get());
+      gtk_box_remove(GTK_BOX(widget()), guest_.get());
     }
-    g_object_unref(guest_);
+    guest_ = {};
   }
 
  protected:
@@ -297,7 +295,7 @@ class HostedPlace : public GtkRenderedView {
 
  private:
   NSView* view_;
-  GtkWidget* guest_ = nullptr;
+  GObjectPtr<GtkWidget> guest_;
 };
 
 }  // namespace

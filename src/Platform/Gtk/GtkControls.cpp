@@ -1,5 +1,6 @@
 #include "Platform/Gtk/GtkControls.h"
 
+#include "Platform/Alive.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkAssets.h"
@@ -290,8 +291,8 @@ class FieldView : public GtkRenderedView {
 
   /// The field is drawn anew and gets the keyboard in later turns; what was typed goes into it then.
   void writeTyped(int turnsLeft) {
-    DispatchQueue::main().async([this, alive = std::weak_ptr(isAlive_), turnsLeft] {
-      if (alive.expired() || typed_.empty()) return;
+    DispatchQueue::main().async([this, alive = isAlive_.watch(), turnsLeft] {
+      if (!alive || typed_.empty()) return;
       auto* text = GTK_EDITABLE(widget());
       if (!gtk_widget_has_focus(focusWidget()) && turnsLeft > 0) return writeTyped(turnsLeft - 1);
       const auto typed = std::exchange(typed_, {});
@@ -312,7 +313,7 @@ class FieldView : public GtkRenderedView {
   std::unique_ptr<UnusedKeys> unusedKeys_;
   /// What was typed while the field was off.
   std::string typed_;
-  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
+  Alive isAlive_;
 };
 
 class EditorView : public GtkRenderedView {

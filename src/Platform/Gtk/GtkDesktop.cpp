@@ -4,7 +4,7 @@
 #include "Platform/Gtk/DesktopPictures.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/SessionKind.h"
-#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/WindowSystem.h"
 #include "Platform/LogText.h"
 #include "Platform/NSAppearance.h"
 
@@ -31,34 +31,6 @@ constexpr const char* ourPrefix = "com.tarnvale.";
 constexpr int answerTime = 500;
 /// A file manager may have to start first.
 constexpr int fileManagerTime = 25000;
-
-/// How the connection of the monitor is called that `screen` is; empty if it can't be told.
-std::string connectorOf(const NSScreen& screen) {
-  auto* display = gdk_display_get_default();
-  if (display == nullptr) return {};
-  // Screens are counted from the main one's bottom left corner, the toolkit's monitors from the top left.
-  double left = screen.frame.minX();
-  double top = 0;
-  if (X11Desktop::isAvailable()) {
-    std::size_t primary = 0;
-    const auto monitors = X11Desktop::monitors(primary);
-    if (monitors.empty()) return {};
-    const double scale = X11Desktop::scale();
-    const auto& main = monitors[primary];
-    left += main.x / scale;
-    top = (main.y + main.height) / scale - screen.frame.maxY();
-  }
-  GListModel* monitors = gdk_display_get_monitors(display);
-  for (guint i = 0; i < g_list_model_get_n_items(monitors); ++i) {
-    const auto monitor =
-        GObjectPtr<GdkMonitor>::adopt(static_cast<GdkMonitor*>(g_list_model_get_item(monitors, i)));
-    GdkRectangle area;
-    gdk_monitor_get_geometry(monitor.get(), &area);
-    const char* name = gdk_monitor_get_connector(monitor.get());
-    if (name != nullptr && area.x == std::lround(left) && area.y == std::lround(top)) return name;
-  }
-  return {};
-}
 
 int numberOf(const NSScreen& screen) {
   const auto all = NSScreen::screens();
@@ -140,12 +112,12 @@ void GtkWorkspace::deliver(NSUserNotification notification) {
   g_variant_builder_init(&hints, G_VARIANT_TYPE("a{sv}"));
   g_variant_builder_add(&hints, "{sv}", "desktop-entry", g_variant_new_string("com.tarnvale.Velkin"));
   struct Pending {
-    std::weak_ptr<bool> alive;
+    Alive::Watch alive;
     GtkWorkspace* workspace;
     std::function<void()> action;
   };
   constexpr int asLongAsTheDesktopLikes = -1;
-  auto pending = std::make_unique<Pending>(Pending{isAlive_, this, std::move(notification.action)});
+  auto pending = std::make_unique<Pending>(Pending{isAlive_.watch(), this, std::move(notification.action)});
   g_dbus_connection_call(
       connection, noticeService, noticePath, noticeService, "Notify",
       g_variant_new("(susssasa{sv}i)", "Velkin", 0U, "com.tarnvale.Velkin", notification.title.c_str(),
@@ -162,8 +134,7 @@ void GtkWorkspace::deliver(NSUserNotification notification) {
         }
         std::uint32_t id = 0;
         g_variant_get(reply.get(), "(u)", &id);
-        if (!asked->alive.expired() && asked->action)
-          asked->workspace->noticeActions_[id] = std::move(asked->action);
+        if (asked->alive && asked->action) asked->workspace->noticeActions_[id] = std::move(asked->action);
       },
       pending.release());
 }
@@ -173,8 +144,8 @@ void GtkWorkspace::beep() {
 }
 
 std::optional<std::string> GtkWorkspace::desktopImageURLForScreen(const NSScreen& screen) {
-  const auto appearance = NSAppearance::currentAppearance();
-  return desktopPicture({connectorOf(screen), numberOf(screen), appearance && appearance->isDark()});
+  return desktopPicture(
+      {WindowSystem::present().connectorOf(screen), numberOf(screen), NSAppearance::isDarkNow()});
 }
 
 void GtkWorkspace::activateFileViewerSelecting(const std::string& path) {
@@ -202,14 +173,6 @@ void GtkWorkspace::activateFileViewerSelecting(const std::string& path) {
       },
       std::make_unique<std::function<void()>>(openFolder).release());
 }
-
-class BusNotificationCenter::ObserverToken : public Token {
- public:
-  explicit ObserverToken(std::shared_ptr<Action> action) : action_(std::move(action)) {}
-
- private:
-  std::shared_ptr<Action> action_;
-};
 
 BusNotificationCenter::BusNotificationCenter(std::function<GDBusConnection*()> connection)
     : connection_(std::move(connection)) {}
@@ -247,13 +210,13 @@ void BusNotificationCenter::subscribe() {
       this, nullptr);
 }
 
-std::unique_ptr<NSDistributedNotificationCenter::Token> BusNotificationCenter::addObserver(
-    const std::string& name, std::function<void(const std::string& object)> action) {
+Connection BusNotificationCenter::addObserver(const std::string& name,
+                                              std::function<void(const std::string& object)> action) {
   subscribe();
   std::erase_if(observers_, [](const auto& entry) { return entry.second.expired(); });
   auto shared = std::make_shared<Action>(std::move(action));
   observers_.emplace(name, shared);
-  return std::make_unique<ObserverToken>(std::move(shared));
+  return Connection(std::move(shared));
 }
 
 void BusNotificationCenter::deliver(const std::string& name, const std::string& object) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Alive.h"
 #include "Platform/NSDistributedNotificationCenter.h"
 #include "Platform/NSWorkspace.h"
 
@@ -35,7 +36,7 @@ class GtkWorkspace : public NSWorkspace {
   /// By the number that the desktop gave the notice.
   std::map<std::uint32_t, std::function<void()>> noticeActions_;
   unsigned noticeSubscription_ = 0;
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+  Alive isAlive_;
 };
 
 /// Notifications as signals on the session bus; without one, they stay in the process.
@@ -47,14 +48,13 @@ class BusNotificationCenter : public NSDistributedNotificationCenter {
   BusNotificationCenter& operator=(const BusNotificationCenter&) = delete;
 
   void post(const std::string& name, const std::string& object) override;
-  std::unique_ptr<Token> addObserver(const std::string& name,
-                                     std::function<void(const std::string& object)> action) override;
+  Connection addObserver(const std::string& name,
+                         std::function<void(const std::string& object)> action) override;
 
   /// To the observers in this process alone.
   void deliver(const std::string& name, const std::string& object);
 
  private:
-  class ObserverToken;
   using Action = std::function<void(const std::string&)>;
 
   void subscribe();

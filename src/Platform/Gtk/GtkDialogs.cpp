@@ -140,9 +140,9 @@ void GtkDialogs::show(const NSSavePanel& panel, const NSView* view, NSSavePanel:
        .name = panel.nameFieldStringValue,
        .folder = folderFor(panel.use),
        .types = panel.allowedFileTypes},
-      [this, alive = std::weak_ptr(isAlive_), sheet, panel, view,
+      [this, alive = isAlive_.watch(), sheet, panel, view,
        completion = std::move(completion)](std::optional<NSSavePanel::Choice> choice) {
-        const bool isPresent = !alive.expired();
+        const bool isPresent(alive);
         sheet->giveBackTheKeyboard();
         if (!choice || !isPresent) {
           sheet->over();
@@ -189,11 +189,11 @@ void GtkDialogs::show(const NSOpenPanel& panel, const NSView* view, NSOpenPanel:
                            .name = {},
                            .folder = folderFor(panel.use),
                            .types = panel.allowedFileTypes},
-                          [this, alive = std::weak_ptr(isAlive_), sheet, use = panel.use,
+                          [this, alive = isAlive_.watch(), sheet, use = panel.use,
                            completion = std::move(completion)](std::optional<NSSavePanel::Choice> choice) {
                             sheet->giveBackTheKeyboard();
                             sheet->over();
-                            if (choice && !alive.expired()) rememberFolder(use, choice->path);
+                            if (choice && alive) rememberFolder(use, choice->path);
                             tellLater(completion, choice ? std::optional(choice->path) : std::nullopt);
                           }));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Alive.h"
 #include "Platform/Dialogs.h"
 
 #include <functional>
@@ -42,7 +43,7 @@ class GtkDialogs : public Dialogs {
   Surroundings surroundings_;
   /// At which the last dialogue stood; nullptr once it is gone.
   GtkWindow* window_ = nullptr;
-  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
+  Alive isAlive_;
 };
 
 }  // namespace platform

@@ -2,7 +2,7 @@
 
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/WindowSystem.h"
 #include "Platform/NSPasteboard.h"
 
 #include <algorithm>
@@ -272,7 +272,7 @@ GtkWindow* windowWithKeyboard() {
   for (GList* entry = windows; entry != nullptr; entry = entry->next) {
     auto* window = GTK_WINDOW(entry->data);
     if (!gtk_widget_get_mapped(GTK_WIDGET(window)) || !gtk_window_is_active(window)) continue;
-    if (found == nullptr || (X11Desktop::isAvailable() && X11Desktop::isActive(window))) found = window;
+    if (found == nullptr || WindowSystem::present().isActive(window)) found = window;
   }
   g_list_free(windows);
   return found;

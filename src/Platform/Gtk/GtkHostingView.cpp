@@ -52,25 +52,25 @@ class GtkViewRenderer : public ViewRenderer {
 }  // namespace
 
 GtkHostingView::GtkHostingView(View root)
-    : root_(gtk_overlay_new()), content_(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)) {
-  g_object_ref_sink(root_);
-  gtk_overlay_set_child(GTK_OVERLAY(root_), content_);
+    : root_(GObjectPtr<GtkWidget>::retain(gtk_overlay_new())),
+      content_(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0)) {
+  gtk_overlay_set_child(GTK_OVERLAY(root_.get()), content_);
   host_ = std::make_unique<ViewHost>(std::move(root), std::make_unique<GtkViewRenderer>(content_));
 }
 
 GtkHostingView::~GtkHostingView() {
   host_.reset();
-  GtkWidget* parent = gtk_widget_get_parent(root_);
-  if (parent != nullptr && GTK_IS_BOX(parent)) gtk_box_remove(GTK_BOX(parent), root_);
-  if (parent != nullptr && GTK_IS_OVERLAY(parent)) gtk_overlay_remove_overlay(GTK_OVERLAY(parent), root_);
-  g_object_unref(root_);
+  GtkWidget* parent = gtk_widget_get_parent(root_.get());
+  if (parent != nullptr && GTK_IS_BOX(parent)) gtk_box_remove(GTK_BOX(parent), root_.get());
+  if (parent != nullptr && GTK_IS_OVERLAY(parent))
+    gtk_overlay_remove_overlay(GTK_OVERLAY(parent), root_.get());
 }
 
 NSRect GtkHostingView::frame() const {
   GtkRequisition natural;
-  gtk_widget_get_preferred_size(root_, nullptr, &natural);
-  const int width = gtk_widget_get_width(root_);
-  const int height = gtk_widget_get_height(root_);
+  gtk_widget_get_preferred_size(root_.get(), nullptr, &natural);
+  const int width = gtk_widget_get_width(root_.get());
+  const int height = gtk_widget_get_height(root_.get());
   return {{0, 0},
           {static_cast<double>(width > 0 ? width : natural.width),
            static_cast<double>(height > 0 ? height : natural.height)}};
@@ -87,18 +87,18 @@ void GtkHostingView::addSubview(NSView& view, std::optional<NSSize> size) {
     // It shows something; the pointer is for what is below.
     gtk_widget_set_can_target(widget, FALSE);
   }
-  gtk_overlay_add_overlay(GTK_OVERLAY(root_), widget);
+  gtk_overlay_add_overlay(GTK_OVERLAY(root_.get()), widget);
 }
 
 void GtkHostingView::removeSubview(NSView& view) {
   auto* guest = dynamic_cast<GtkViewBase*>(&view);
-  if (guest == nullptr || gtk_widget_get_parent(guest->widget()) != root_) return;
-  gtk_overlay_remove_overlay(GTK_OVERLAY(root_), guest->widget());
+  if (guest == nullptr || gtk_widget_get_parent(guest->widget()) != root_.get()) return;
+  gtk_overlay_remove_overlay(GTK_OVERLAY(root_.get()), guest->widget());
 }
 
 void GtkHostingView::makeFirstResponder() {
   noteKeyboardClaim();
-  gtk_widget_grab_focus(root_);
+  gtk_widget_grab_focus(root_.get());
 }
 
 }  // namespace platform

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/NSHostingController.h"
 
@@ -18,14 +19,14 @@ class GtkHostingView : public NSHostingView, public GtkViewBase {
   GtkHostingView& operator=(const GtkHostingView&) = delete;
 
   ViewHost& host() noexcept override { return *host_; }
-  GtkWidget* widget() override { return root_; }
+  GtkWidget* widget() override { return root_.get(); }
   NSRect frame() const override;
   void makeFirstResponder() override;
   void addSubview(NSView& view, std::optional<NSSize> size) override;
   void removeSubview(NSView& view) override;
 
  private:
-  GtkWidget* root_;
+  GObjectPtr<GtkWidget> root_;
   GtkWidget* content_;
   std::unique_ptr<ViewHost> host_;
 };

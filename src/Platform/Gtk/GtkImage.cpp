@@ -145,31 +145,30 @@ Pixbuf load(const Loading& loading) {
 
 class GtkImage : public NSImage, public GtkViewBase {
  public:
-  GtkImage(GdkPixbuf* picture, NSSize size) : size_(size), root_(gtk_overlay_new()) {
-    g_object_ref_sink(root_);
+  GtkImage(GdkPixbuf* picture, NSSize size)
+      : size_(size), root_(GObjectPtr<GtkWidget>::retain(gtk_overlay_new())) {
     const auto texture = GObjectPtr<GdkTexture>::adopt(gdk_texture_new_for_pixbuf(picture));
     // A picture asks for as many points as it has pixels; so it lies over what has its size.
     GtkWidget* place = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_widget_set_size_request(place, static_cast<int>(size.width), static_cast<int>(size.height));
-    gtk_overlay_set_child(GTK_OVERLAY(root_), place);
+    gtk_overlay_set_child(GTK_OVERLAY(root_.get()), place);
     GtkWidget* shown = gtk_picture_new_for_paintable(GDK_PAINTABLE(texture.get()));
     gtk_picture_set_can_shrink(GTK_PICTURE(shown), TRUE);
-    gtk_overlay_add_overlay(GTK_OVERLAY(root_), shown);
+    gtk_overlay_add_overlay(GTK_OVERLAY(root_.get()), shown);
   }
   ~GtkImage() override {
-    if (GtkWidget* parent = gtk_widget_get_parent(root_); parent != nullptr && GTK_IS_BOX(parent))
-      gtk_box_remove(GTK_BOX(parent), root_);
-    g_object_unref(root_);
+    if (GtkWidget* parent = gtk_widget_get_parent(root_.get()); parent != nullptr && GTK_IS_BOX(parent))
+      gtk_box_remove(GTK_BOX(parent), root_.get());
   }
   GtkImage(const GtkImage&) = delete;
   GtkImage& operator=(const GtkImage&) = delete;
 
-  GtkWidget* widget() override { return root_; }
+  GtkWidget* widget() override { return root_.get(); }
   NSRect frame() const override { return {{0, 0}, size_}; }
 
  private:
   NSSize size_;
-  GtkWidget* root_;
+  GObjectPtr<GtkWidget> root_;
 };
 
 void loaded(const Loading& loading, const Pixbuf& picture) {

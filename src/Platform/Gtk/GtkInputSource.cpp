@@ -1,7 +1,7 @@
 #include "Platform/Gtk/GtkInputSource.h"
 
 #include "Platform/Gtk/GtkKeyCodes.h"
-#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/WindowSystem.h"
 #include "Platform/UTF8.h"
 
 #include <algorithm>
@@ -60,8 +60,7 @@ bool writesASCII(int layout) {
 }  // namespace
 
 std::unique_ptr<TISInputSource> GtkInputSource::current() {
-  // On Wayland nobody tells which layout is active; the first one is then the best guess.
-  const int active = X11Desktop::isAvailable() ? X11Desktop::keyboardGroup() : 0;
+  const int active = WindowSystem::present().keyboardGroup();
   if (writesASCII(active)) return std::make_unique<GtkInputSource>(active);
   int last = 0;
   for (const auto& symbol : symbolsOf(hardwareKeycode(keyOfLetterA).value_or(0)))

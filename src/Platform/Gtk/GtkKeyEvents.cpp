@@ -8,7 +8,7 @@
 #include "Platform/Gtk/GtkMouseEvents.h"
 #include "Platform/Gtk/KeyboardPlaces.h"
 #include "Platform/Gtk/TextComposition.h"
-#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/WindowSystem.h"
 #include "Platform/NSApplication.h"
 
 #include <algorithm>
@@ -38,7 +38,8 @@ bool isRepeat = false;
 
 std::uint32_t modifierFlags(GdkModifierType state) {
   // In a Wayland session the toolkit leaves Super out of the state.
-  std::uint32_t flags = X11Desktop::isAvailable() || superKeysDown.empty() ? 0 : NSEvent::controlFlag;
+  std::uint32_t flags =
+      WindowSystem::present().tellsOfSuper() || superKeysDown.empty() ? 0 : NSEvent::controlFlag;
   if ((state & GDK_LOCK_MASK) != 0) flags |= NSEvent::capsLockFlag;
   if ((state & GDK_SHIFT_MASK) != 0) flags |= NSEvent::shiftFlag;
   if ((state & GDK_SUPER_MASK) != 0) flags |= NSEvent::controlFlag;

@@ -4,7 +4,7 @@
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/Gtk/HotKeyActivation.h"
-#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/WindowSystem.h"
 #include "Platform/NSScreen.h"
 
 #include <algorithm>
@@ -102,39 +102,36 @@ void GtkPanel::installContent() {
 }
 
 void GtkPanel::moveToFrame(bool beforeMap) {
-  if (!X11Desktop::isAvailable()) return;
+  const auto& system = WindowSystem::present();
   std::size_t primary = 0;
-  const auto monitors = X11Desktop::monitors(primary);
+  const auto monitors = system.monitors(primary);
   if (monitors.empty()) return;
   const auto& monitor =
-      monitors[mainMonitor_.value_or(X11Desktop::mainMonitor().value_or(primary)) % monitors.size()];
-  const int scale = X11Desktop::scale();
+      monitors[mainMonitor_.value_or(system.mainMonitor().value_or(primary)) % monitors.size()];
+  const int scale = system.scale();
   // The program counts from the bottom left; the window system from the top left. The frame's own height: a
   // content that is higher, or becomes so, hangs down from the same edge.
   const double top = onScreen(frame_, (styleMask_ & closable) != 0);
   const PixelPoint place{monitor.x + static_cast<int>(std::lround(frame_.origin.x)) * scale,
                          monitor.y + monitor.height - static_cast<int>(std::lround(top)) * scale};
   if (beforeMap) {
-    X11Desktop::setPositionHint(window_, place);
+    system.setPositionHint(window_, place);
   } else {
-    X11Desktop::move(window_, place);
+    system.move(window_, place);
   }
 }
 
 void GtkPanel::onMapped() {
-  if (!X11Desktop::isAvailable()) return;
   moveToFrame(false);
-  if (isFloating_) X11Desktop::keepAbove(window_);
+  if (isFloating_) WindowSystem::present().keepAbove(window_);
 }
 
 void GtkPanel::makeKeyAndOrderFront() {
   ensureWindow();
   gtk_widget_realize(GTK_WIDGET(window_));
-  if (X11Desktop::isAvailable()) {
-    X11Desktop::setSkipsTaskbar(window_, true);
-    mainMonitor_ = X11Desktop::mainMonitor();
-    moveToFrame(true);
-  }
+  WindowSystem::present().setSkipsTaskbar(window_, true);
+  mainMonitor_ = WindowSystem::present().mainMonitor();
+  moveToFrame(true);
   isVisible_ = true;
   presentWindow(window_);
 }

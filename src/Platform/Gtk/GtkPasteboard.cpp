@@ -1,14 +1,13 @@
 #include "Platform/Gtk/GtkPasteboard.h"
 
 #include "Platform/DispatchQueue.h"
+#include "Platform/Gtk/WindowSystem.h"
 #include "Platform/UTF8.h"
 
 #include <array>
 #include <deque>
 #include <optional>
 #include <utility>
-
-#include <gdk/x11/gdkx.h>
 
 namespace platform {
 
@@ -40,14 +39,6 @@ bool hasText(GdkClipboard* board) {
     if (type != nullptr && gdk_content_formats_contain_mime_type(formats, type)) return true;
   }
   return false;
-}
-
-/// On X11 what a clipboard holds is known some time after whose it is: the owner is asked.
-bool mayNotBeKnownYet(GdkClipboard* board) {
-  auto* display = gdk_clipboard_get_display(board);
-  if (!GDK_IS_X11_DISPLAY(display)) return false;
-  return XGetSelectionOwner(gdk_x11_display_get_xdisplay(display),
-                            gdk_x11_get_xatom_by_name_for_display(display, "CLIPBOARD")) != None;
 }
 
 /// What we, or a page of ours, put there is at hand.
@@ -210,7 +201,7 @@ void GtkPasteboard::readItems(Completion completion) {
   reading->timer = DispatchQueue::main().timer(patience, [weak = std::weak_ptr(reading)] {
     if (const auto late = weak.lock()) late->fail(NSPasteboardReading::Failure::noAnswer);
   });
-  if (isEmpty(board) && mayNotBeKnownYet(board)) {
+  if (isEmpty(board) && WindowSystem::present().isClipboardUntold(board)) {
     reading->waitForItsKinds();
   } else {
     reading->fetch();

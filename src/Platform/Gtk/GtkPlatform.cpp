@@ -22,7 +22,7 @@
 #include "Platform/Gtk/StatusNotifierItem.h"
 #include "Platform/Gtk/Toolkit.h"
 #include "Platform/Gtk/WebEngine.h"
-#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/WindowSystem.h"
 #include "Platform/Gtk/X11HotKeyGrabs.h"
 #include "Platform/NSAppearance.h"
 #include "Platform/NSScreen.h"
@@ -133,43 +133,8 @@ std::optional<NSAppearance> GtkPlatform::currentAppearance() const {
 }
 
 std::vector<NSScreen> GtkPlatform::screens() const {
-  std::vector<NSScreen> screens;
-  if (!isToolkitRunning_) return screens;
-  if (!X11Desktop::isAvailable()) {
-    GListModel* monitors = gdk_display_get_monitors(gdk_display_get_default());
-    for (guint i = 0; i < g_list_model_get_n_items(monitors); ++i) {
-      const auto monitor =
-          GObjectPtr<GdkMonitor>::adopt(static_cast<GdkMonitor*>(g_list_model_get_item(monitors, i)));
-      GdkRectangle area;
-      gdk_monitor_get_geometry(monitor.get(), &area);
-      const NSRect frame{{0, 0}, {static_cast<double>(area.width), static_cast<double>(area.height)}};
-      screens.push_back({frame, frame});
-    }
-    return screens;
-  }
-  std::size_t primary = 0;
-  const auto monitors = X11Desktop::monitors(primary);
-  // The one where the user is.
-  if (const auto main = X11Desktop::mainMonitor()) primary = *main;
-  const auto struts = X11Desktop::struts();
-  const double scale = X11Desktop::scale();
-  PixelRect desktop;
-  for (const auto& monitor : monitors) {
-    desktop.width = std::max(desktop.width, monitor.x + monitor.width);
-    desktop.height = std::max(desktop.height, monitor.y + monitor.height);
-  }
-  if (monitors.empty()) return screens;
-  const auto& main = monitors[primary];
-  // The main screen's bottom left corner is where all screens are counted from.
-  const auto flipped = [&](const PixelRect& r) {
-    return NSRect{{(r.x - main.x) / scale, (main.y + main.height - r.y - r.height) / scale},
-                  {r.width / scale, r.height / scale}};
-  };
-  for (const auto& monitor : monitors) {
-    screens.push_back({flipped(monitor), flipped(workArea(monitor, struts, desktop))});
-  }
-  std::swap(screens.front(), screens[primary]);
-  return screens;
+  if (!isToolkitRunning_) return {};
+  return WindowSystem::present().screens();
 }
 
 std::optional<NSScreen> GtkPlatform::mainScreen() const {
@@ -187,13 +152,8 @@ std::unique_ptr<NSStatusItem> GtkPlatform::makeStatusItem(double length) {
                                  [this] { awaitTray(); }, [this](bool hasTray) { trayChanged(hasTray); }});
   statusItem_ = item.get();
   statusItem_->whenToolkitReady = [this](std::function<void()> work) { whenToolkitReady(std::move(work)); };
-  statusItem_->pixelOfClick = [this](NSPoint told) -> NSPoint {
-    // In a Wayland session X doesn't know where the pointer is.
-    if (!isToolkitRunning_ || !X11Desktop::isAvailable() || isWaylandSession()) return told;
-    const auto pointer = X11Desktop::pointer();
-    const auto pixel = pixelOfClick({static_cast<int>(told.x), static_cast<int>(told.y)}, pointer,
-                                    X11Desktop::scale(), X11Desktop::isOnPanel(pointer));
-    return {static_cast<double>(pixel.x), static_cast<double>(pixel.y)};
+  statusItem_->pixelOfClick = [this](NSPoint told) {
+    return isToolkitRunning_ ? WindowSystem::present().pixelOfClick(told) : told;
   };
   statusItem_->shouldIgnoreClick = [this] {
     // A user who changes the panel's colours finds the icon's changed by the next click.
@@ -231,8 +191,8 @@ void GtkPlatform::trayChanged(bool hasTray) {
 void GtkPlatform::colourIcon() {
   // Their panels draw symbolic icons as they come. Others colour them.
   const bool drawsAsItComes = isDesktop("MATE") || isDesktop("LXQt");
-  if (!drawsAsItComes || statusItem_ == nullptr || !X11Desktop::isAvailable() || isWaylandSession()) return;
-  statusItem_->setPanelLuminance(X11Desktop::panelLuminance());
+  if (!drawsAsItComes || statusItem_ == nullptr) return;
+  statusItem_->setPanelLuminance(WindowSystem::present().panelLuminance());
 }
 
 void GtkPlatform::tellThatThereIsNoTray() {
@@ -317,9 +277,7 @@ void GtkPlatform::startToolkit() {
   gdk_set_allowed_backends("x11,wayland,*");
   if (!gtk_init_check())
     endWithMessage("The display can't be opened. Start Velkin from a graphical session.");
-  // A Wayland session knows windows by the name of the program's desktop entry, and the toolkit gives it this
-  // one.
-  if (!X11Desktop::isAvailable()) g_set_prgname(bundle::identifier);
+  WindowSystem::present().nameProgram(bundle::identifier);
   adw_init();
   isToolkitRunning_ = true;
   appearance_.followToolkit({[this] { notifications_.deliver(interfaceThemeChangedNotification, ""); },

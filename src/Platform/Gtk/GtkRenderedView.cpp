@@ -69,38 +69,36 @@ bool isOverPage(GtkWidget* widget, GdkEvent* event) {
 
 }  // namespace
 
-GtkRenderedView::GtkRenderedView(GtkWidget* widget) : widget_(widget) { g_object_ref_sink(widget_); }
+GtkRenderedView::GtkRenderedView(GtkWidget* widget) : widget_(GObjectPtr<GtkWidget>::retain(widget)) {}
 
 GtkRenderedView::~GtkRenderedView() {
   if (element_.modifiers.place) element_.modifiers.place->find = {};
-  g_signal_handlers_disconnect_by_data(widget_, this);
+  g_signal_handlers_disconnect_by_data(widget(), this);
   // The widget may live on for a while, held by an event that is on its way.
   for (const auto& [owner, controller] : controllers_) {
-    g_signal_handlers_disconnect_by_data(owner, this);
+    g_signal_handlers_disconnect_by_data(owner.get(), this);
     g_signal_handlers_disconnect_by_data(controller, this);
-    gtk_widget_remove_controller(owner, controller);
-    g_object_unref(owner);
+    gtk_widget_remove_controller(owner.get(), controller);
   }
   // Containers without a protocol of their own for leaving take any child out by this.
-  if (GtkWidget* parent = gtk_widget_get_parent(widget_)) {
-    keyboardMayLeave(widget_);
+  if (GtkWidget* parent = gtk_widget_get_parent(widget())) {
+    keyboardMayLeave(widget());
     if (GTK_IS_BOX(parent)) {
-      gtk_box_remove(GTK_BOX(parent), widget_);
+      gtk_box_remove(GTK_BOX(parent), widget());
     } else if (GTK_IS_GRID(parent)) {
-      gtk_grid_remove(GTK_GRID(parent), widget_);
+      gtk_grid_remove(GTK_GRID(parent), widget());
     } else if (GTK_IS_BUTTON(parent)) {
       gtk_button_set_child(GTK_BUTTON(parent), nullptr);
     } else if (GTK_IS_OVERLAY(parent)) {
-      if (gtk_overlay_get_child(GTK_OVERLAY(parent)) == widget_) {
+      if (gtk_overlay_get_child(GTK_OVERLAY(parent)) == widget()) {
         gtk_overlay_set_child(GTK_OVERLAY(parent), nullptr);
       } else {
-        gtk_overlay_remove_overlay(GTK_OVERLAY(parent), widget_);
+        gtk_overlay_remove_overlay(GTK_OVERLAY(parent), widget());
       }
     } else {
-      gtk_widget_unparent(widget_);
+      gtk_widget_unparent(widget());
     }
   }
-  g_object_unref(widget_);
 }
 
 void GtkRenderedView::setChildren(std::span<RenderedView* const>) {}
@@ -118,22 +116,22 @@ void GtkRenderedView::applyModifiers() {
   const auto& m = element_.modifiers;
   applyRole();
   applyPlace();
-  style_.apply(widget_, m);
+  style_.apply(widget(), m);
   const bool hasPaddingInside = m.background || m.border;
   const auto around = hasPaddingInside ? m.margin : m.margin + m.padding;
-  gtk_widget_set_margin_top(widget_, pixels(around.top));
-  gtk_widget_set_margin_bottom(widget_, pixels(around.bottom));
-  gtk_widget_set_margin_start(widget_, pixels(around.leading));
-  gtk_widget_set_margin_end(widget_, pixels(around.trailing));
-  gtk_widget_set_opacity(widget_, m.opacity.value_or(1));
+  gtk_widget_set_margin_top(widget(), pixels(around.top));
+  gtk_widget_set_margin_bottom(widget(), pixels(around.bottom));
+  gtk_widget_set_margin_start(widget(), pixels(around.leading));
+  gtk_widget_set_margin_end(widget(), pixels(around.trailing));
+  gtk_widget_set_opacity(widget(), m.opacity.value_or(1));
   applyTooltip(m.help);
   if (m.isDisabled && gtk_widget_has_focus(focusWidget())) {
     // A widget that is switched off while it has the keyboard never learns that it lost it.
-    if (auto* root = gtk_widget_get_root(widget_)) gtk_root_set_focus(root, nullptr);
+    if (auto* root = gtk_widget_get_root(widget())) gtk_root_set_focus(root, nullptr);
   }
-  gtk_widget_set_sensitive(widget_, !m.isDisabled);
-  gtk_widget_set_focus_on_click(widget_, !m.leavesKeyboard);
-  if (m.cornerRadius) gtk_widget_set_overflow(widget_, GTK_OVERFLOW_HIDDEN);
+  gtk_widget_set_sensitive(widget(), !m.isDisabled);
+  gtk_widget_set_focus_on_click(widget(), !m.leavesKeyboard);
+  if (m.cornerRadius) gtk_widget_set_overflow(widget(), GTK_OVERFLOW_HIDDEN);
   applyName();
   applyFrame(m);
   ensureGestures();
@@ -148,7 +146,7 @@ void GtkRenderedView::applyName() {
   const auto given = !m.label.empty() ? m.label : (words.empty() ? m.help : std::string(words));
   if (!given.empty()) {
     // Of a control that is made of several widgets, tools may look at each.
-    for (GtkWidget* part : {widget_, focusWidget()})
+    for (GtkWidget* part : {widget(), focusWidget()})
       gtk_accessible_update_property(GTK_ACCESSIBLE(part), GTK_ACCESSIBLE_PROPERTY_LABEL, given.c_str(), -1);
   }
   const bool isNews = m.role == AccessibilityRole::status || m.role == AccessibilityRole::alert;
@@ -157,14 +155,14 @@ void GtkRenderedView::applyName() {
   const auto& told = m.label.empty() && text != nullptr ? text->text : m.label;
   if (told == told_) return;
   told_ = told;
-  if (!told_.empty()) toolkit::announce(widget_, told_);
+  if (!told_.empty()) toolkit::announce(widget(), told_);
 }
 
 void GtkRenderedView::applyRole() {
   const auto& role = element_.modifiers.role;
-  if (role == AccessibilityRole::toolbar) markAsPane(widget_);
+  if (role == AccessibilityRole::toolbar) markAsPane(widget());
   // The toolkit takes a role as long as it has told nobody of the widget.
-  if (!role || gtk_widget_get_realized(widget_)) return;
+  if (!role || gtk_widget_get_realized(widget())) return;
   const auto gtkRole = [&] {
     switch (*role) {
       case AccessibilityRole::none:
@@ -192,29 +190,29 @@ void GtkRenderedView::applyRole() {
     }
     return GTK_ACCESSIBLE_ROLE_GROUP;
   }();
-  if (gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(widget_)) == gtkRole) return;
-  g_object_set(widget_, "accessible-role", gtkRole, nullptr);
+  if (gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(widget())) == gtkRole) return;
+  g_object_set(widget(), "accessible-role", gtkRole, nullptr);
 }
 
 void GtkRenderedView::applyPlace() {
   const auto& place = element_.modifiers.place;
   if (!place) return;
   place->find = [this]() -> std::optional<ViewPlace::InWindow> {
-    const auto frame = frameInWindow(widget_);
+    const auto frame = frameInWindow(widget());
     if (!frame) return std::nullopt;
-    return ViewPlace::InWindow{windowNumber(GTK_WINDOW(gtk_widget_get_root(widget_))), *frame};
+    return ViewPlace::InWindow{windowNumber(GTK_WINDOW(gtk_widget_get_root(widget()))), *frame};
   };
 }
 
 void GtkRenderedView::applyTooltip(const std::string& text) {
-  const char* present = gtk_widget_get_tooltip_text(widget_);
+  const char* present = gtk_widget_get_tooltip_text(widget());
   if (text == (present != nullptr ? present : "")) return;
   // For a visible widget the toolkit asks the display where the pointer is and waits for the answer. One that
   // has no place yet can't be below it.
-  const bool hasPlace = gtk_widget_get_parent(widget_) != nullptr;
-  if (!hasPlace) gtk_widget_set_visible(widget_, FALSE);
-  gtk_widget_set_tooltip_text(widget_, text.empty() ? nullptr : text.c_str());
-  if (!hasPlace) gtk_widget_set_visible(widget_, TRUE);
+  const bool hasPlace = gtk_widget_get_parent(widget()) != nullptr;
+  if (!hasPlace) gtk_widget_set_visible(widget(), FALSE);
+  gtk_widget_set_tooltip_text(widget(), text.empty() ? nullptr : text.c_str());
+  if (!hasPlace) gtk_widget_set_visible(widget(), TRUE);
 }
 
 void GtkRenderedView::applyFrame(const Modifiers& m) {
@@ -223,7 +221,7 @@ void GtkRenderedView::applyFrame(const Modifiers& m) {
     if (fixed) return pixels(*fixed);
     return minimum ? pixels(*minimum) : -1;
   };
-  gtk_widget_set_size_request(widget_, least(f.width, f.minWidth), least(f.height, f.minHeight));
+  gtk_widget_set_size_request(widget(), least(f.width, f.minWidth), least(f.height, f.minHeight));
   const auto expand = [](GtkWidget* widget, const std::optional<double>& fixed,
                          const std::optional<double>& most, auto setExpand, auto setIsSet) {
     if (fixed) {
@@ -237,8 +235,8 @@ void GtkRenderedView::applyFrame(const Modifiers& m) {
     }
     setIsSet(widget, TRUE);
   };
-  expand(widget_, f.width, f.maxWidth, gtk_widget_set_hexpand, gtk_widget_set_hexpand_set);
-  expand(widget_, f.height, f.maxHeight, gtk_widget_set_vexpand, gtk_widget_set_vexpand_set);
+  expand(widget(), f.width, f.maxWidth, gtk_widget_set_hexpand, gtk_widget_set_hexpand_set);
+  expand(widget(), f.height, f.maxHeight, gtk_widget_set_vexpand, gtk_widget_set_vexpand_set);
 }
 
 void GtkRenderedView::align(Axis axis, Alignment alignment) {
@@ -247,33 +245,33 @@ void GtkRenderedView::align(Axis axis, Alignment alignment) {
   const bool isDivider = std::holds_alternative<DividerContent>(element_.content);
   const auto own = f.alignment.value_or(Alignment::fill);
   const auto horizontal = [&] {
-    if (gtk_widget_compute_expand(widget_, GTK_ORIENTATION_HORIZONTAL)) return gtkAlign(own);
+    if (gtk_widget_compute_expand(widget(), GTK_ORIENTATION_HORIZONTAL)) return gtkAlign(own);
     if (axis == Axis::vertical && !isDivider && !isSpacer) return gtkAlign(alignment);
     return axis == Axis::depth ? gtkAlign(alignment) : GTK_ALIGN_FILL;
   };
   const auto vertical = [&] {
-    if (gtk_widget_compute_expand(widget_, GTK_ORIENTATION_VERTICAL)) return GTK_ALIGN_FILL;
+    if (gtk_widget_compute_expand(widget(), GTK_ORIENTATION_VERTICAL)) return GTK_ALIGN_FILL;
     if (axis == Axis::horizontal && !isDivider && !isSpacer) return gtkAlign(alignment);
     return axis == Axis::depth ? gtkAlign(alignment) : GTK_ALIGN_FILL;
   };
-  const bool isLabel = GTK_IS_LABEL(widget_);
-  gtk_widget_set_halign(widget_, isLabel && own != Alignment::fill ? GTK_ALIGN_FILL : horizontal());
-  gtk_widget_set_valign(widget_, vertical());
+  const bool isLabel = GTK_IS_LABEL(widget());
+  gtk_widget_set_halign(widget(), isLabel && own != Alignment::fill ? GTK_ALIGN_FILL : horizontal());
+  gtk_widget_set_valign(widget(), vertical());
   if (isDivider) {
     // A line stands across the direction in which its neighbours follow one another.
-    gtk_orientable_set_orientation(GTK_ORIENTABLE(widget_), axis == Axis::horizontal
-                                                                ? GTK_ORIENTATION_VERTICAL
-                                                                : GTK_ORIENTATION_HORIZONTAL);
+    gtk_orientable_set_orientation(GTK_ORIENTABLE(widget()), axis == Axis::horizontal
+                                                                 ? GTK_ORIENTATION_VERTICAL
+                                                                 : GTK_ORIENTATION_HORIZONTAL);
   }
   if (isSpacer) {
-    gtk_widget_set_hexpand(widget_, axis == Axis::horizontal);
-    gtk_widget_set_vexpand(widget_, axis == Axis::vertical);
+    gtk_widget_set_hexpand(widget(), axis == Axis::horizontal);
+    gtk_widget_set_vexpand(widget(), axis == Axis::vertical);
   }
 }
 
 void GtkRenderedView::addController(GtkWidget* owner, GtkEventController* controller) {
   gtk_widget_add_controller(owner, controller);
-  controllers_.emplace_back(static_cast<GtkWidget*>(g_object_ref(owner)), controller);
+  controllers_.emplace_back(GObjectPtr<GtkWidget>::retain(owner), controller);
 }
 
 void GtkRenderedView::ensureGestures() {
@@ -286,7 +284,7 @@ void GtkRenderedView::ensureGestures() {
                                if (action) action();
                              }),
                              this);
-    addController(widget_, GTK_EVENT_CONTROLLER(click));
+    addController(widget(), GTK_EVENT_CONTROLLER(click));
     // A page keeps every press to itself.
     GtkEventController* overPage = gtk_event_controller_legacy_new();
     gtk_event_controller_set_propagation_phase(overPage, GTK_PHASE_CAPTURE);
@@ -295,7 +293,7 @@ void GtkRenderedView::ensureGestures() {
                        auto* self = static_cast<GtkRenderedView*>(data);
                        if (gdk_event_get_event_type(event) != GDK_BUTTON_RELEASE ||
                            gdk_button_event_get_button(event) != GDK_BUTTON_PRIMARY ||
-                           !isOverPage(self->widget_, event)) {
+                           !isOverPage(self->widget(), event)) {
                          return FALSE;
                        }
                        const auto action = self->element_.modifiers.onTap;
@@ -303,7 +301,7 @@ void GtkRenderedView::ensureGestures() {
                        return FALSE;
                      }),
                      this);
-    addController(widget_, overPage);
+    addController(widget(), overPage);
   }
   if (m.onHover && !hasHover_) {
     hasHover_ = true;
@@ -318,7 +316,7 @@ void GtkRenderedView::ensureGestures() {
                                if (action) action(false);
                              }),
                              this);
-    addController(widget_, motion);
+    addController(widget(), motion);
   }
 }
 
@@ -341,8 +339,8 @@ void GtkRenderedView::ensurePress() {
                      return FALSE;
                    }),
                    this);
-  addController(widget_, events);
-  g_signal_connect_swapped(widget_, "unmap",
+  addController(widget(), events);
+  g_signal_connect_swapped(widget(), "unmap",
                            G_CALLBACK(+[](GtkRenderedView* self) { self->setIsDown(false); }), this);
 }
 
@@ -351,8 +349,8 @@ void GtkRenderedView::keyPressed(GdkEvent* event) {
   if (isDown_ || (keyval != GDK_KEY_space && keyval != GDK_KEY_KP_Space)) return;
   setIsDown(true);
   // The monitors keep the releases of keys, and a window that loses the keyboard doesn't get them.
-  whenKeysAreUp([this, alive = std::weak_ptr(alive_)] {
-    if (!alive.expired()) setIsDown(false);
+  whenKeysAreUp([this, alive = isAlive_.watch()] {
+    if (alive) setIsDown(false);
   });
 }
 

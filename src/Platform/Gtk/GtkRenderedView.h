@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Alive.h"
+#include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkStyle.h"
 #include "Platform/View/ViewRenderer.h"
 
@@ -20,7 +22,7 @@ class GtkRenderedView : public RenderedView {
   GtkRenderedView& operator=(const GtkRenderedView&) = delete;
 
   /// What stands in the parent.
-  GtkWidget* widget() const noexcept { return widget_; }
+  GtkWidget* widget() const noexcept { return widget_.get(); }
 
   void update(const Element& element) final;
   void setChildren(std::span<RenderedView* const> children) override;
@@ -36,7 +38,7 @@ class GtkRenderedView : public RenderedView {
   virtual void updateContent(const Element& element) = 0;
   const Element& element() const noexcept { return element_; }
   /// What has the keyboard when this view has it.
-  virtual GtkWidget* focusWidget() const { return widget_; }
+  virtual GtkWidget* focusWidget() const { return widget_.get(); }
   /// True while a change comes from us and is no news to anybody.
   bool isUpdating() const noexcept { return isUpdating_; }
 
@@ -54,7 +56,7 @@ class GtkRenderedView : public RenderedView {
   void setIsDown(bool isDown);
   void addController(GtkWidget* owner, GtkEventController* controller);
 
-  GtkWidget* widget_;
+  GObjectPtr<GtkWidget> widget_;
   Element element_;
   GtkStyle style_;
   bool isUpdating_ = false;
@@ -66,8 +68,8 @@ class GtkRenderedView : public RenderedView {
   /// The last news that a view of news has told.
   std::string told_;
   /// What calls on this object, and the widgets that it belongs to.
-  std::vector<std::pair<GtkWidget*, GtkEventController*>> controllers_;
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  std::vector<std::pair<GObjectPtr<GtkWidget>, GtkEventController*>> controllers_;
+  Alive isAlive_;
 };
 
 /// Puts exactly `wanted` into the container, in this order, moving only what is elsewhere.

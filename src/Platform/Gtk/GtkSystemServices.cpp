@@ -5,12 +5,11 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/LoginItem.h"
 #include "Platform/Gtk/PortalRequest.h"
-#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/WindowSystem.h"
 #include "platform/BundleInfo.h"
 
 #include <utility>
 
-#include <gdk/x11/gdkx.h>
 #include <gtk/gtk.h>
 #include <unistd.h>
 
@@ -41,10 +40,7 @@ std::vector<CGWindow> GtkSystemServices::windowsOnScreen() {
   std::vector<CGWindow> windows;
   for (const auto& window : windowsOnShow()) {
     CGWindow told{bundle::name, ::getpid()};
-    auto* const surface = gtk_native_get_surface(GTK_NATIVE(window.get()));
-    if (X11Desktop::isAvailable() && surface != nullptr) {
-      told.number = static_cast<int>(gdk_x11_surface_get_xid(surface));
-    }
+    told.number = WindowSystem::present().numberOf(window.get());
     windows.push_back(std::move(told));
   }
   return windows;

@@ -46,45 +46,42 @@ class Place {
 /// A file on its way into the text.
 struct GtkTextEditor::FileReading {
   GtkTextEditor* editor;
-  std::shared_ptr<bool> isAlive;
+  Alive::Watch alive;
   GObjectPtr<GFile> file;
   std::unique_ptr<Place> place;
 };
 
-GtkTextEditor::GtkTextEditor() : scrolled_(gtk_scrolled_window_new()), editor_(gtk_text_view_new()) {
-  g_object_ref_sink(scrolled_);
-  buffer_ = gtk_text_view_get_buffer(view());
-  g_object_ref(buffer_);
+GtkTextEditor::GtkTextEditor()
+    : scrolled_(GObjectPtr<GtkWidget>::retain(gtk_scrolled_window_new())), editor_(gtk_text_view_new()) {
+  buffer_ = GObjectPtr<GtkTextBuffer>::retain(gtk_text_view_get_buffer(view()));
   gtk_text_view_set_wrap_mode(view(), GTK_WRAP_WORD_CHAR);
   gtk_text_view_set_left_margin(view(), margin);
   gtk_text_view_set_right_margin(view(), margin);
   gtk_text_view_set_top_margin(view(), margin);
   gtk_text_view_set_bottom_margin(view(), margin);
-  gtk_text_buffer_set_max_undo_levels(buffer_, undoSteps);
-  wrapLongWords(buffer_);
+  gtk_text_buffer_set_max_undo_levels(buffer_.get(), undoSteps);
+  wrapLongWords(buffer_.get());
   // Off the screen the view gives the primary selection up, and the text's own with it, if nobody else holds
   // it.
-  gtk_text_buffer_add_selection_clipboard(buffer_, gtk_widget_get_primary_clipboard(editor_));
-  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled_), editor_);
-  gtk_widget_set_hexpand(scrolled_, TRUE);
-  gtk_widget_set_vexpand(scrolled_, TRUE);
+  gtk_text_buffer_add_selection_clipboard(buffer_.get(), gtk_widget_get_primary_clipboard(editor_));
+  gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scrolled_.get()), editor_);
+  gtk_widget_set_hexpand(scrolled_.get(), TRUE);
+  gtk_widget_set_vexpand(scrolled_.get(), TRUE);
   connectBuffer();
   connectView();
 }
 
 GtkTextEditor::~GtkTextEditor() {
-  *isAlive_ = false;
-  g_signal_handlers_disconnect_by_data(buffer_, this);
+  isAlive_.end();
+  g_signal_handlers_disconnect_by_data(buffer_.get(), this);
   g_signal_handlers_disconnect_by_data(editor_, this);
-  GtkWidget* parent = gtk_widget_get_parent(scrolled_);
-  if (parent != nullptr && GTK_IS_BOX(parent)) gtk_box_remove(GTK_BOX(parent), scrolled_);
-  gtk_text_buffer_remove_selection_clipboard(buffer_, gtk_widget_get_primary_clipboard(editor_));
-  g_object_unref(buffer_);
-  g_object_unref(scrolled_);
+  GtkWidget* parent = gtk_widget_get_parent(scrolled_.get());
+  if (parent != nullptr && GTK_IS_BOX(parent)) gtk_box_remove(GTK_BOX(parent), scrolled_.get());
+  gtk_text_buffer_remove_selection_clipboard(buffer_.get(), gtk_widget_get_primary_clipboard(editor_));
 }
 
 void GtkTextEditor::connectBuffer() {
-  g_signal_connect_swapped(buffer_, "changed", G_CALLBACK(+[](GtkTextEditor* self) {
+  g_signal_connect_swapped(buffer_.get(), "changed", G_CALLBACK(+[](GtkTextEditor* self) {
                              self->isChangedInStep_ = true;
                              if (self->stepDepth_ == 0) self->endStep();
                            }),
@@ -95,15 +92,15 @@ void GtkTextEditor::connectBuffer() {
     self->endStep();
   };
   for (const char* signal : {"begin-user-action", "undo", "redo"}) {
-    g_signal_connect_swapped(buffer_, signal, G_CALLBACK(begin), this);
+    g_signal_connect_swapped(buffer_.get(), signal, G_CALLBACK(begin), this);
   }
   for (const char* signal : {"end-user-action", "undo", "redo"}) {
-    g_signal_connect_data(buffer_, signal, G_CALLBACK(end), this, nullptr,
+    g_signal_connect_data(buffer_.get(), signal, G_CALLBACK(end), this, nullptr,
                           GConnectFlags(G_CONNECT_AFTER | G_CONNECT_SWAPPED));
   }
   // Whatever way it comes: by an input method, dragged from elsewhere, from the primary selection.
   g_signal_connect(
-      buffer_, "insert-text",
+      buffer_.get(), "insert-text",
       G_CALLBACK(+[](GtkTextBuffer* buffer, GtkTextIter*, const char*, int length, gpointer data) {
         auto* self = static_cast<GtkTextEditor*>(data);
         // One byte is for what keeps steps of undo apart, for a moment.
@@ -165,16 +162,16 @@ void GtkTextEditor::endStep() {
 
 NSRect GtkTextEditor::frame() const {
   return {{0, 0},
-          {static_cast<double>(gtk_widget_get_width(scrolled_)),
-           static_cast<double>(gtk_widget_get_height(scrolled_))}};
+          {static_cast<double>(gtk_widget_get_width(scrolled_.get())),
+           static_cast<double>(gtk_widget_get_height(scrolled_.get()))}};
 }
 
-std::string GtkTextEditor::string() const { return textOf(buffer_); }
+std::string GtkTextEditor::string() const { return textOf(buffer_.get()); }
 
 bool GtkTextEditor::hasRoomFor(std::size_t bytes) const {
-  const auto characters = static_cast<std::size_t>(gtk_text_buffer_get_char_count(buffer_));
+  const auto characters = static_cast<std::size_t>(gtk_text_buffer_get_char_count(buffer_.get()));
   // Reading the text's own length takes time: only near the limit.
-  return characters * 4 + bytes <= maximumBytes || textOf(buffer_).size() + bytes <= maximumBytes;
+  return characters * 4 + bytes <= maximumBytes || textOf(buffer_.get()).size() + bytes <= maximumBytes;
 }
 
 void GtkTextEditor::refuse(Refusal reason) {
@@ -189,9 +186,9 @@ bool GtkTextEditor::setString(const std::string& text, UndoHistory history) {
   }
   const bool isForgotten = history == UndoHistory::forgotten;
   beginStep();
-  if (isForgotten) gtk_text_buffer_begin_irreversible_action(buffer_);
-  changeText(buffer_, text);
-  if (isForgotten) gtk_text_buffer_end_irreversible_action(buffer_);
+  if (isForgotten) gtk_text_buffer_begin_irreversible_action(buffer_.get());
+  changeText(buffer_.get(), text);
+  if (isForgotten) gtk_text_buffer_end_irreversible_action(buffer_.get());
   --stepDepth_;
   endStep();
   return true;
@@ -200,20 +197,20 @@ bool GtkTextEditor::setString(const std::string& text, UndoHistory history) {
 NSRange GtkTextEditor::selectedRange() const {
   GtkTextIter start;
   GtkTextIter end;
-  gtk_text_buffer_get_selection_bounds(buffer_, &start, &end);
+  gtk_text_buffer_get_selection_bounds(buffer_.get(), &start, &end);
   const int from = gtk_text_iter_get_offset(&start);
   return {static_cast<std::size_t>(from), static_cast<std::size_t>(gtk_text_iter_get_offset(&end) - from)};
 }
 
 void GtkTextEditor::setSelectedRange(NSRange range) {
-  const auto length = static_cast<std::size_t>(gtk_text_buffer_get_char_count(buffer_));
+  const auto length = static_cast<std::size_t>(gtk_text_buffer_get_char_count(buffer_.get()));
   const auto from = std::min(range.location, length);
   GtkTextIter start;
   GtkTextIter end;
-  gtk_text_buffer_get_iter_at_offset(buffer_, &start, static_cast<int>(from));
-  gtk_text_buffer_get_iter_at_offset(buffer_, &end,
+  gtk_text_buffer_get_iter_at_offset(buffer_.get(), &start, static_cast<int>(from));
+  gtk_text_buffer_get_iter_at_offset(buffer_.get(), &end,
                                      static_cast<int>(from + std::min(range.length, length - from)));
-  gtk_text_buffer_select_range(buffer_, &end, &start);
+  gtk_text_buffer_select_range(buffer_.get(), &end, &start);
   showCursor();
 }
 
@@ -224,7 +221,7 @@ bool GtkTextEditor::insertText(const std::string& text, NSRange replacementRange
     return false;
   }
   // The cursor goes behind the text within the same step.
-  replaceText(buffer_, replacementRange, inserted);
+  replaceText(buffer_.get(), replacementRange, inserted);
   showCursor();
   return true;
 }
@@ -235,18 +232,18 @@ void GtkTextEditor::makeFirstResponder() {
 }
 
 void GtkTextEditor::showCursor() {
-  gtk_text_view_scroll_mark_onscreen(view(), gtk_text_buffer_get_insert(buffer_));
+  gtk_text_view_scroll_mark_onscreen(view(), gtk_text_buffer_get_insert(buffer_.get()));
 }
 
-bool GtkTextEditor::canUndo() const { return gtk_text_buffer_get_can_undo(buffer_) != FALSE; }
-bool GtkTextEditor::canRedo() const { return gtk_text_buffer_get_can_redo(buffer_) != FALSE; }
+bool GtkTextEditor::canUndo() const { return gtk_text_buffer_get_can_undo(buffer_.get()) != FALSE; }
+bool GtkTextEditor::canRedo() const { return gtk_text_buffer_get_can_redo(buffer_.get()) != FALSE; }
 
 void GtkTextEditor::undo() {
-  if (canUndo()) gtk_text_buffer_undo(buffer_);
+  if (canUndo()) gtk_text_buffer_undo(buffer_.get());
 }
 
 void GtkTextEditor::redo() {
-  if (canRedo()) gtk_text_buffer_redo(buffer_);
+  if (canRedo()) gtk_text_buffer_redo(buffer_.get());
 }
 
 std::shared_ptr<void> GtkTextEditor::holdKeys() { return holdAllKeys(); }
@@ -266,27 +263,28 @@ void GtkTextEditor::setAccessibilityLabel(const std::string& label) {
 }
 
 void GtkTextEditor::paste() {
-  NSPasteboard::generalPasteboard().readItems([this, alive = isAlive_](const NSPasteboardReading& reading) {
-    if (!*alive) return;
-    if (const auto text = reading.string()) {
-      insertText(*text, selectedRange());
-    } else if (reading.failure == NSPasteboardReading::Failure::tooLong) {
-      refuse(Refusal::tooLong);
-    } else if (reading.failure == NSPasteboardReading::Failure::unreadable) {
-      refuse(Refusal::unreadable);
-    } else if (reading.failure == NSPasteboardReading::Failure::noAnswer) {
-      refuse(Refusal::noAnswer);
-    } else if (!reading.items.empty()) {
-      refuse(Refusal::notText);
-    }
-  });
+  NSPasteboard::generalPasteboard().readItems(
+      [this, alive = isAlive_.watch()](const NSPasteboardReading& reading) {
+        if (!alive) return;
+        if (const auto text = reading.string()) {
+          insertText(*text, selectedRange());
+        } else if (reading.failure == NSPasteboardReading::Failure::tooLong) {
+          refuse(Refusal::tooLong);
+        } else if (reading.failure == NSPasteboardReading::Failure::unreadable) {
+          refuse(Refusal::unreadable);
+        } else if (reading.failure == NSPasteboardReading::Failure::noAnswer) {
+          refuse(Refusal::noAnswer);
+        } else if (!reading.items.empty()) {
+          refuse(Refusal::notText);
+        }
+      });
 }
 
 void GtkTextEditor::insertFile(GFile* file, std::size_t offset) {
   GtkTextIter at;
-  gtk_text_buffer_get_iter_at_offset(buffer_, &at, static_cast<int>(offset));
-  auto reading = std::make_unique<FileReading>(
-      FileReading{this, isAlive_, GObjectPtr<GFile>::retain(file), std::make_unique<Place>(buffer_, at)});
+  gtk_text_buffer_get_iter_at_offset(buffer_.get(), &at, static_cast<int>(offset));
+  auto reading = std::make_unique<FileReading>(FileReading{
+      this, isAlive_.watch(), GObjectPtr<GFile>::retain(file), std::make_unique<Place>(buffer_.get(), at)});
   // First what it is: opening a pipe would wait for a writer, and the size is known before anything is read.
   g_file_query_info_async(
       file, G_FILE_ATTRIBUTE_STANDARD_TYPE "," G_FILE_ATTRIBUTE_STANDARD_SIZE, G_FILE_QUERY_INFO_NONE,
@@ -295,7 +293,7 @@ void GtkTextEditor::insertFile(GFile* file, std::size_t offset) {
         std::unique_ptr<FileReading> asked(static_cast<FileReading*>(data));
         const auto info =
             GObjectPtr<GFileInfo>::adopt(g_file_query_info_finish(G_FILE(source), result, nullptr));
-        if (!*asked->isAlive) return;
+        if (!asked->alive) return;
         auto* editor = asked->editor;
         if (!info) return editor->refuse(Refusal::unreadable);
         if (g_file_info_get_file_type(info.get()) != G_FILE_TYPE_REGULAR)
@@ -316,7 +314,7 @@ void GtkTextEditor::insertFile(GFile* file, std::size_t offset) {
               const bool isRead = g_file_load_partial_contents_finish(G_FILE(loaded), loading, &bytes,
                                                                       &length, nullptr, nullptr) != FALSE;
               const GStringPtr owned(bytes);
-              if (!*whole->isAlive) return;
+              if (!whole->alive) return;
               if (!isRead) return whole->editor->refuse(Refusal::unreadable);
               whole->editor->fileRead(*whole, std::string(bytes, length));
             },

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Alive.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkStyle.h"
 #include "Platform/Gtk/GtkViewBase.h"
@@ -23,7 +24,7 @@ class GtkTextEditor : public NSTextView, public GtkViewBase {
   GtkTextEditor(const GtkTextEditor&) = delete;
   GtkTextEditor& operator=(const GtkTextEditor&) = delete;
 
-  GtkWidget* widget() override { return scrolled_; }
+  GtkWidget* widget() override { return scrolled_.get(); }
   NSRect frame() const override;
   void makeFirstResponder() override;
   void addSubview(NSView&, std::optional<NSSize>) override {}
@@ -59,12 +60,12 @@ class GtkTextEditor : public NSTextView, public GtkViewBase {
   void showCursor();
   GtkTextView* view() const { return GTK_TEXT_VIEW(editor_); }
 
-  GtkWidget* scrolled_;
+  GObjectPtr<GtkWidget> scrolled_;
   GtkWidget* editor_;
-  GtkTextBuffer* buffer_;
+  GObjectPtr<GtkTextBuffer> buffer_;
   GtkStyle style_;
   Modifiers look_;
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+  Alive isAlive_;
   int stepDepth_ = 0;
   bool isChangedInStep_ = false;
 };

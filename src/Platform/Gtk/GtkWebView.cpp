@@ -152,9 +152,8 @@ GtkWebView::GtkWebView(NSRect frame, WKWebViewConfiguration configuration, WebEn
     : frame_(frame), configuration_(std::move(configuration)), engine_(engine) {}
 
 GtkWebView::~GtkWebView() {
-  *isAlive_ = false;
-  g_cancellable_cancel(cancellable_);
-  g_object_unref(cancellable_);
+  isAlive_.end();
+  g_cancellable_cancel(cancellable_.get());
   loadWatch_.reset();
   auto* left = view_;
   if (view_ != nullptr) {
@@ -409,7 +408,7 @@ void GtkWebView::showWhenPainted() {
   constexpr const char* twoFrames =
       "return new Promise(done => requestAnimationFrame(() => requestAnimationFrame(() => done(1))));";
   webkit_web_view_call_async_javascript_function(
-      view_, twoFrames, -1, nullptr, "velkin", nullptr, cancellable_,
+      view_, twoFrames, -1, nullptr, "velkin", nullptr, cancellable_.get(),
       [](GObject* source, GAsyncResult* result, gpointer) {
         GError* raw = nullptr;
         const auto value = GObjectPtr<JSCValue>::adopt(
@@ -522,8 +521,8 @@ void GtkWebView::setPageZoom(double zoom) {
   zoom_ = zoom;
   // In a later turn: a page is laid out anew at each zoom, and one that isn't on show or gets another zoom in
   // this turn would be for nothing.
-  DispatchQueue::main().async([this, alive = isAlive_] {
-    if (*alive) applyZoom();
+  DispatchQueue::main().async([this, alive = isAlive_.watch()] {
+    if (alive) applyZoom();
   });
 }
 
@@ -551,8 +550,8 @@ void GtkWebView::evaluateJavaScript(const std::string& script, ScriptCompletion 
     return;
   }
   webkit_web_view_evaluate_javascript(
-      view_, script.data(), static_cast<gssize>(script.size()), nullptr, nullptr, cancellable_, scriptEnded,
-      std::make_unique<ScriptRun>(ScriptRun{std::move(completion)}).release());
+      view_, script.data(), static_cast<gssize>(script.size()), nullptr, nullptr, cancellable_.get(),
+      scriptEnded, std::make_unique<ScriptRun>(ScriptRun{std::move(completion)}).release());
 }
 
 void GtkWebView::createPDF(const WKPDFConfiguration& configuration, DataCompletion completion) {
@@ -578,7 +577,7 @@ void GtkWebView::whenDocumentIsThere(std::function<void()> action) {
   }
   // By then the process has done what it was told before.
   webkit_web_view_evaluate_javascript(
-      view, "0", -1, nullptr, nullptr, cancellable_,
+      view, "0", -1, nullptr, nullptr, cancellable_.get(),
       [](GObject* source, GAsyncResult* result, gpointer data) {
         const std::unique_ptr<std::function<void()>> next(static_cast<std::function<void()>*>(data));
         GError* raw = nullptr;
@@ -602,17 +601,18 @@ void GtkWebView::createMHTMLData(DataCompletion completion) {
 }
 
 void GtkWebView::printOperation(const NSPrintInfo& info, std::function<void()> ended) {
-  askToPrint(engineView(), engine_(), info, [alive = isAlive_, ended = std::move(ended)] {
+  askToPrint(engineView(), engine_(), info, [alive = isAlive_.watch(), ended = std::move(ended)] {
     // The dialogue is just being closed: what follows it may open the next one.
     DispatchQueue::main().async([alive, ended] {
-      if (*alive) ended();
+      if (alive) ended();
     });
   });
 }
 
 WKWebView::DataCompletion GtkWebView::whileAlive(DataCompletion completion) const {
-  return [alive = isAlive_, completion = std::move(completion)](tl::expected<std::string, NSError> data) {
-    if (*alive) completion(std::move(data));
+  return [alive = isAlive_.watch(),
+          completion = std::move(completion)](tl::expected<std::string, NSError> data) {
+    if (alive) completion(std::move(data));
   };
 }
 

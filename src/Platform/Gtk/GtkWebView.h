@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Alive.h"
 #include "Platform/CrashReloadPolicy.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkViewBase.h"
@@ -96,8 +97,8 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   bool isRespondingToForm_ = false;
   /// Of an isolated view: the page that it was handed last.
   std::string ownPage_;
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
-  GCancellable* cancellable_ = g_cancellable_new();
+  Alive isAlive_;
+  GObjectPtr<GCancellable> cancellable_ = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
 };
 
 }  // namespace platform

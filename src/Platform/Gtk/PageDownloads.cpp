@@ -3,7 +3,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/PageState.h"
 #include "Platform/Gtk/PermissionWishes.h"
-#include "Platform/Gtk/Toolkit.h"
+#include "Platform/Gtk/SiteQuestion.h"
 
 #include <memory>
 #include <string>
@@ -20,28 +20,15 @@ namespace {
 class DownloadQuestion : public PageDialogue {
  public:
   DownloadQuestion(WebKitWebView* view, WebEngine& engine)
-      : view_(view), engine_(engine), site_(originOf(view)), pin_(engine.popover().keepOpen()) {
-    dialog_ = toolkit::makePageQuestion(
-        windowOf(view), {.heading = "Allow this site to download several files?",
-                         .body = site_ + "\n\nVelkin will remember your answer for this site.",
-                         .responses = {{"block", "Block"}, {"allow", "Allow"}},
-                         .suggested = "allow",
-                         .byDefault = "block",
-                         .byClosing = "later"});
-    g_signal_connect(dialog_, "response", G_CALLBACK(+[](GtkWidget*, const char* response, gpointer self) {
-                       static_cast<DownloadQuestion*>(self)->answered(response);
-                     }),
-                     this);
-    g_signal_connect_swapped(dialog_, "destroy",
-                             G_CALLBACK(+[](DownloadQuestion* self) { self->answered("later"); }), this);
-    gtk_window_present(GTK_WINDOW(dialog_));
-  }
+      : view_(view),
+        engine_(engine),
+        site_(originOf(view)),
+        pin_(engine.popover().keepOpen()),
+        question_(windowOf(view), "Allow this site to download several files?", site_,
+                  [this](SiteQuestion::Answer answer) { answered(answer); }) {}
 
   ~DownloadQuestion() override {
     for (const auto& held : held_) webkit_download_cancel(held.download.get());
-    if (dialog_ == nullptr) return;
-    g_signal_handlers_disconnect_by_data(dialog_, this);
-    gtk_window_destroy(GTK_WINDOW(dialog_));
   }
 
   void hold(WebKitDownload* download, std::function<void()> start) {
@@ -59,15 +46,14 @@ class DownloadQuestion : public PageDialogue {
     std::function<void()> start;
   };
 
-  void answered(std::string_view response) {
-    g_signal_handlers_disconnect_by_data(dialog_, this);
-    dialog_ = nullptr;
-    if (response == "allow") {
+  void answered(SiteQuestion::Answer answer) {
+    const bool isAllowed = answer == SiteQuestion::Answer::allow;
+    if (isAllowed) {
       for (const auto& held : std::exchange(held_, {})) held.start();
     }
     auto& state = PageState::of(view_);
-    if (response != "later") {
-      engine_.permissions().remember(site_, std::string(downloadsKind), response == "allow");
+    if (answer != SiteQuestion::Answer::later) {
+      engine_.permissions().remember(site_, std::string(downloadsKind), isAllowed);
     } else {
       // No answer to remember, but one for this page.
       state.refusesDownloads = true;
@@ -79,7 +65,7 @@ class DownloadQuestion : public PageDialogue {
   WebEngine& engine_;
   std::string site_;
   std::shared_ptr<void> pin_;
-  GtkWidget* dialog_;
+  SiteQuestion question_;
   std::vector<Held> held_;
 };
 

@@ -3,6 +3,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/PageState.h"
 #include "Platform/Gtk/PermissionWishes.h"
+#include "Platform/Gtk/SiteQuestion.h"
 #include "Platform/Gtk/Toolkit.h"
 
 #include <deque>
@@ -39,7 +40,6 @@ class PermissionQuestions : public PageDialogue {
 
   ~PermissionQuestions() override {
     for (const auto& asked : asked_) answerAll(asked, false);
-    closeDialog();
   }
 
   void ask(WebKitPermissionRequest* request, const PermissionWish& wish) {
@@ -54,7 +54,7 @@ class PermissionQuestions : public PageDialogue {
       return;
     }
     asked_.push_back({wish, {std::move(wanted)}});
-    if (dialog_ == nullptr) showNext();
+    if (!question_) showNext();
   }
 
  private:
@@ -67,38 +67,20 @@ class PermissionQuestions : public PageDialogue {
     for (const auto& request : asked.requests) answer(request.get(), isAllowed);
   }
 
-  void closeDialog() {
-    if (dialog_ == nullptr) return;
-    g_signal_handlers_disconnect_by_data(dialog_, this);
-    gtk_window_destroy(GTK_WINDOW(std::exchange(dialog_, nullptr)));
-  }
-
   void showNext() {
-    dialog_ = toolkit::makePageQuestion(
-        windowOf(view_), {.heading = "Allow this site to " + std::string(asked_.front().wish.text) + "?",
-                          .body = site_ + "\n\nVelkin will remember your answer for this site.",
-                          .responses = {{"block", "Block"}, {"allow", "Allow"}},
-                          .suggested = "allow",
-                          .byDefault = "block",
-                          .byClosing = "later"});
-    g_signal_connect(dialog_, "response", G_CALLBACK(+[](GtkWidget*, const char* response, gpointer self) {
-                       static_cast<PermissionQuestions*>(self)->answered(response);
-                     }),
-                     this);
-    // With the window that it stands before, and no answer.
-    g_signal_connect_swapped(dialog_, "destroy",
-                             G_CALLBACK(+[](PermissionQuestions* self) { self->answered("later"); }), this);
-    gtk_window_present(GTK_WINDOW(dialog_));
+    question_ = std::make_unique<SiteQuestion>(
+        windowOf(view_), "Allow this site to " + std::string(asked_.front().wish.text) + "?", site_,
+        [this](SiteQuestion::Answer answer) { answered(answer); });
   }
 
-  void answered(std::string_view response) {
-    g_signal_handlers_disconnect_by_data(dialog_, this);
-    dialog_ = nullptr;
+  void answered(SiteQuestion::Answer answer) {
+    question_.reset();
     const auto asked = std::move(asked_.front());
     asked_.pop_front();
-    const bool isAllowed = response == "allow";
+    const bool isAllowed = answer == SiteQuestion::Answer::allow;
     // Closing the question is no answer to remember.
-    if (response != "later") engine_.permissions().remember(site_, std::string(asked.wish.kind), isAllowed);
+    if (answer != SiteQuestion::Answer::later)
+      engine_.permissions().remember(site_, std::string(asked.wish.kind), isAllowed);
     answerAll(asked, isAllowed);
     auto& state = PageState::of(view_);
     if (!isAllowed && ++state.refusals >= mostRefusals) {
@@ -115,7 +97,7 @@ class PermissionQuestions : public PageDialogue {
   WebEngine& engine_;
   std::string site_;
   std::deque<Asked> asked_;
-  GtkWidget* dialog_ = nullptr;
+  std::unique_ptr<SiteQuestion> question_;
   std::shared_ptr<void> pin_;
 };
 

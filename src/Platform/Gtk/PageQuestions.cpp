@@ -1,5 +1,6 @@
 #include "Platform/Gtk/PageQuestions.h"
 
+#include "Platform/Alive.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkKeyEvents.h"
@@ -86,9 +87,8 @@ class ScriptQuestions : public PageDialogue {
     g_signal_connect_swapped(view_, "map", G_CALLBACK(+[](ScriptQuestions* self) {
                                g_signal_handlers_disconnect_by_data(self->view_, self);
                                // In a later turn: its window is on its way to the screen.
-                               DispatchQueue::main().async([self, alive = std::weak_ptr(self->isAlive_)] {
-                                 if (alive.expired() || self->asked_ == nullptr || self->dialog_ != nullptr)
-                                   return;
+                               DispatchQueue::main().async([self, alive = self->isAlive_.watch()] {
+                                 if (!alive || self->asked_ == nullptr || self->dialog_ != nullptr) return;
                                  if (gtk_widget_get_mapped(GTK_WIDGET(self->view_))) {
                                    self->show();
                                  } else {
@@ -248,7 +248,7 @@ class ScriptQuestions : public PageDialogue {
   bool isSilenced_ = false;
   int inRow_ = 0;
   std::int64_t lastAnswer_ = 0;
-  std::shared_ptr<const bool> isAlive_ = std::make_shared<const bool>(true);
+  Alive isAlive_;
 };
 
 gboolean scriptDialog(WebKitWebView* view, WebKitScriptDialog* dialog, gpointer engine) {

@@ -17,16 +17,15 @@ constexpr int stripMargin = 10;
 
 WebKitWebView* PageWindow::open(WebKitWebView* opener, WebEngine& engine,
                                 void (*teach)(WebKitWebView*, WebEngine&)) {
-  auto* view = std::unique_ptr<PageWindow>(new PageWindow(opener, engine)).release()->view_;
+  auto* view = std::unique_ptr<PageWindow>(new PageWindow(opener, engine)).release()->view_.get();
   teach(view, engine);
   return view;
 }
 
 PageWindow::PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engine) {
-  view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", opener, "settings",
-                                       webkit_web_view_get_settings(opener), "user-content-manager",
-                                       webkit_web_view_get_user_content_manager(opener), nullptr));
-  g_object_ref_sink(view_);
+  view_ = GObjectPtr<WebKitWebView>::retain(WEBKIT_WEB_VIEW(g_object_new(
+      WEBKIT_TYPE_WEB_VIEW, "related-view", opener, "settings", webkit_web_view_get_settings(opener),
+      "user-content-manager", webkit_web_view_get_user_content_manager(opener), nullptr)));
   window_ = GTK_WINDOW(gtk_window_new());
   gtk_window_set_title(window_, "Velkin");
   watchKeys(window_);
@@ -45,21 +44,23 @@ PageWindow::PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engin
   gtk_box_append(GTK_BOX(place_), lock_);
   gtk_box_append(GTK_BOX(place_), address_);
   gtk_box_append(GTK_BOX(box), place_);
-  gtk_widget_set_vexpand(GTK_WIDGET(view_), TRUE);
-  gtk_box_append(GTK_BOX(box), GTK_WIDGET(view_));
+  gtk_widget_set_vexpand(GTK_WIDGET(view_.get()), TRUE);
+  gtk_box_append(GTK_BOX(box), GTK_WIDGET(view_.get()));
   gtk_window_set_child(window_, box);
-  g_signal_connect_swapped(view_, "ready-to-show", G_CALLBACK(+[](PageWindow* self) { self->show(); }), this);
-  g_signal_connect_swapped(view_, "close", G_CALLBACK(+[](PageWindow* self) { self->closeLater(); }), this);
-  // What it was opened for can't go on without the page that waits for it.
-  g_signal_connect_swapped(view_, "web-process-terminated",
-                           G_CALLBACK(+[](PageWindow* self) { self->closeLater(); }), this);
-  g_signal_connect_swapped(view_, "notify::title", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }),
+  g_signal_connect_swapped(view_.get(), "ready-to-show", G_CALLBACK(+[](PageWindow* self) { self->show(); }),
                            this);
-  g_signal_connect_swapped(view_, "notify::uri", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }),
+  g_signal_connect_swapped(view_.get(), "close", G_CALLBACK(+[](PageWindow* self) { self->closeLater(); }),
+                           this);
+  // What it was opened for can't go on without the page that waits for it.
+  g_signal_connect_swapped(view_.get(), "web-process-terminated",
+                           G_CALLBACK(+[](PageWindow* self) { self->closeLater(); }), this);
+  g_signal_connect_swapped(view_.get(), "notify::title",
+                           G_CALLBACK(+[](PageWindow* self) { self->retitle(); }), this);
+  g_signal_connect_swapped(view_.get(), "notify::uri", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }),
                            this);
   // Whether the connection is encrypted is known when the page has begun to come.
-  g_signal_connect_swapped(view_, "load-changed", G_CALLBACK(+[](PageWindow* self) { self->retitle(); }),
-                           this);
+  g_signal_connect_swapped(view_.get(), "load-changed",
+                           G_CALLBACK(+[](PageWindow* self) { self->retitle(); }), this);
   g_signal_connect_swapped(window_, "destroy",
                            G_CALLBACK(+[](PageWindow* self) { std::default_delete<PageWindow>()(self); }),
                            this);
@@ -67,9 +68,8 @@ PageWindow::PageWindow(WebKitWebView* opener, WebEngine& engine) : engine_(engin
 
 PageWindow::~PageWindow() {
   if (closing_ != 0) g_source_remove(closing_);
-  g_signal_handlers_disconnect_by_data(view_, this);
+  g_signal_handlers_disconnect_by_data(view_.get(), this);
   g_signal_handlers_disconnect_by_data(window_, this);
-  g_object_unref(view_);
 }
 
 void PageWindow::closeLater() {
@@ -86,7 +86,7 @@ void PageWindow::closeLater() {
 }
 
 void PageWindow::show() {
-  WebKitWindowProperties* properties = webkit_web_view_get_window_properties(view_);
+  WebKitWindowProperties* properties = webkit_web_view_get_window_properties(view_.get());
   GdkRectangle wanted;
   webkit_window_properties_get_geometry(properties, &wanted);
   const auto within = [](int length, int usual) { return length > 100 ? std::min(length, 1200) : usual; };
@@ -96,13 +96,13 @@ void PageWindow::show() {
 }
 
 void PageWindow::retitle() {
-  const char* uri = webkit_web_view_get_uri(view_);
+  const char* uri = webkit_web_view_get_uri(view_.get());
   const auto url = URL::parseReported(uri != nullptr ? uri : "");
   const auto host = url ? url->host() : std::nullopt;
   GTlsCertificate* certificate = nullptr;
   GTlsCertificateFlags problems = G_TLS_CERTIFICATE_NO_FLAGS;
   const bool isEncrypted = url && url->scheme() == "https" &&
-                           webkit_web_view_get_tls_info(view_, &certificate, &problems) != FALSE &&
+                           webkit_web_view_get_tls_info(view_.get(), &certificate, &problems) != FALSE &&
                            problems == G_TLS_CERTIFICATE_NO_FLAGS;
   const std::string place = host ? *host : "An empty page";
   const auto told = !host || isEncrypted ? place : place + " (not encrypted)";
@@ -113,7 +113,7 @@ void PageWindow::retitle() {
   gtk_widget_set_tooltip_text(place_,
                               isEncrypted ? "The connection is encrypted" : "The connection isn’t encrypted");
   // First of all where it is: a page can call itself what it likes.
-  const char* title = webkit_web_view_get_title(view_);
+  const char* title = webkit_web_view_get_title(view_.get());
   const auto full = title != nullptr && *title != '\0' ? told + " – " + title : told;
   gtk_window_set_title(window_, full.c_str());
 }

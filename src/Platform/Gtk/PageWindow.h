@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/WebEngine.h"
 
 #include <memory>
@@ -29,7 +30,7 @@ class PageWindow {
   void closeLater();
 
   WebEngine& engine_;
-  WebKitWebView* view_;
+  GObjectPtr<WebKitWebView> view_;
   GtkWindow* window_;
   /// The strip that says where the page is.
   GtkWidget* place_ = nullptr;

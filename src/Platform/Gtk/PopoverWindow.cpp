@@ -4,7 +4,6 @@
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/Gtk/HotKeyActivation.h"
-#include "Platform/Gtk/SessionKind.h"
 
 #include <algorithm>
 #include <cmath>
@@ -29,7 +28,7 @@ constexpr double pressMemory = 3.0;
 PopoverWindow::PopoverWindow(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
 
 PopoverWindow::~PopoverWindow() {
-  *isAlive_ = false;
+  isAlive_.end();
   if (window_ == nullptr) return;
   g_signal_handlers_disconnect_by_data(window_, this);
   controller_.reset();
@@ -39,11 +38,11 @@ PopoverWindow::~PopoverWindow() {
 void PopoverWindow::setContentSize(NSSize size) {
   if (size == size_) return;
   size_ = size;
-  if (isShown_ && window_ != nullptr && !X11Desktop::isAvailable() && !isOrdinaryWindow_) {
+  if (isShown_ && window_ != nullptr && !WindowSystem::present().placesWindows() && !isOrdinaryWindow_) {
     // A key that is released while the window is off the screen would stay pressed for us.
     if (std::exchange(isPlacedAnewSoon_, true)) return;
-    whenKeysAreUp([this, alive = isAlive_] {
-      if (!*alive) return;
+    whenKeysAreUp([this, alive = isAlive_.watch()] {
+      if (!alive) return;
       isPlacedAnewSoon_ = false;
       if (isShown_) placeAnew();
     });
@@ -67,8 +66,8 @@ void PopoverWindow::resizeHidden() {
 
 void PopoverWindow::setContentViewController(std::shared_ptr<NSViewController> controller) {
   const auto earlier = std::exchange(controller_, std::move(controller));
-  surroundings_.whenToolkitReady([this, alive = isAlive_, expected = controller_.get()] {
-    if (*alive && controller_.get() == expected) {
+  surroundings_.whenToolkitReady([this, alive = isAlive_.watch(), expected = controller_.get()] {
+    if (alive && controller_.get() == expected) {
       prepare();
       installContent();
     }
@@ -94,7 +93,6 @@ void PopoverWindow::ensureWindow() {
   content_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
   gtk_window_set_child(window_, toasts_.wrap(content_));
   g_signal_connect(window_, "realize", G_CALLBACK(+[](GtkWidget* window, gpointer self) {
-                     if (!X11Desktop::isAvailable()) return;
                      g_signal_connect(gtk_native_get_surface(GTK_NATIVE(window)), "layout",
                                       G_CALLBACK(+[](GdkSurface*, int width, int height, gpointer popover) {
                                         static_cast<PopoverWindow*>(popover)->onLaidOut(width, height);
@@ -128,10 +126,11 @@ void PopoverWindow::installContent() {
 }
 
 PixelRect PopoverWindow::wantedPlace() const {
+  const auto& system = WindowSystem::present();
   std::size_t primary = 0;
-  const auto monitors = X11Desktop::monitors(primary);
-  const auto struts = X11Desktop::struts();
-  const int scale = X11Desktop::scale();
+  const auto monitors = system.monitors(primary);
+  const auto struts = system.struts();
+  const int scale = system.scale();
   const int width = static_cast<int>(std::lround(size_.width)) * scale;
   const int height = static_cast<int>(std::lround(size_.height)) * scale;
   // For a moment there may be none, while displays are plugged.
@@ -139,7 +138,7 @@ PixelRect PopoverWindow::wantedPlace() const {
   if (isOrdinaryWindow_) return placeInMiddle(width, height, monitors, struts, primary);
   auto anchor = surroundings_.anchor();
   // A click on the icon leaves the pointer there. A key press says nothing of where the icon is.
-  if (!anchor && !isOpenedByHotKey_ && !isWaylandSession()) anchor = X11Desktop::pointer();
+  if (!anchor && !isOpenedByHotKey_ && system.knowsPointer()) anchor = system.pointer();
   const bool isOnScreen = anchor && std::any_of(monitors.begin(), monitors.end(), [&](const auto& m) {
                             return m.contains(anchor->x, anchor->y);
                           });
@@ -149,17 +148,18 @@ PixelRect PopoverWindow::wantedPlace() const {
 
 void PopoverWindow::place(bool beforeMap) {
   if (window_ == nullptr) return;
-  if (!X11Desktop::isAvailable()) {
+  const auto& system = WindowSystem::present();
+  if (!system.placesWindows()) {
     fitWhereOthersPlace();
     return;
   }
   const auto rect = wantedPlace();
-  const int scale = X11Desktop::scale();
+  const int scale = system.scale();
   gtk_window_set_default_size(window_, rect.width / scale, rect.height / scale);
   if (beforeMap) {
-    X11Desktop::setPositionHint(window_, {rect.x, rect.y});
+    system.setPositionHint(window_, {rect.x, rect.y});
   } else {
-    X11Desktop::move(window_, {rect.x, rect.y});
+    system.move(window_, {rect.x, rect.y});
     movesAtSize_ = {rect.width / scale, rect.height / scale};
   }
 }
@@ -170,7 +170,7 @@ void PopoverWindow::onLaidOut(int width, int height) {
   if (!isShown_ || movesAtSize_ != std::pair{width, height}) return;
   movesAtSize_.reset();
   const auto rect = wantedPlace();
-  X11Desktop::move(window_, {rect.x, rect.y});
+  WindowSystem::present().move(window_, {rect.x, rect.y});
 }
 
 void PopoverWindow::placeAnew() {
@@ -207,8 +207,8 @@ void PopoverWindow::fitWhereOthersPlace() {
 void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
   if (isShown_) return;
   isShown_ = true;
-  surroundings_.whenToolkitReady([this, alive = isAlive_] {
-    if (!*alive || !isShown_) return;
+  surroundings_.whenToolkitReady([this, alive = isAlive_.watch()] {
+    if (!alive || !isShown_) return;
     ensureWindow();
     installContent();
     if (gtk_widget_get_visible(GTK_WIDGET(window_))) {
@@ -220,10 +220,8 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
     isOpenedByHotKey_ = presentHotKeyActivation() != nullptr;
     gtk_window_set_decorated(window_, isOrdinaryWindow_);
     gtk_widget_realize(GTK_WIDGET(window_));
-    if (X11Desktop::isAvailable()) {
-      X11Desktop::setSkipsTaskbar(window_, !isOrdinaryWindow_);
-      X11Desktop::setIsDialog(window_, !isOrdinaryWindow_);
-    }
+    WindowSystem::present().setSkipsTaskbar(window_, !isOrdinaryWindow_);
+    WindowSystem::present().setIsDialog(window_, !isOrdinaryWindow_);
     place(true);
     isClosedByLastPress_ = false;
     awaitsKeyboard_ = false;
@@ -232,18 +230,18 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
 }
 
 void PopoverWindow::onMapped() {
-  if (!X11Desktop::isAvailable()) return;
+  const auto& system = WindowSystem::present();
+  if (!system.placesWindows()) return;
   // The toolkit rewrites the hints around mapping, and window managers read them before or after: so once
   // more.
   const auto rect = wantedPlace();
-  X11Desktop::move(window_, {rect.x, rect.y});
+  system.move(window_, {rect.x, rect.y});
   if (isOrdinaryWindow_) return;
-  X11Desktop::keepAbove(window_);
+  system.keepAbove(window_);
   watcherTimer_.reset();
-  isNamedActive_ = X11Desktop::isActive(window_);
-  watcher_ = std::make_unique<X11Watcher>(
-      X11Watcher::Events{[this](bool isOverOwnWindow) { onPressed(isOverOwnWindow); },
-                         [this](bool isOurs) { onActiveWindowNamed(isOurs); }});
+  isNamedActive_ = system.isActive(window_);
+  watcher_ = system.watch({[this](bool isOverOwnWindow) { onPressed(isOverOwnWindow); },
+                           [this](bool isOurs) { onActiveWindowNamed(isOurs); }});
 }
 
 void PopoverWindow::onPressed(bool isOverOwnWindow) {
@@ -280,7 +278,7 @@ void PopoverWindow::onActiveChanged() {
 void PopoverWindow::lookWhereTheUserWent() {
   if (!isShown_ || !closesByItself() || awaitsKeyboard_) return;
   const bool isActive = gtk_window_is_active(window_) != FALSE;
-  if (X11Desktop::isAvailable() && X11Desktop::isActiveWindowOurs()) {
+  if (WindowSystem::present().isActiveWindowOurs()) {
     if (isActive) return;
     focusTimer_ = DispatchQueue::main().timer(focusSettlingTime, [this] { lookWhereTheUserWent(); });
     return;
@@ -321,8 +319,8 @@ void PopoverWindow::hide() {
   focusTimer_.reset();
   pressTimer_.reset();
   // In a later turn: who closes it to show something else in it opens it again in this one.
-  DispatchQueue::main().async([this, alive = isAlive_] {
-    if (*alive && !isShown_) leaveTheScreen();
+  DispatchQueue::main().async([this, alive = isAlive_.watch()] {
+    if (alive && !isShown_) leaveTheScreen();
   });
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "Platform/Alive.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/ToastHost.h"
-#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/WindowSystem.h"
 #include "Platform/NSPopover.h"
 
 #include <functional>
@@ -79,14 +80,14 @@ class PopoverWindow : public NSPopover {
   Surroundings surroundings_;
   NSSize size_{600, 600};
   std::shared_ptr<NSViewController> controller_;
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+  Alive isAlive_;
   GtkWindow* window_ = nullptr;
   GtkWidget* content_ = nullptr;
   ToastHost toasts_;
   std::unique_ptr<Timer> focusTimer_;
   std::unique_ptr<Timer> pressTimer_;
   std::unique_ptr<Timer> watcherTimer_;
-  std::unique_ptr<X11Watcher> watcher_;
+  std::unique_ptr<WindowSystem::Watcher> watcher_;
   double closedByItselfAt_ = 0;
   bool isClosedByLastPress_ = false;
   bool isShown_ = false;

@@ -91,7 +91,7 @@ PortalHotKeyGrabs::PortalHotKeyGrabs(Surroundings surroundings, OnKey onKey)
     : surroundings_(std::move(surroundings)), onKey_(std::move(onKey)) {}
 
 PortalHotKeyGrabs::~PortalHotKeyGrabs() {
-  *isAlive_ = false;
+  isAlive_.end();
   closeSession();
   if (watch_ != 0) g_bus_unwatch_name(watch_);
 }
@@ -126,10 +126,10 @@ std::set<std::string> PortalHotKeyGrabs::wantedNames() const {
 void PortalHotKeyGrabs::bindLater() {
   // Once for all the shortcuts of one turn: the user is asked about all of them together.
   if (std::exchange(isBindingPlanned_, true)) return;
-  DispatchQueue::main().async([this, alive = isAlive_] {
-    if (!*alive) return;
+  DispatchQueue::main().async([this, alive = isAlive_.watch()] {
+    if (!alive) return;
     surroundings_.whenToolkitReady([this, alive] {
-      if (!*alive) return;
+      if (!alive) return;
       isBindingPlanned_ = false;
       bind();
     });
@@ -292,8 +292,8 @@ std::function<void()> PortalHotKeyGrabs::settingsOpener() {
   // Since then the portal itself shows what it has bound for a program.
   constexpr guint32 firstWithDialogue = 2;
   if (portalVersion_ < firstWithDialogue || session_.empty() || notice_) return desktopKeySettings();
-  return [this, alive = isAlive_] {
-    if (!*alive || session_.empty()) return;
+  return [this, alive = isAlive_.watch()] {
+    if (!alive || session_.empty()) return;
     call(portalPath, shortcutsInterface, "ConfigureShortcuts",
          g_variant_new("(os@a{sv})", session_.c_str(), "", options({})),
          [](GVariant* reply, const char* error) {
@@ -331,12 +331,13 @@ void PortalHotKeyGrabs::closeSession() {
 void PortalHotKeyGrabs::call(const char* path, const char* interface, const char* method,
                              GVariant* parameters, OnReply onReply) {
   struct Pending {
-    std::shared_ptr<bool> alive;
+    Alive::Watch alive;
     int* presentGeneration;
     int generation;
     OnReply onReply;
   };
-  auto pending = std::make_unique<Pending>(Pending{isAlive_, &generation_, generation_, std::move(onReply)});
+  auto pending =
+      std::make_unique<Pending>(Pending{isAlive_.watch(), &generation_, generation_, std::move(onReply)});
   g_dbus_connection_call(
       connection_.get(), portalName, path, interface, method, parameters, nullptr, G_DBUS_CALL_FLAGS_NONE, -1,
       nullptr,
@@ -345,7 +346,7 @@ void PortalHotKeyGrabs::call(const char* path, const char* interface, const char
         GError* raw = nullptr;
         const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &raw));
         const GErrorPtr error(raw);
-        if (!*waiting->alive || *waiting->presentGeneration != waiting->generation) return;
+        if (!waiting->alive || *waiting->presentGeneration != waiting->generation) return;
         waiting->onReply(reply.get(), error ? error->message : "");
       },
       pending.release());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Alive.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/HotKeyGrabs.h"
 
@@ -77,7 +78,7 @@ class PortalHotKeyGrabs : public HotKeyGrabs {
 
   Surroundings surroundings_;
   OnKey onKey_;
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+  Alive isAlive_;
   GObjectPtr<GDBusConnection> connection_;
   std::map<std::string, Shortcut> shortcuts_;
   std::set<HotKeyCombination> held_;

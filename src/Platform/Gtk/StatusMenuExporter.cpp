@@ -253,9 +253,9 @@ void StatusMenuExporter::itemEvent(int id, const std::string& event) {
   const auto* row = item(id);
   if (row == nullptr || !row->isEnabled() || row->isHidden() || !row->action) return;
   // A copy, in a later turn: the action may change the menu or end the process, and the panel has its answer.
-  DispatchQueue::main().async([this, life = std::weak_ptr(life_), action = row->action] {
+  DispatchQueue::main().async([this, alive = isAlive_.watch(), action = row->action] {
     action();
-    if (!life.expired()) menuClosed();
+    if (alive) menuClosed();
   });
 }
 

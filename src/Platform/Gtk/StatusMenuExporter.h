@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Alive.h"
 #include "Platform/DispatchQueue.h"
 #include "Platform/NSMenu.h"
 
@@ -67,8 +68,8 @@ class StatusMenuExporter {
   std::function<void()> willOpen_;
   std::function<void()> didClose_;
   std::shared_ptr<NSMenu> menu_;
-  Subscription menuSubscription_;
-  std::vector<Subscription> itemSubscriptions_;
+  Connection menuSubscription_;
+  std::vector<Connection> itemSubscriptions_;
   GDBusConnection* connection_ = nullptr;
   unsigned registration_ = 0;
   unsigned revision_ = 1;
@@ -77,7 +78,7 @@ class StatusMenuExporter {
   bool isRead_ = false;
   std::unique_ptr<Timer> closing_;
   /// Held by nobody else: what waits for a later turn sees by it whether the exporter still lives.
-  const std::shared_ptr<const char> life_ = std::make_shared<const char>();
+  Alive isAlive_;
 };
 
 }  // namespace platform

@@ -1,7 +1,7 @@
 #include "Platform/Gtk/StatusMenuWindow.h"
 
 #include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/WindowSystem.h"
 
 #include <cctype>
 #include <string>
@@ -108,22 +108,22 @@ GtkWidget* StatusMenuWindow::row(std::size_t number) {
 }
 
 void StatusMenuWindow::moveTo(std::optional<PixelPoint> icon) {
-  if (!X11Desktop::isAvailable()) return;
+  const auto& system = WindowSystem::present();
   std::size_t primary = 0;
-  const auto monitors = X11Desktop::monitors(primary);
+  const auto monitors = system.monitors(primary);
   if (monitors.empty()) return;
   int width = 0;
   int height = 0;
   GtkWidget* rows = gtk_window_get_child(window_);
   gtk_widget_measure(rows, GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &width, nullptr, nullptr);
   gtk_widget_measure(rows, GTK_ORIENTATION_VERTICAL, width, nullptr, &height, nullptr, nullptr);
-  const int scale = X11Desktop::scale();
-  const auto rect = placeAtIcon(icon ? icon : X11Desktop::pointer(), width * scale, height * scale, monitors,
-                                X11Desktop::struts(), primary);
+  const int scale = system.scale();
+  const auto rect = placeAtIcon(icon ? icon : system.pointer(), width * scale, height * scale, monitors,
+                                system.struts(), primary);
   if (gtk_widget_get_mapped(GTK_WIDGET(window_)) != FALSE) {
-    X11Desktop::move(window_, {rect.x, rect.y});
+    system.move(window_, {rect.x, rect.y});
   } else {
-    X11Desktop::setPositionHint(window_, {rect.x, rect.y});
+    system.setPositionHint(window_, {rect.x, rect.y});
   }
 }
 
@@ -173,17 +173,14 @@ void StatusMenuWindow::show(std::optional<PixelPoint> icon) {
                    }),
                    this);
   gtk_widget_realize(GTK_WIDGET(window_));
-  if (X11Desktop::isAvailable()) {
-    X11Desktop::setIsDialog(window_, true);
-    X11Desktop::setSkipsTaskbar(window_, true);
-    moveTo(icon);
-  }
+  const auto& system = WindowSystem::present();
+  system.setIsDialog(window_, true);
+  system.setSkipsTaskbar(window_, true);
+  moveTo(icon);
   gtk_window_present(window_);
-  if (X11Desktop::isAvailable()) {
-    // Once more: window managers read the hint before the toolkit has rewritten it, or after.
-    moveTo(icon);
-    X11Desktop::keepAbove(window_);
-  }
+  // Once more: window managers read the hint before the toolkit has rewritten it, or after.
+  moveTo(icon);
+  system.keepAbove(window_);
 }
 
 void StatusMenuWindow::takeDown() {

@@ -161,8 +161,7 @@ void StatusNotifierItem::watchKeys() {
 }
 
 StatusNotifierItem::~StatusNotifierItem() {
-  g_cancellable_cancel(cancellable_);
-  g_object_unref(cancellable_);
+  g_cancellable_cancel(cancellable_.get());
   if (connection_ == nullptr) return;
   g_bus_unwatch_name(watch_);
   g_dbus_connection_signal_unsubscribe(connection_, hostSignal_);
@@ -223,7 +222,7 @@ void StatusNotifierItem::onWatcherVanished(GDBusConnection*, const char*, gpoint
 void StatusNotifierItem::registerWithWatcher() {
   g_dbus_connection_call(
       connection_, watcherName, watcherPath, watcherName, "RegisterStatusNotifierItem",
-      g_variant_new("(s)", busName_.c_str()), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, cancellable_,
+      g_variant_new("(s)", busName_.c_str()), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, cancellable_.get(),
       [](GObject* source, GAsyncResult* result, gpointer self) {
         GError* raw = nullptr;
         GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &raw));
@@ -246,7 +245,7 @@ void StatusNotifierItem::readHostRegistered() {
   g_dbus_connection_call(
       connection_, watcherName, watcherPath, "org.freedesktop.DBus.Properties", "Get",
       g_variant_new("(ss)", watcherName, "IsStatusNotifierHostRegistered"), G_VARIANT_TYPE("(v)"),
-      G_DBUS_CALL_FLAGS_NONE, -1, cancellable_,
+      G_DBUS_CALL_FLAGS_NONE, -1, cancellable_.get(),
       [](GObject* source, GAsyncResult* result, gpointer self) {
         GError* raw = nullptr;
         const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &raw));

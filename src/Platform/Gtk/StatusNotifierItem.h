@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/StatusMenuExporter.h"
 #include "Platform/Gtk/StatusMenuWindow.h"
 #include "Platform/NSEvent.h"
@@ -84,7 +85,7 @@ class StatusNotifierItem : public NSStatusItem {
   StatusMenuExporter menuExporter_;
   /// The last one that was shown.
   std::unique_ptr<StatusMenuWindow> menuWindow_;
-  GCancellable* cancellable_ = g_cancellable_new();
+  GObjectPtr<GCancellable> cancellable_ = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
   std::string busName_;
   unsigned registration_ = 0;
   unsigned ownedName_ = 0;
@@ -95,7 +96,7 @@ class StatusNotifierItem : public NSStatusItem {
   /// Whether the icon is for light panels, or for dark ones; nothing: for any.
   std::optional<bool> isForLightPanels_;
   NSPoint lastClick_;
-  NSEvent::MonitorToken keyMonitor_;
+  Connection keyMonitor_;
 };
 
 }  // namespace platform

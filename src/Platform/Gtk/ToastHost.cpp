@@ -17,12 +17,10 @@ std::shared_ptr<void> ToastHost::showUntil(const std::string& text) {
   if (overlay_ == nullptr) return nullptr;
   const std::unique_ptr<char, decltype(&g_free)> escaped(g_markup_escape_text(text.c_str(), -1), g_free);
   AdwToast* toast = adw_toast_new(escaped.get());
-  g_object_ref(toast);
+  // The overlay takes over the reference that it is given.
+  const auto held = GObjectPtr<AdwToast>::retain(toast);
   adw_toast_overlay_add_toast(ADW_TOAST_OVERLAY(overlay_), toast);
-  return {toast, [](void* shown) {
-            adw_toast_dismiss(ADW_TOAST(shown));
-            g_object_unref(shown);
-          }};
+  return {toast, [held](void*) { adw_toast_dismiss(held.get()); }};
 }
 
 void ToastHost::show(const std::string& text, const std::string& button, std::function<void()> action) {

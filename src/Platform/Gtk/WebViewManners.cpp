@@ -112,9 +112,9 @@ gboolean offerPermissions(WebKitWebView* view, WebKitContextMenu* menu, WebKitHi
     WebKitWebView* view;
     WebEngine* engine;
   };
-  GSimpleAction* action = g_simple_action_new("site-permissions", nullptr);
+  const auto action = GObjectPtr<GSimpleAction>::adopt(g_simple_action_new("site-permissions", nullptr));
   g_signal_connect_data(
-      action, "activate", G_CALLBACK(+[](GSimpleAction*, GVariant*, gpointer chosen) {
+      action.get(), "activate", G_CALLBACK(+[](GSimpleAction*, GVariant*, gpointer chosen) {
         const auto& target = *static_cast<Target*>(chosen);
         showPermissions(target.view, *target.engine);
       }),
@@ -123,8 +123,7 @@ gboolean offerPermissions(WebKitWebView* view, WebKitContextMenu* menu, WebKitHi
       GConnectFlags(0));
   webkit_context_menu_append(menu, webkit_context_menu_item_new_separator());
   webkit_context_menu_append(menu, webkit_context_menu_item_new_from_gaction(
-                                       G_ACTION(action), "Permissions of this site…", nullptr));
-  g_object_unref(action);
+                                       G_ACTION(action.get()), "Permissions of this site…", nullptr));
   return FALSE;
 }
 

@@ -1,5 +1,7 @@
 #include "Platform/Gtk/X11Desktop.h"
 
+#include "Platform/Gtk/GObjectPtr.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -138,6 +140,23 @@ void addLuminances(const PixelRect& area, std::vector<double>& values) {
   XDestroyImage(image);
 }
 
+/// On the screen; nothing of a window that has gone.
+std::optional<PixelRect> placeOf(Window window) {
+  Window root = None;
+  Window child = None;
+  int x = 0;
+  int y = 0;
+  unsigned width = 0;
+  unsigned height = 0;
+  unsigned border = 0;
+  unsigned depth = 0;
+  if (XGetGeometry(xDisplay(), window, &root, &x, &y, &width, &height, &border, &depth) == 0 ||
+      XTranslateCoordinates(xDisplay(), window, root, 0, 0, &x, &y, &child) == 0) {
+    return std::nullopt;
+  }
+  return PixelRect{x, y, static_cast<int>(width), static_cast<int>(height)};
+}
+
 /// True if X gave the identifier to GDK's own connection.
 bool isOwn(Window window) {
   const auto* setup = xcb_get_setup(XGetXCBConnection(xDisplay()));
@@ -155,9 +174,9 @@ int X11Desktop::scale() {
   int most = 1;
   GListModel* list = gdk_display_get_monitors(gdkDisplay());
   for (guint i = 0; i < g_list_model_get_n_items(list); ++i) {
-    auto* monitor = static_cast<GdkMonitor*>(g_list_model_get_item(list, i));
-    most = std::max(most, gdk_monitor_get_scale_factor(monitor));
-    g_object_unref(monitor);
+    const auto monitor =
+        GObjectPtr<GdkMonitor>::adopt(static_cast<GdkMonitor*>(g_list_model_get_item(list, i)));
+    most = std::max(most, gdk_monitor_get_scale_factor(monitor.get()));
   }
   return most;
 }
@@ -181,13 +200,13 @@ std::vector<PixelRect> X11Desktop::monitors(std::size_t& primary) {
   auto* first = gdk_x11_display_get_primary_monitor(gdkDisplay());
   GListModel* list = gdk_display_get_monitors(gdkDisplay());
   for (guint i = 0; i < g_list_model_get_n_items(list); ++i) {
-    auto* monitor = static_cast<GdkMonitor*>(g_list_model_get_item(list, i));
+    const auto monitor =
+        GObjectPtr<GdkMonitor>::adopt(static_cast<GdkMonitor*>(g_list_model_get_item(list, i)));
     GdkRectangle area;
-    gdk_monitor_get_geometry(monitor, &area);
-    const int factor = gdk_monitor_get_scale_factor(monitor);
-    if (monitor == first) primary = rects.size();
+    gdk_monitor_get_geometry(monitor.get(), &area);
+    const int factor = gdk_monitor_get_scale_factor(monitor.get());
+    if (monitor.get() == first) primary = rects.size();
     rects.push_back({area.x * factor, area.y * factor, area.width * factor, area.height * factor});
-    g_object_unref(monitor);
   }
   return rects;
 }
@@ -221,21 +240,11 @@ std::optional<std::size_t> X11Desktop::mainMonitor() {
   const auto all = monitors(primary);
   if (all.empty()) return std::nullopt;
   const ErrorTrap trap;
-  const auto root = DefaultRootWindow(xDisplay());
-  const auto active = readProperty(xDisplay(), root, atom("_NET_ACTIVE_WINDOW"), XA_WINDOW);
+  const auto active =
+      readProperty(xDisplay(), DefaultRootWindow(xDisplay()), atom("_NET_ACTIVE_WINDOW"), XA_WINDOW);
   if (!active.empty() && active.front() != None) {
-    Window parent = None;
-    Window child = None;
-    int x = 0;
-    int y = 0;
-    unsigned width = 0;
-    unsigned height = 0;
-    unsigned border = 0;
-    unsigned depth = 0;
-    if (XGetGeometry(xDisplay(), active.front(), &parent, &x, &y, &width, &height, &border, &depth) != 0 &&
-        XTranslateCoordinates(xDisplay(), active.front(), root, 0, 0, &x, &y, &child) != 0) {
-      return monitorAt({x + static_cast<int>(width) / 2, y + static_cast<int>(height) / 2}, all);
-    }
+    if (const auto place = placeOf(active.front()))
+      return monitorAt({place->x + place->width / 2, place->y + place->height / 2}, all);
   }
   return monitorAt(pointer(), all);
 }
@@ -288,17 +297,7 @@ void X11Desktop::move(GtkWindow* window, PixelPoint position) {
 
 PixelRect X11Desktop::frame(GtkWindow* window) {
   const ErrorTrap trap;
-  Window root = None;
-  Window child = None;
-  int x = 0;
-  int y = 0;
-  unsigned width = 0;
-  unsigned height = 0;
-  unsigned border = 0;
-  unsigned depth = 0;
-  XGetGeometry(xDisplay(), xid(window), &root, &x, &y, &width, &height, &border, &depth);
-  XTranslateCoordinates(xDisplay(), xid(window), root, 0, 0, &x, &y, &child);
-  return {x, y, static_cast<int>(width), static_cast<int>(height)};
+  return placeOf(xid(window)).value_or(PixelRect{});
 }
 
 void X11Desktop::keepAbove(GtkWindow* window) {

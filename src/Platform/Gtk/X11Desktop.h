@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Platform/Gtk/WindowSystem.h"
 #include "Platform/PopoverPlacement.h"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -13,7 +13,8 @@
 namespace platform {
 
 /// What GTK doesn't offer of an X11 session: placing windows, keeping them above, panels' struts, clicks
-/// elsewhere. On another window system `isAvailable` is false and nothing else may be called. Main thread.
+/// elsewhere. On another window system `isAvailable` is false and nothing else may be called: so nobody asks
+/// but `WindowSystem`, which is what the windows go by. Main thread.
 class X11Desktop {
  public:
   static bool isAvailable();
@@ -59,18 +60,11 @@ class X11Desktop {
   static bool isActiveWindowOurs();
 };
 
-/// Hears of every press of a pointer button anywhere, and of every change of the active window, for as long
-/// as it lives, without taking anything away from anybody. Only made while it is needed.
-class X11Watcher {
+/// Takes nothing of what it hears away from anybody. Only made while it is needed.
+class X11Watcher : public WindowSystem::Watcher {
  public:
-  struct Events {
-    std::function<void(bool isOverOwnWindow)> pressed;
-    /// The window manager has named another active window, one of this process or not.
-    std::function<void(bool isOurs)> activeWindowChanged;
-  };
-
   explicit X11Watcher(Events events);
-  ~X11Watcher();
+  ~X11Watcher() override;
   X11Watcher(const X11Watcher&) = delete;
   X11Watcher& operator=(const X11Watcher&) = delete;
 

@@ -29,7 +29,7 @@ void X11HotKeyGrabs::FreeDeleter::operator()(void* memory) const noexcept { std:
 X11HotKeyGrabs::X11HotKeyGrabs(OnKey onKey) : onKey_(std::move(onKey)) {}
 
 X11HotKeyGrabs::~X11HotKeyGrabs() {
-  *isAlive_ = false;
+  isAlive_.end();
   disconnect();
 }
 
@@ -221,13 +221,13 @@ bool X11HotKeyGrabs::isRepetition(const xcb_key_release_event_t& release) {
 
 void X11HotKeyGrabs::drainLater() {
   // The answers that were waited for may have brought events, of which the connection's file says nothing.
-  DispatchQueue::main().async([this, alive = isAlive_] {
-    if (*alive && connection_ != nullptr) drain();
+  DispatchQueue::main().async([this, alive = isAlive_.watch()] {
+    if (alive && connection_ != nullptr) drain();
   });
 }
 
 void X11HotKeyGrabs::drain() {
-  const auto alive = isAlive_;
+  const auto alive = isAlive_.watch();
   bool isKeyboardChanged = false;
   while (auto event = takeEvent()) {
     const auto type = event->response_type & ~sentFlag;
@@ -239,7 +239,7 @@ void X11HotKeyGrabs::drain() {
       isKeyboardChanged = true;
     }
     // What a key does may have ended all this.
-    if (!*alive || connection_ == nullptr) return;
+    if (!alive || connection_ == nullptr) return;
   }
   if (xcb_connection_has_error(connection_) != 0) {
     log("The display is gone");

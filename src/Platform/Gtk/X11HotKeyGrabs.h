@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Alive.h"
 #include "Platform/Gtk/HotKeyGrabs.h"
 
 #include <cstdint>
@@ -68,7 +69,7 @@ class X11HotKeyGrabs : public HotKeyGrabs {
   void keyboardChanged();
 
   OnKey onKey_;
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+  Alive isAlive_;
   xcb_connection_t* connection_ = nullptr;
   xcb_window_t root_ = XCB_NONE;
   guint source_ = 0;

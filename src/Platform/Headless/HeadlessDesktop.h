@@ -44,11 +44,10 @@ class HeadlessDistributedNotificationCenter : public NSDistributedNotificationCe
   std::vector<std::pair<std::string, std::string>> posted;
 
   void post(const std::string& name, const std::string& object) override;
-  std::unique_ptr<Token> addObserver(const std::string& name,
-                                     std::function<void(const std::string& object)> action) override;
+  Connection addObserver(const std::string& name,
+                         std::function<void(const std::string& object)> action) override;
 
  private:
-  class ObserverToken;
   std::multimap<std::string, std::weak_ptr<std::function<void(const std::string&)>>> observers_;
 };
 

@@ -86,8 +86,8 @@ bool HeadlessTextView::type(const std::string& text) {
 
 std::shared_ptr<void> HeadlessTextView::holdKeys() {
   if (!hold_.expired()) return hold_.lock();
-  std::shared_ptr<void> hold(nullptr, [this, alive = isAlive_](void*) {
-    if (*alive) handBackHeldKeys();
+  std::shared_ptr<void> hold(nullptr, [this, alive = isAlive_.watch()](void*) {
+    if (alive) handBackHeldKeys();
   });
   hold_ = hold;
   return hold;

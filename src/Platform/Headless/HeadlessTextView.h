@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Alive.h"
 #include "Platform/NSTextView.h"
 
 #include <string>
@@ -10,7 +11,7 @@ namespace platform {
 /// A text in memory, and a user's hands on it.
 class HeadlessTextView : public NSTextView {
  public:
-  ~HeadlessTextView() override { *isAlive_ = false; }
+  ~HeadlessTextView() override { isAlive_.end(); }
 
   SystemFont font;
   std::optional<Color> textColor;
@@ -56,7 +57,7 @@ class HeadlessTextView : public NSTextView {
 
   std::weak_ptr<void> hold_;
   std::vector<std::string> heldKeys_;
-  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+  Alive isAlive_;
   Moment now_;
   std::vector<Moment> earlier_;
   std::vector<Moment> later_;

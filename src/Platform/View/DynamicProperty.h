@@ -16,7 +16,7 @@ class DynamicProperty {
 
   /// Takes over what `earlier`, the same field of the view that stood here before, has kept.
   virtual void adopt(DynamicProperty& earlier) = 0;
-  [[nodiscard]] virtual Subscription subscribe(std::function<void()> callback) const = 0;
+  virtual Connection subscribe(std::function<void()> callback) const = 0;
 
   /// Collects the properties constructed on this thread during its lifetime.
   class Capture {

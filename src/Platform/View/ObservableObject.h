@@ -16,9 +16,7 @@ class ObservableObject {
   ObservableObject(const ObservableObject&) = delete;
   ObservableObject& operator=(const ObservableObject&) = delete;
 
-  [[nodiscard]] Subscription subscribe(std::function<void()> callback) {
-    return observers_.subscribe(std::move(callback));
-  }
+  Connection subscribe(std::function<void()> callback) { return observers_.subscribe(std::move(callback)); }
   void notifyObservers() const { observers_.notify(); }
 
  private:
@@ -37,9 +35,7 @@ class Published {
   void set(T value) {
     if (value_.set(std::move(value))) owner_.notifyObservers();
   }
-  [[nodiscard]] Subscription subscribe(std::function<void()> callback) {
-    return value_.subscribe(std::move(callback));
-  }
+  Connection subscribe(std::function<void()> callback) { return value_.subscribe(std::move(callback)); }
 
  private:
   ObservableObject& owner_;
@@ -58,8 +54,8 @@ class ObservedObject : public DynamicProperty {
 
   // The view built last says which object it observes.
   void adopt(DynamicProperty&) override {}
-  [[nodiscard]] Subscription subscribe(std::function<void()> callback) const override {
-    return object_ ? object_->subscribe(std::move(callback)) : Subscription();
+  Connection subscribe(std::function<void()> callback) const override {
+    return object_ ? object_->subscribe(std::move(callback)) : Connection();
   }
 
  private:

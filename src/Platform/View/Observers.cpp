@@ -14,12 +14,12 @@ struct Observers::List {
 Observers::Observers() : list_(std::make_unique<List>()) {}
 Observers::~Observers() = default;
 
-Subscription Observers::subscribe(std::function<void()> callback) {
+Connection Observers::subscribe(std::function<void()> callback) {
   auto shared = std::make_shared<std::function<void()>>(std::move(callback));
   const std::lock_guard lock(list_->mutex);
   std::erase_if(list_->callbacks, [](const auto& weak) { return weak.expired(); });
   list_->callbacks.push_back(shared);
-  return Subscription(std::move(shared));
+  return Connection(std::move(shared));
 }
 
 void Observers::notify() const {

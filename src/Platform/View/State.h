@@ -36,9 +36,7 @@ class ObservedValue {
     return true;
   }
 
-  [[nodiscard]] Subscription subscribe(std::function<void()> callback) {
-    return observers_.subscribe(std::move(callback));
-  }
+  Connection subscribe(std::function<void()> callback) { return observers_.subscribe(std::move(callback)); }
 
  private:
   mutable std::mutex mutex_;
@@ -67,7 +65,7 @@ class State : public DynamicProperty {
   void adopt(DynamicProperty& earlier) override {
     if (auto* same = dynamic_cast<State*>(&earlier)) value_ = same->value_;
   }
-  [[nodiscard]] Subscription subscribe(std::function<void()> callback) const override {
+  Connection subscribe(std::function<void()> callback) const override {
     return value_->subscribe(std::move(callback));
   }
 

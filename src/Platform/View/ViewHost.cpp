@@ -38,7 +38,7 @@ struct ViewHost::Node {
   /// The children's, if they have any.
   std::vector<std::string> keys;
   std::unique_ptr<RenderedView> rendered;
-  std::vector<Subscription> subscriptions;
+  std::vector<Connection> subscriptions;
   /// Set by observers, on any thread.
   std::shared_ptr<std::atomic<bool>> isDirty;
 };

@@ -2,7 +2,6 @@
 
 #include "Helpers/ViewAddresses.h"
 #include "Platform/DebugLog.h"
-#include "Platform/LogText.h"
 
 namespace velkin {
 
@@ -89,15 +88,12 @@ void ChatGPTWebViewController::didFinish(platform::WKWebView& webView) {
 }
 
 void ChatGPTWebViewController::didReceiveScriptMessage(const std::string&, const std::string&) {
-  platform::debugLog(logName, "userContentController(_:didReceive:)", " dom_ready");
+  platform::debugLog(logName, "userContentController(_:didReceive:)", "dom_ready");
   if (webView_) trim(*webView_);
 }
 
 void ChatGPTWebViewController::trim(platform::WKWebView& webView) const {
-  webView.evaluateJavaScript(
-      source + "\n" + headingScript, [](const auto&, const std::optional<platform::NSError>& error) {
-        if (error) platform::debugLog("Error evaluating JavaScript: " + platform::scriptErrorForLog(*error));
-      });
+  webView.evaluateJavaScript(source + "\n" + headingScript, platform::WKWebView::logFailure());
 }
 
 platform::View ChatGPTUIView::body() const {

@@ -30,7 +30,7 @@ void HemingwayWebViewController::loadView() {
 void HemingwayWebViewController::didFinish(platform::WKWebView& webView) {
   webView.evaluateJavaScript(cssScript, [](const auto&, const std::optional<platform::NSError>& error) {
     platform::debugLog("HemingwayWebViewController", "webView(_:didFinish:)",
-                       " script run " + (error ? platform::scriptErrorForLog(*error) : std::string("well")));
+                       "script run " + (error ? platform::scriptErrorForLog(*error) : std::string("well")));
   });
 }
 

@@ -1,8 +1,5 @@
 #include "WebView/Alternatives/WrappedWebView.h"
 
-#include "Platform/DebugLog.h"
-#include "Platform/LogText.h"
-
 #include <utility>
 
 namespace velkin {
@@ -38,12 +35,7 @@ void WrappedWebViewController::loadPage(const platform::URL& url,
 }
 
 void WrappedWebViewController::didFinish(platform::WKWebView& webView) {
-  webView.evaluateJavaScript(
-      markSubmitButton, [](const auto&, const std::optional<platform::NSError>& error) {
-        if (error) {
-          platform::debugLog("Error evaluating JavaScript: " + platform::scriptErrorForLog(*error));
-        }
-      });
+  webView.evaluateJavaScript(markSubmitButton, platform::WKWebView::logFailure());
 }
 
 platform::View WrappedWebView::body() const {

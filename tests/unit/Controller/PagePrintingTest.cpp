@@ -99,7 +99,7 @@ TEST_F(PagePrintingTest, APictureIsTakenOfNoWindowInParticularAndOpened) {
   desktop.services.windows = {{"Other", 4, 7}, {"Velkin", 12, 99}, {"Velkin", 13, 100}};
   printing.captureScreen();
   EXPECT_EQ(desktop.services.activated, std::vector<int>{12});
-  EXPECT_NE(log.back().find("captureScreen()  winId 99"), std::string::npos) << log.back();
+  EXPECT_NE(log.back().find("captureScreen() winId 99"), std::string::npos) << log.back();
   ASSERT_EQ(desktop.services.captures.size(), 1U);
   EXPECT_TRUE(desktop.services.captures[0].isInteractive);
   EXPECT_EQ(desktop.services.captures[0].windowID, std::nullopt);

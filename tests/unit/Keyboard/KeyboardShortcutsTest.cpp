@@ -172,7 +172,7 @@ TEST_F(KeyboardShortcutsTest, AnObserverThatIsGoneHearsNothing) {
   auto token = platform::NSNotificationCenter::defaultCenter().addObserver(shortcutByNameDidChange,
                                                                            [&](const auto&) { ++posts; });
   const Name name("n", t);
-  token.reset();
+  token.end();
   setShortcut(g, name);
   EXPECT_EQ(posts, 1);
 }
@@ -330,7 +330,7 @@ TEST_F(KeyboardShortcutsTest, AStreamsEndKeepsAShortcutThatOthersNeed) {
   const Name name("n", t);
   auto first = on(EventType::keyDown, name, note("first"));
   auto second = on(EventType::keyUp, name, note("second"));
-  first.stop();
+  first.end();
   EXPECT_TRUE(isRegistered(t));
   onKeyUp(name, note("action"));
   second = {};
@@ -342,7 +342,7 @@ TEST_F(KeyboardShortcutsTest, AStreamsEndKeepsAShortcutThatOthersNeed) {
 TEST_F(KeyboardShortcutsTest, AStreamThatAnActionEndsHearsNothingMore) {
   const Name name("n", t);
   auto stream = on(EventType::keyDown, name, note("stream"));
-  onKeyDown(name, [&] { stream.stop(); });
+  onKeyDown(name, [&] { stream.end(); });
   press(t);
   EXPECT_EQ(told, Strings{});
 }

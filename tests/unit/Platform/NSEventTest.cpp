@@ -15,7 +15,7 @@ using Type = NSEvent::EventType;
 
 class NSEventTest : public testing::Test {
  protected:
-  NSEvent::MonitorToken watch(std::string name, Type type = Type::keyDown, bool keeps = false) {
+  Connection watch(std::string name, Type type = Type::keyDown, bool keeps = false) {
     return NSEvent::addLocalMonitorForEvents(NSEvent::mask(type),
                                              [this, name, keeps](const NSEvent& event) -> Passed {
                                                told.push_back(name);
@@ -83,8 +83,8 @@ TEST_F(NSEventTest, AMonitorThatAnotherEndsDuringAnEventHearsNoMoreOfIt) {
 }
 
 TEST_F(NSEventTest, AMonitorMayEndItselfAndAddAnother) {
-  NSEvent::MonitorToken added;
-  NSEvent::MonitorToken self;
+  Connection added;
+  Connection self;
   self = NSEvent::addLocalMonitorForEvents(NSEvent::mask(Type::keyDown), [&](const NSEvent& e) -> Passed {
     self = {};
     added = watch("added");

@@ -26,7 +26,7 @@ TEST_F(SharedStateTest, AChangeOfAFieldIsToldToItsOwnObserversAndToThoseOfTheWho
     int whole = 0;
     const auto watched = state.subscribe([&] { ++whole; });
     std::vector<int> told(fields().size());
-    std::vector<platform::Subscription> subscriptions;
+    std::vector<platform::Connection> subscriptions;
     for (std::size_t i = 0; i < told.size(); ++i) {
       subscriptions.push_back(fields()[i]->subscribe([&told, i] { ++told[i]; }));
     }

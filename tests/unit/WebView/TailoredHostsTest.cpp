@@ -62,7 +62,7 @@ TEST_F(TailoredHostsTest, TheChatPageIsLoadedAtTheStoredSizeAndTrimmedByLoadAndM
   controller.didFinish(engine);
   EXPECT_EQ(log.back(), "Q$: ChatGPTWebViewController.webView(_:didFinish:) ");
   controller.didReceiveScriptMessage("dom-ready", "");
-  EXPECT_TRUE(hasLogged("userContentController(_:didReceive:)  dom_ready"));
+  EXPECT_TRUE(hasLogged("userContentController(_:didReceive:) dom_ready"));
   ASSERT_EQ(engine.scripts.size(), 2U) << "each adds its heading, and nothing prevents it";
   EXPECT_EQ(engine.scripts[0], engine.scripts[1]);
   EXPECT_EQ(engine.scripts[0],

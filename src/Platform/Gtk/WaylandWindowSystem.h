@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Platform/Gtk/WindowSystem.h"
+
+namespace platform {
+
+/// A Wayland compositor, or anything else that isn't X11: all is left to it.
+class WaylandWindowSystem : public WindowSystem {
+ public:
+  bool placesWindows() const override { return false; }
+  std::vector<PixelRect> monitors(std::size_t& primary) const override {
+    primary = 0;
+    return {};
+  }
+  std::vector<Strut> struts() const override { return {}; }
+  std::optional<std::size_t> mainMonitor() const override { return std::nullopt; }
+  int scale() const override { return 1; }
+  std::optional<PixelPoint> pointer() const override { return std::nullopt; }
+  bool knowsPointer() const override { return false; }
+  NSPoint pixelOfClick(NSPoint told) const override { return told; }
+  std::vector<NSScreen> screens() const override;
+  std::optional<double> panelLuminance() const override { return std::nullopt; }
+  void setSkipsTaskbar(GtkWindow*, bool) const override {}
+  void setIsDialog(GtkWindow*, bool) const override {}
+  void setPositionHint(GtkWindow*, PixelPoint) const override {}
+  void move(GtkWindow*, PixelPoint) const override {}
+  void keepAbove(GtkWindow*) const override {}
+  void present(GtkWindow* window, const HotKeyActivation& activation) const override;
+  bool isActive(GtkWindow*) const override { return false; }
+  bool isActiveWindowOurs() const override { return false; }
+  std::optional<int> numberOf(GtkWindow*) const override { return std::nullopt; }
+  std::unique_ptr<Watcher> watch(Watcher::Events) const override { return nullptr; }
+  int keyboardGroup() const override { return 0; }
+  bool tellsOfSuper() const override { return false; }
+  bool isClipboardUntold(GdkClipboard*) const override { return false; }
+  void nameProgram(const char* identifier) const override;
+
+ private:
+  std::optional<NSPoint> cornerOf(const NSScreen& screen) const override;
+};
+
+}  // namespace platform

@@ -1,0 +1,36 @@
+#include "Platform/Gtk/WindowSystem.h"
+
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/WaylandWindowSystem.h"
+#include "Platform/Gtk/X11Desktop.h"
+#include "Platform/Gtk/X11WindowSystem.h"
+
+#include <cmath>
+
+namespace platform {
+
+WindowSystem& WindowSystem::present() {
+  static X11WindowSystem x11;
+  static WaylandWindowSystem wayland;
+  if (X11Desktop::isAvailable()) return x11;
+  return wayland;
+}
+
+std::string WindowSystem::connectorOf(const NSScreen& screen) const {
+  auto* display = gdk_display_get_default();
+  if (display == nullptr) return {};
+  const auto corner = cornerOf(screen);
+  if (!corner) return {};
+  GListModel* monitors = gdk_display_get_monitors(display);
+  for (guint i = 0; i < g_list_model_get_n_items(monitors); ++i) {
+    const auto monitor =
+        GObjectPtr<GdkMonitor>::adopt(static_cast<GdkMonitor*>(g_list_model_get_item(monitors, i)));
+    GdkRectangle area;
+    gdk_monitor_get_geometry(monitor.get(), &area);
+    const char* name = gdk_monitor_get_connector(monitor.get());
+    if (name != nullptr && area.x == std::lround(corner->x) && area.y == std::lround(corner->y)) return name;
+  }
+  return {};
+}
+
+}  // namespace platform
