@@ -2,7 +2,6 @@
 
 #include "Components/AppIconUIView.h"
 #include "Platform/NSPasteboard.h"
-#include "UserData/ImportExportManager.h"
 
 #include <array>
 #include <ctime>
@@ -65,30 +64,30 @@ View AboutUIView::startAtLogin() const {
 View AboutUIView::userData() const {
   const auto told = [failure = failure](const std::string& sentence) { failure.set(sentence); };
   const auto message = failure.get();
-  return VStack(
-             {.spacing = innerSpacing},
-             {Text("User Data").font(Font::headline).accessibilityRole(AccessibilityRole::heading),
-              HStack({.spacing = innerSpacing}, {Button("Import",
-                                                        [told, failure = failure] {
-                                                          failure.set({});
-                                                          ImportExportManager().importFromFile(nullptr, told);
-                                                        }),
-                                                 Button("Export",
-                                                        [told, failure = failure] {
-                                                          failure.set({});
-                                                          ImportExportManager().exportToFile(nullptr, told);
-                                                        })}),
-              Text("The file holds your API key in clear.")
-                  .font(Font::caption)
-                  .foregroundColor(Color::Role::secondary),
-              when(!message.empty(),
-                   [&] {
-                     return Text(message)
-                         .font(Font::caption)
-                         .foregroundColor(Color::Role::red)
-                         .accessibilityRole(AccessibilityRole::alert)
-                         .frame({.width = 300});
-                   })})
+  return VStack({.spacing = innerSpacing},
+                {Text("User Data").font(Font::headline).accessibilityRole(AccessibilityRole::heading),
+                 HStack({.spacing = innerSpacing},
+                        {Button("Import",
+                                [told, manager = importExportManager, failure = failure] {
+                                  failure.set({});
+                                  manager.importFromFile(nullptr, told);
+                                }),
+                         Button("Export",
+                                [told, manager = importExportManager, failure = failure] {
+                                  failure.set({});
+                                  manager.exportToFile(nullptr, told);
+                                })}),
+                 Text("The file holds your API key in clear.")
+                     .font(Font::caption)
+                     .foregroundColor(Color::Role::secondary),
+                 when(!message.empty(),
+                      [&] {
+                        return Text(message)
+                            .font(Font::caption)
+                            .foregroundColor(Color::Role::red)
+                            .accessibilityRole(AccessibilityRole::alert)
+                            .frame({.width = 300});
+                      })})
       .padding(innerSpacing)
       .background({Color::Role::gray, 0.2})
       .cornerRadius(innerSpacing);

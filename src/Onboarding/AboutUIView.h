@@ -6,6 +6,7 @@
 #include "Platform/View/State.h"
 #include "Platform/View/View.h"
 #include "UserData/AdditionalViews.h"
+#include "UserData/ImportExportManager.h"
 #include "Values/PageDelegates.h"
 
 #include <memory>
@@ -15,6 +16,7 @@ namespace velkin {
 
 /// Who and what the program is, and the doors to its other pages.
 struct AboutUIView {
+  ImportExportManager importExportManager{};
   /// What the build says of the program.
   platform::NSBundle dictionary = platform::NSBundle::main();
   AboutUIViewDelegate* delegate = nullptr;

@@ -57,8 +57,7 @@ void desktopPicture(platform::NSSize ofSize, NSImage::Completion completion) {
   NSImage::contentsOf(*path, ofSize, [attempt](std::shared_ptr<NSImage> image) {
     if (!image) return takeFirst(attempt);
     platform::debugLog("Q$: 1a Success!");
-    platform::debugLog("NSImageDesktopPicture", "desktopPicture(ofSize:)",
-                       "Got desktop pic from workspace.");
+    platform::debugLog("NSImageDesktopPicture", "desktopPicture(ofSize:)", "Got desktop pic from workspace.");
     attempt.completion(std::move(image));
   });
 }
