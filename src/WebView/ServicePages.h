@@ -15,12 +15,12 @@ class ServicePages {
  public:
   using Pages = std::array<WebView, webViewCount>;
 
-  /// In the catalogue's order.
+  /// In the order of `webViews`.
   explicit ServicePages(Pages pages) : pages_(std::make_shared<const Pages>(std::move(pages))) {}
 
   /// Chat's page for a view that has none.
   const WebView& operator[](WebViewSwitchType view) const noexcept {
-    return (*pages_)[isWebView(view) ? static_cast<std::size_t>(view) : 0];
+    return (*pages_)[webViewIndex(view).value_or(0)];
   }
 
  private:
