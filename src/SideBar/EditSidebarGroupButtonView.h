@@ -20,10 +20,11 @@ struct EditSidebarGroupButtonView {
                          std::optional<WebViewSwitchType> sideBar2, bool isFullScreen)>;
 
   /// Those that can stand in a group.
-  std::vector<WebViewSwitchType> viewTypes = {WebViewSwitchType::chatgpt,   WebViewSwitchType::bard,
-                                              WebViewSwitchType::bitbucket, WebViewSwitchType::gitlab,
-                                              WebViewSwitchType::hemingway, WebViewSwitchType::jira,
-                                              WebViewSwitchType::markdown};
+  std::vector<WebViewSwitchType> viewTypes = [] {
+    std::vector<WebViewSwitchType> types(webViews.begin(), webViews.end());
+    types.push_back(WebViewSwitchType::markdown);
+    return types;
+  }();
   /// From 1.
   int groupNumber = 1;
   std::string imageIconName;

@@ -10,6 +10,7 @@ namespace velkin {
 namespace {
 
 struct Row {
+  std::string_view caseName;
   std::string_view viewName;
   std::string_view ServiceAddresses::*address;
   UserDefault userDefault;
@@ -24,31 +25,27 @@ using Key = UserDefault;
 
 // The view `onboarding` has no address; its placeholder is put in by `defaultUrlString`.
 constexpr std::array<Row, allWebViewSwitchTypes.size()> rows = {{
-    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::chatUrl},
-    {"Bard", &Addresses::bard, Key::bardUrl, Egg::bard, Key::bardUrl},
-    {"BitBucket", &Addresses::bitbucket, Key::bitUrl, Egg::bitBucket, Key::bitUrl},
-    {"GitLab", &Addresses::gitlab, Key::gitUrl, Egg::gitLab, Key::gitUrl},
-    {"Hemingway", &Addresses::hemingway, Key::hemingwayUrl, Egg::hemingway, Key::hemingwayUrl},
-    {"Jira", &Addresses::jira, Key::jiraUrl, Egg::jira, Key::jiraUrl},
-    {"Markdown", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
-    {"ChatGPT", nullptr, Key::chatUrl, Egg::chatGPT, std::nullopt},
-    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
-    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
-    {"ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::searchKey},
+    {"chatgpt", "ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::chatUrl},
+    {"bard", "Bard", &Addresses::bard, Key::bardUrl, Egg::bard, Key::bardUrl},
+    {"bitbucket", "BitBucket", &Addresses::bitbucket, Key::bitUrl, Egg::bitBucket, Key::bitUrl},
+    {"gitlab", "GitLab", &Addresses::gitlab, Key::gitUrl, Egg::gitLab, Key::gitUrl},
+    {"hemingway", "Hemingway", &Addresses::hemingway, Key::hemingwayUrl, Egg::hemingway, Key::hemingwayUrl},
+    {"jira", "Jira", &Addresses::jira, Key::jiraUrl, Egg::jira, Key::jiraUrl},
+    {"markdown", "Markdown", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"onboarding", "ChatGPT", nullptr, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"releaseNotes", "ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"editUrls", "ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, std::nullopt},
+    {"search", "ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::searchKey},
 }};
-
-constexpr std::array<std::string_view, allWebViewSwitchTypes.size()> caseNames = {
-    "chatgpt",  "bard",       "bitbucket",    "gitlab",   "hemingway", "jira",
-    "markdown", "onboarding", "releaseNotes", "editUrls", "search"};
 
 const Row& rowOf(WebViewSwitchType type) noexcept { return rows[static_cast<std::size_t>(type)]; }
 
 }  // namespace
 
 std::optional<WebViewSwitchType> fromCaseName(std::string_view name) noexcept {
-  const auto found = std::find(caseNames.begin(), caseNames.end(), name);
-  if (found == caseNames.end()) return std::nullopt;
-  return allWebViewSwitchTypes[static_cast<std::size_t>(found - caseNames.begin())];
+  const auto found = std::ranges::find(rows, name, &Row::caseName);
+  if (found == rows.end()) return std::nullopt;
+  return allWebViewSwitchTypes[static_cast<std::size_t>(found - rows.begin())];
 }
 
 std::string_view viewName(WebViewSwitchType type) noexcept { return rowOf(type).viewName; }
