@@ -1,20 +1,10 @@
 #include "Platform/Gtk/WindowSystem.h"
 
 #include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/Gtk/WaylandWindowSystem.h"
-#include "Platform/Gtk/X11Desktop.h"
-#include "Platform/Gtk/X11WindowSystem.h"
 
 #include <cmath>
 
 namespace platform {
-
-WindowSystem& WindowSystem::present() {
-  static X11WindowSystem x11;
-  static WaylandWindowSystem wayland;
-  if (X11Desktop::isAvailable()) return x11;
-  return wayland;
-}
 
 std::string WindowSystem::connectorOf(const NSScreen& screen) const {
   auto* display = gdk_display_get_default();
