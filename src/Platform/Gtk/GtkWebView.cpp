@@ -76,7 +76,7 @@ void tameHiddenText(WebKitWebView* view) {
     if (!GTK_IS_TEXT_VIEW(child)) continue;
     gtk_text_view_set_cursor_visible(GTK_TEXT_VIEW(child), FALSE);
     // Nor is it anything for a screen reader.
-    gtk_accessible_update_state(GTK_ACCESSIBLE(child), GTK_ACCESSIBLE_STATE_HIDDEN, TRUE, -1);
+    g_object_set(child, "accessible-role", GTK_ACCESSIBLE_ROLE_NONE, nullptr);
     g_signal_connect(child, "notify::has-focus",
                      G_CALLBACK(+[](GtkWidget* hidden, GParamSpec*, gpointer) { handOnKeyboard(hidden); }),
                      nullptr);
