@@ -129,8 +129,11 @@ void GtkPanel::onMapped() {
 void GtkPanel::makeKeyAndOrderFront() {
   ensureWindow();
   gtk_widget_realize(GTK_WIDGET(window_));
-  WindowSystem::present().setSkipsTaskbar(window_, true);
-  mainMonitor_ = WindowSystem::present().mainMonitor();
+  const auto& system = WindowSystem::present();
+  system.setSkipsTaskbar(window_, true);
+  // Or a desktop that tiles its windows would tile this one.
+  system.setIsDialog(window_, true);
+  mainMonitor_ = system.mainMonitor();
   moveToFrame(true);
   isVisible_ = true;
   presentWindow(window_);
