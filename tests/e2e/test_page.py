@@ -283,7 +283,7 @@ class Page(VelkinTestCase):
     def files(self):
         """The finished files of the download folder."""
         return sorted(path for path in self.home.downloads.iterdir()
-                      if not path.name.startswith(".") and path.suffix != ".part")
+                      if not path.name.startswith(".") and path.suffix not in (".part", ".wkdownload"))
 
     def testAnUploadShowsAFileChooser(self):
         self.open()
