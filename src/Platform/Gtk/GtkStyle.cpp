@@ -116,8 +116,8 @@ const char* classOf(Font font) {
   return nullptr;
 }
 
-/// What no view's look says: the edge of a window that has no frame, fields that are to look like text, and
-/// text that the style makes too faint to be read.
+/// What no view's look says: the edge of a window that has no frame, fields that are to look like text, text
+/// that the style makes too faint to be read, and that a row goes on behind its edge.
 constexpr const char* basicRules = R"(
 .velkin-popover,.velkin-panel.frameless{outline:1px solid alpha(@window_fg_color,.25);outline-offset:-1px;}
 .velkin-panel.frameless.rounded{border-radius:12px;}
@@ -127,6 +127,9 @@ constexpr const char* basicRules = R"(
 .plain-field:disabled>text{color:alpha(@window_fg_color,.8);}
 popover.velkin-square{padding:0;}
 popover.velkin-square>contents{border-radius:0;box-shadow:none;margin:0;border:1px solid mix(@window_bg_color,@window_fg_color,.35);}
+.velkin-row>undershoot.left,.velkin-row>undershoot.right{min-width:20px;}
+.velkin-row>undershoot.left{background:linear-gradient(to right,@window_bg_color 25%,alpha(@window_bg_color,0));}
+.velkin-row>undershoot.right{background:linear-gradient(to left,@window_bg_color 25%,alpha(@window_bg_color,0));}
 .plain-field,.plain-field:focus-within{outline-style:none;box-shadow:none;padding:0;min-height:0;}
 )";
 
