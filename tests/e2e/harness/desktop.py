@@ -80,7 +80,9 @@ class Desktop:
         """The visible windows whose class contains wmClass, or, when given, whose title contains that instead.
         Leftovers of a few pixels are passed over."""
         what = ("--name", title) if title else ("--class", wmClass)
-        ids = self._xdotool("search", "--onlyvisible", *what, check=False).split()
+        # A window that goes while they are searched breaks the search off, as though there were none.
+        ids = next(filter(None, (self._xdotool("search", "--onlyvisible", *what, check=False).split()
+                                 for _ in range(2))), [])
         found = [self._window(int(id)) for id in ids]
         return [window for window in found if window and min(window.width, window.height) > 20]
 
