@@ -196,8 +196,9 @@ TEST_F(PortalHotKeyGrabsTest, ANewPortalShowsItsOwnSettingsOfTheKeys) {
   EXPECT_FALSE(grabs->settingsOpener()) << "nothing is bound yet";
   grabBoth();
   ASSERT_TRUE(waitForLog("has bound search"));
-  const auto open = grabs->settingsOpener();
-  ASSERT_TRUE(open);
+  // The library that knows the programs hears of a new file a moment later.
+  std::function<void()> open;
+  ASSERT_TRUE(wait([&] { return (open = grabs->settingsOpener()) != nullptr; }));
   open();
   EXPECT_TRUE(waitForCall("ConfigureShortcuts"));
   grabs.reset();

@@ -2,11 +2,10 @@
 
 #include "Platform/DebugLog.h"
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/SessionKind.h"
 #include "Platform/LogText.h"
 
 #include <array>
-#include <cstdlib>
-#include <string>
 #include <string_view>
 
 #include <gio/gdesktopappinfo.h>
@@ -31,17 +30,11 @@ constexpr std::array known = {
     Settings{"LXQt", "lxqt-config-globalkeyshortcuts.desktop"},
 };
 
-bool isPresent(std::string_view desktop) {
-  const char* list = std::getenv("XDG_CURRENT_DESKTOP");
-  return list != nullptr &&
-         (":" + std::string(list) + ":").find(":" + std::string(desktop) + ":") != std::string::npos;
-}
-
 }  // namespace
 
 std::function<void()> desktopKeySettings() {
   for (const auto& each : known) {
-    if (!isPresent(each.desktop)) continue;
+    if (!isDesktop(each.desktop)) continue;
     // Without the file, or without the program that it names, there is no way there.
     const auto settings = GObjectPtr<GDesktopAppInfo>::adopt(g_desktop_app_info_new(each.desktopFile));
     if (!settings) continue;
