@@ -235,12 +235,8 @@ void GtkRenderedView::applyFrame(const Modifiers& m) {
   gtk_widget_set_size_request(widget(), least(f.width, f.minWidth), least(f.height, f.minHeight));
   const auto expand = [](GtkWidget* widget, const std::optional<double>& fixed,
                          const std::optional<double>& most, auto setExpand, auto setIsSet) {
-    if (fixed) {
-      setExpand(widget, FALSE);
-    } else if (most == infinity) {
-      setExpand(widget, TRUE);
-    } else if (most) {
-      setExpand(widget, FALSE);
+    if (fixed || most) {
+      setExpand(widget, gboolean(!fixed && most == infinity));
     } else {
       return;
     }

@@ -21,10 +21,11 @@ TEST(AliveTest, AWatchKnowsOfTheOwnersEnd) {
 TEST(AliveTest, CanEndBeforeItsOwner) {
   Alive owner;
   const auto watch = owner.watch();
-  const auto copy = watch;
+  const auto later = [copy = watch] { return static_cast<bool>(copy); };
+  EXPECT_TRUE(later());
   owner.end();
   EXPECT_FALSE(watch);
-  EXPECT_FALSE(copy);
+  EXPECT_FALSE(later());
   EXPECT_FALSE(owner.watch());
 }
 
