@@ -235,11 +235,8 @@ void GtkRenderedView::applyFrame(const Modifiers& m) {
   gtk_widget_set_size_request(widget(), least(f.width, f.minWidth), least(f.height, f.minHeight));
   const auto expand = [](GtkWidget* widget, const std::optional<double>& fixed,
                          const std::optional<double>& most, auto setExpand, auto setIsSet) {
-    if (fixed || most) {
-      setExpand(widget, gboolean(!fixed && most == infinity));
-    } else {
-      return;
-    }
+    if (!fixed && !most) return;
+    setExpand(widget, gboolean(!fixed && most == infinity));
     setIsSet(widget, TRUE);
   };
   expand(widget(), f.width, f.maxWidth, gtk_widget_set_hexpand, gtk_widget_set_hexpand_set);
