@@ -6,6 +6,8 @@
 #include "WebView/FindableWebView.h"
 #include "gtk/GtkFixture.h"
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -92,6 +94,34 @@ TEST_F(BodiesTest, TheFindBarHasItsFieldThenTheStepsThenDone) {
   }
   EXPECT_EQ(labels(present.back()), std::vector<std::string>{"Done"});
   EXPECT_LE(place(present.back()).y + place(present.back()).height, placeOf(chat).y);
+}
+
+TEST_F(BodiesTest, WhatWasNotFoundIsToldWithoutMovingTheFieldOrThePage) {
+  state->showToolbar.set(false);
+  state->isSearching.set(true);
+  const auto view = container();
+  showView(view, 600, 500);
+  const auto places = [this] {
+    std::vector<std::array<int, 4>> found;
+    for (auto* field : all(hosting->widget(), GTK_TYPE_TEXT)) {
+      const auto at = place(field);
+      found.push_back({at.x, at.y, at.width, at.height});
+    }
+    const auto at = placeOf(chat);
+    found.push_back({at.x, at.y, at.width, at.height});
+    return found;
+  };
+  const auto before = places();
+  ASSERT_EQ(before.size(), 2U);
+  view.isNotFoundTextHidden.set(false);
+  turn();
+  ASSERT_TRUE(wait([&] {
+    const auto texts = labels(hosting->widget());
+    return std::ranges::find(texts, "Not\nfound") != texts.end();
+  }));
+  gtk_widget_queue_resize(hosting->widget());
+  turn();
+  EXPECT_EQ(places(), before);
 }
 
 TEST_F(BodiesTest, InAWideWindowTheSidebarsStandBesideThePageInTheirOrder) {
