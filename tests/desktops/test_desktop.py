@@ -294,6 +294,10 @@ class Result(unittest.TextTestResult):
         super().addSuccess(test)
         test.results[test.row()]["state"] = "passed"
 
+    def addSkip(self, test, reason):
+        super().addSkip(test, reason)
+        test.results[test.row()] = {"state": "skipped", "told": [reason]}
+
 
 def main(name, table, *only):
     Desktop.name = name
