@@ -15,6 +15,8 @@ from realsession import RealSession  # noqa: E402
 
 POP_UP = "ctrl+shift+t"
 SEARCH = "ctrl+shift+r"
+# The desktops whose trays keep the single click for the menu.
+DOUBLE_CLICK = {"gnome"}
 # Of the page that the tests' server gives.
 HEAD = (0x0f, 0x7b, 0x5f)
 # How far from the menu's end the items are: "Quit" is the first upwards.
@@ -89,6 +91,20 @@ class Desktop(VelkinTestCase):
         waitFor("it to have the keyboard", lambda: self.desktop.activeWindow() == window.id, 10)
         return window
 
+    def clickIcon(self, velkin):
+        """Once, or as often as this desktop's tray wants it."""
+        if self.name not in DOUBLE_CLICK:
+            velkin.clickIcon(self.desktop)
+            return
+        self.desktop.move(*self.session.iconPosition())
+        settle(0.1)
+        self.session.output("xdotool", "click", "--repeat", 2, "--delay", 100, 1)
+
+    def openPopover(self, velkin):
+        self.assertIsNone(self.popover(), "the popover is open already")
+        self.clickIcon(velkin)
+        return self.waitForPopover()
+
     def startOnChat(self, **settings):
         # The installed program's own address isn't ours.
         return super().startOnChat(chatUrl=self.chat.url, **settings)
@@ -109,6 +125,8 @@ class Desktop(VelkinTestCase):
         self.chat.page()
         settle(1)
         self.keep("popover", window)
+        if self.name in DOUBLE_CLICK:
+            self.tell("a double click")
         self.tell(f"{window.width} x {window.height} at {window.x}, {window.y}")
         self.atTheIcon(window, icon)
 
@@ -136,7 +154,7 @@ class Desktop(VelkinTestCase):
         for _ in range(3):
             self.openPopover(velkin)
             self.chat.page()
-            velkin.clickIcon(self.desktop)
+            self.clickIcon(velkin)
             self.waitForClosed()
             settle(0.5)
 
