@@ -19,8 +19,9 @@ SEARCH = "ctrl+shift+r"
 DOUBLE_CLICK = {"gnome"}
 # Of the page that the tests' server gives.
 HEAD = (0x0f, 0x7b, 0x5f)
-# How far from the menu's end the items are: "Quit" is the first upwards.
+# How far from the menu's end the items are: "Quit" is the first upwards. GNOME's menus are entered from above.
 UP_TO = {"Quit": 1, "Toggle Menu": 5, "Show Toolbar": 6, "Make Menu Sticky": 7}
+DOWN_TO = {"Make Menu Sticky": 5, "Show Toolbar": 6, "Toggle Menu": 7, "Quit": 11}
 
 
 class Desktop(VelkinTestCase):
@@ -300,8 +301,9 @@ class Desktop(VelkinTestCase):
         waitFor("the menu to go", lambda: self.changed() < 8000, 10, self.changed)
 
     def choose(self, title):
-        for _ in range(UP_TO[title]):
-            self.desktop.key("Up")
+        key, steps = ("Down", DOWN_TO[title]) if self.name == "gnome" else ("Up", UP_TO[title])
+        for _ in range(steps):
+            self.desktop.key(key)
             settle(0.1)
         self.desktop.key("Return")
         self.waitForNoMenu()
