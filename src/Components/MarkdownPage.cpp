@@ -27,15 +27,16 @@ constexpr const char* scrollScript = R"(
 })();)";
 
 /// A text may hold the copy button's own handler, on an element that lies unseen over the text or reacts
-/// to any key. So handlers stay on buttons only that are where and what the page's own are.
+/// to any key. So handlers stay on buttons only that are where and what the page's own are. The engine looks
+/// for them: a script that touches all elements makes an object for each, at every load.
 constexpr const char* buttonScript = R"(
 (() => {
   const isButton = element => element.matches('pre > button.copy-button') && element.textContent === 'Copy';
-  for (const element of document.querySelectorAll('*')) {
-    for (const name of element.getAttributeNames()) {
-      if (!/^on/i.test(name)) continue;
-      if (name !== 'onclick' || !isButton(element)) element.removeAttribute(name);
-    }
+  const handlers = document.evaluate('//*/@*[starts-with(name(), "on")]', document, null,
+                                     XPathResult.ORDERED_NODE_SNAPSHOT_TYPE, null);
+  for (let i = 0; i < handlers.snapshotLength; ++i) {
+    const {name, ownerElement} = handlers.snapshotItem(i);
+    if (name !== 'onclick' || !isButton(ownerElement)) ownerElement.removeAttribute(name);
   }
   addEventListener('click', event => {
     const button = event.target.closest ? event.target.closest('[onclick]') : null;

@@ -11,16 +11,21 @@ TREE = pathlib.Path(__file__).parent / "harness" / "tree.py"
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 PYTHON = "/usr/bin/python3"
 #: What a user can act on, and so must have a name.
-REACHED = {"push button", "button", "toggle button", "check box", "radio button", "text", "entry", "password text",
+REACHED = {"push button", "toggle button", "check box", "radio button", "text", "entry", "password text",
            "combo box", "link"}
-CONTROLS = {"push button", "button", "toggle button", "check box", "radio button", "text", "entry", "password text",
+CONTROLS = {"push button", "toggle button", "check box", "radio button", "text", "entry", "password text",
             "combo box", "menu item", "check menu item", "link", "spin button", "slider"}
+
+
+#: Newer toolkits have the pages in the tree. What stands in them is their makers' to name.
+PAGE = "document web"
 
 
 def flat(nodes):
     for each in nodes:
         yield each
-        yield from flat(each["children"])
+        if each["role"] != PAGE:
+            yield from flat(each["children"])
 
 
 class Accessible(VelkinTestCase):
@@ -118,6 +123,7 @@ class Accessible(VelkinTestCase):
         self.desktop.key("ctrl+shift+r")
         self.wait("Velkin - Search Bar")
         self.assertAllNamed("Type Your Prompt", "Recent Searches")
+        self.assertNotIn("sensitive", self.find("Recent Searches")["states"], "there are none yet")
         self.assertReached()
         self.press("Type Your Prompt", key=None)
         self.desktop.type("one")

@@ -109,8 +109,10 @@ class Answers(Leaks):
         self.begin()
         panel = self.showAnswer(
             "<style>.copy-button.x { position: fixed; inset: 0; opacity: 0; width: 100%; height: 100%; }</style>\n"
-            "<div onmousedown=\"copyCode(this)\" onkeydown=\"copyCode(this)\" style=\"position:fixed;inset:0\">"
-            "<code style=\"opacity:0\">rm -rf ~</code></div>\n"
+            "<div onmousedown=\"copyCode(this)\" ONMOUSEUP=\"copyCode(this)\" onkeydown=\"copyCode(this)\""
+            " style=\"position:fixed;inset:0\">"
+            "<code style=\"opacity:0\">rm -rf ~</code>"
+            "<svg width=\"900\" height=\"900\" onclick=\"copyCode(this.parentNode)\"></svg></div>\n"
             "<pre><code style=\"opacity:0\">rm -rf ~</code>"
             "<button class=\"copy-button x\" onclick=\"copyCode(this)\">Copy</button></pre>\n\nPlain text.")
         holder = self.desktop.copy(b"mine")

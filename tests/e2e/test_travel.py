@@ -43,6 +43,9 @@ class Travel(VelkinTestCase):
         self.desktop.key("ctrl+a")
         self.desktop.type(str(path))
         settle(0.5)
+        # What the line completed meanwhile by itself.
+        self.desktop.key("shift+End", "Delete")
+        settle(0.3)
         self.desktop.key("Return")
         if replaces:
             waitFor("the dialogue's question", lambda: [w for w in self.desktop.windows() if not w.title], 10,

@@ -132,6 +132,8 @@ void GtkPanel::makeKeyAndOrderFront() {
   gtk_widget_realize(GTK_WIDGET(window_));
   if (X11Desktop::isAvailable()) {
     X11Desktop::setSkipsTaskbar(window_, true);
+    // Or a desktop that tiles its windows would tile this one.
+    X11Desktop::setIsDialog(window_, true);
     mainMonitor_ = X11Desktop::mainMonitor();
     moveToFrame(true);
   }

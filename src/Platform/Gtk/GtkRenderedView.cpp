@@ -67,9 +67,21 @@ bool isOverPage(GtkWidget* widget, GdkEvent* event) {
   return false;
 }
 
+/// What is off for what it stands in is off for assistive tools too. Not all of the toolkit's versions say
+/// so.
+void tellWhetherOff(GtkWidget* widget, GtkStateFlags before, gpointer) {
+  const auto isOff = [](unsigned flags) { return (flags & GTK_STATE_FLAG_INSENSITIVE) != 0; };
+  const bool isOffNow = isOff(gtk_widget_get_state_flags(widget));
+  if (isOff(before) == isOffNow) return;
+  gtk_accessible_update_state(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_STATE_DISABLED, gboolean(isOffNow), -1);
+}
+
 }  // namespace
 
-GtkRenderedView::GtkRenderedView(GtkWidget* widget) : widget_(widget) { g_object_ref_sink(widget_); }
+GtkRenderedView::GtkRenderedView(GtkWidget* widget) : widget_(widget) {
+  g_object_ref_sink(widget_);
+  g_signal_connect(widget_, "state-flags-changed", G_CALLBACK(tellWhetherOff), nullptr);
+}
 
 GtkRenderedView::~GtkRenderedView() {
   if (element_.modifiers.place) element_.modifiers.place->find = {};
@@ -186,7 +198,7 @@ void GtkRenderedView::applyRole() {
       case AccessibilityRole::listItem:
         return GTK_ACCESSIBLE_ROLE_LIST_ITEM;
       case AccessibilityRole::status:
-        return GTK_ACCESSIBLE_ROLE_STATUS;
+        return toolkit::newsRole();
       case AccessibilityRole::toolbar:
         return GTK_ACCESSIBLE_ROLE_TOOLBAR;
     }

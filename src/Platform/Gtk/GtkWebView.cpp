@@ -75,6 +75,8 @@ void tameHiddenText(WebKitWebView* view) {
        child = gtk_widget_get_next_sibling(child)) {
     if (!GTK_IS_TEXT_VIEW(child)) continue;
     gtk_text_view_set_cursor_visible(GTK_TEXT_VIEW(child), FALSE);
+    // Nor is it anything for a screen reader.
+    g_object_set(child, "accessible-role", GTK_ACCESSIBLE_ROLE_NONE, nullptr);
     g_signal_connect(child, "notify::has-focus",
                      G_CALLBACK(+[](GtkWidget* hidden, GParamSpec*, gpointer) { handOnKeyboard(hidden); }),
                      nullptr);
@@ -327,7 +329,8 @@ void GtkWebView::loadChanged(WebKitLoadEvent event) {
     awaitsDocument_ = false;
     for (auto& action : std::exchange(waitingForDocument_, {})) whenDocumentIsThere(std::move(action));
   }
-  if (event == WEBKIT_LOAD_FINISHED && configuration_.isIsolated) showWhenPainted();
+  // The wait for a frame keeps its page, so that nothing waits without need.
+  if (event == WEBKIT_LOAD_FINISHED && gtk_widget_get_opacity(GTK_WIDGET(view_)) < 1) showWhenPainted();
   if (event == WEBKIT_LOAD_FINISHED && navigationDelegate != nullptr) navigationDelegate->didFinish(*this);
 }
 

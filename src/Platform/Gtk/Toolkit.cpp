@@ -74,6 +74,15 @@ void announce([[maybe_unused]] GtkWidget* widget, [[maybe_unused]] const std::st
 #endif
 }
 
+GtkAccessibleRole newsRole() {
+#if GTK_CHECK_VERSION(4, 14, 0)
+  // A status has no name there. Its news are announced besides.
+  return GTK_ACCESSIBLE_ROLE_LABEL;
+#else
+  return GTK_ACCESSIBLE_ROLE_STATUS;
+#endif
+}
+
 void loadStyle(GtkCssProvider* provider, const std::string& text) {
 #if GTK_CHECK_VERSION(4, 12, 0)
   gtk_css_provider_load_from_string(provider, text.c_str());

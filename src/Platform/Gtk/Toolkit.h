@@ -19,6 +19,8 @@ namespace toolkit {
 
 /// Has a screen reader say the text, where the toolkit can; else nothing happens.
 void announce(GtkWidget* widget, const std::string& text);
+/// The role of what holds news: one whose name assistive tools can read.
+GtkAccessibleRole newsRole();
 void loadStyle(GtkCssProvider* provider, const std::string& text);
 /// Shows the window on behalf of something that the user did at `time`.
 void presentWithTime(GtkWindow* window, std::uint32_t time);

@@ -18,9 +18,14 @@ NAMES = ("CHECKED", "CHECKABLE", "ENABLED", "SENSITIVE", "FOCUSED", "FOCUSABLE",
          "PRESSED")
 
 
+#: Later libraries call some roles otherwise.
+ROLES = {"button": "push button"}
+
+
 def own(accessible):
     state = accessible.get_state_set()
-    return {"role": accessible.get_role_name(), "name": accessible.get_name() or "",
+    role = accessible.get_role_name()
+    return {"role": ROLES.get(role, role), "name": accessible.get_name() or "",
             "states": [name.lower() for name in NAMES if state.contains(getattr(Atspi.StateType, name))]}
 
 
