@@ -158,6 +158,7 @@ class ScrollAreaView : public GtkRenderedView {
     // A row takes the width that there is: with its own it would push its neighbours away before it scrolls.
     gtk_scrolled_window_set_propagate_natural_width(GTK_SCROLLED_WINDOW(widget()), !isRow);
     gtk_widget_set_vexpand(widget(), !isRow);
+    if (isRow) gtk_widget_add_css_class(widget(), "velkin-row");
   }
 
  private:

@@ -116,9 +116,10 @@ const char* classOf(Font font) {
   return nullptr;
 }
 
-/// What no view's look says: the edge of a window that has no frame, fields that are to look like text, and
-/// text that the style makes too faint to be read. The edge is neither black nor white, and no middle grey: a
-/// page may have the colour of what is behind the window, and the edge still shows.
+/// What no view's look says: the edge of a window that has no frame, fields that are to look like text, text
+/// that the style makes too faint to be read, and that a row goes on behind its edge. The window's edge is
+/// neither black nor white, and no middle grey: a page may have the colour of what is behind the window, and
+/// the edge still shows.
 constexpr const char* basicRules = R"(
 .velkin-popover,.velkin-panel.frameless{outline:1px solid alpha(mix(@window_bg_color,@window_fg_color,.68),.5);outline-offset:-1px;}
 .velkin-panel.frameless.rounded{border-radius:12px;}
@@ -128,6 +129,9 @@ constexpr const char* basicRules = R"(
 .plain-field:disabled>text{color:alpha(@window_fg_color,.8);}
 popover.velkin-square{padding:0;}
 popover.velkin-square>contents{border-radius:0;box-shadow:none;margin:0;border:1px solid mix(@window_bg_color,@window_fg_color,.35);}
+.velkin-row>undershoot.left,.velkin-row>undershoot.right{min-width:20px;}
+.velkin-row>undershoot.left{background:linear-gradient(to right,@window_bg_color 25%,alpha(@window_bg_color,0));}
+.velkin-row>undershoot.right{background:linear-gradient(to left,@window_bg_color 25%,alpha(@window_bg_color,0));}
 .plain-field,.plain-field:focus-within{outline-style:none;box-shadow:none;padding:0;min-height:0;}
 )";
 
