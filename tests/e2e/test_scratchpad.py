@@ -260,9 +260,9 @@ class BadInput(ScratchpadCase):
     def testWhatIsTooLongOrNoTextIsRefusedWithANotice(self):
         self.openScratchpad()
         self.write("mine")
-        self.paste(b"x" * (50 << 20))
         bar = (self.window.x + 200, self.window.y + 88)
         quiet = self.desktop.colourAt(*bar)
+        self.paste(b"x" * (50 << 20))
         waitFor("the notice", lambda: self.desktop.colourAt(*bar) != quiet, 20)
         settle(2)
         self.desktop.picture(self.artefact("toolong.png"))

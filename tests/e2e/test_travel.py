@@ -117,10 +117,11 @@ class Travel(VelkinTestCase):
         velkin.end()
 
         # And it works so: the page, the window's size, the zoom, the toolbar that is off, the group.
+        before = len(self.chat.pagesOf("/other"))
         velkin = self.start()
         window = self.openPopover(velkin)
         self.assertEqual((window.width, window.height), (980, 600))
-        page = self.chat.page("/other")
+        page = self.chat.page("/other", number=before)
         waitFor("the page at its zoom", lambda: abs(page.ask("innerWidth") - 980 / 0.8) <= 1, 10,
                 describe=lambda: page.ask("innerWidth"))
         self.assertNotIn("without a transient parent", self.errors.read_text())

@@ -122,13 +122,17 @@ class Service:
         with self._lock:
             return [r for r in self.requests if r.method == "GET" and r.path == (path or self.home)]
 
+    def pagesOf(self, path):
+        """Those loaded from the path that have reported themselves, the oldest first."""
+        with self._lock:
+            return [p for p in self.pages.values() if p.path == path and p.last("load")]
+
     def page(self, path=None, number=None, seconds=20):
         """The newest page loaded from the path that has reported itself; or, with a number, that one (0: the first)."""
         path = path or self.home
 
         def find():
-            with self._lock:
-                found = [p for p in self.pages.values() if p.path == path and p.last("load")]
+            found = self.pagesOf(path)
             if number is None:
                 return found[-1] if found else None
             return found[number] if number < len(found) else None
