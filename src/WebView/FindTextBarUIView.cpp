@@ -7,6 +7,8 @@ using namespace platform;
 namespace {
 
 constexpr double notFoundWidth = 44;
+/// As high as what comes in its place.
+constexpr const char* twoEmptyLines = " \n ";
 
 }  // namespace
 
@@ -35,7 +37,7 @@ View FindTextFieldUIView::body() const {
 }
 
 View FindTextBarUIView::body() const {
-  return HStack({.spacing = 6}, {Text(isNotFoundTextHidden.get() ? "" : "Not\nfound")
+  return HStack({.spacing = 6}, {Text(isNotFoundTextHidden.get() ? twoEmptyLines : "Not\nfound")
                                      .font(Font::caption)
                                      .foregroundColor(Color::Role::secondary)
                                      .accessibilityRole(AccessibilityRole::status)

@@ -3,6 +3,7 @@ import subprocess
 
 import numpy
 
+from harness.colours import contrast
 from harness.paths import ROOT
 from harness.session import Session
 
@@ -77,14 +78,7 @@ class Icon:
         """How the icon stands out from what is behind it, as the rules for accessible pictures count it (1 to 21)."""
         drawn = numpy.median(self._pixels[self._template > 0.9], axis=0)
         behind = numpy.median(self._pixels[self._template < 0.05], axis=0)
-        light, dark = sorted((luminance(drawn), luminance(behind)), reverse=True)
-        return (light + 0.05) / (dark + 0.05)
-
-
-def luminance(colour):
-    parts = [part / 255 for part in colour]
-    linear = [part / 12.92 if part <= 0.04045 else ((part + 0.055) / 1.055) ** 2.4 for part in parts]
-    return 0.2126 * linear[0] + 0.7152 * linear[1] + 0.0722 * linear[2]
+        return contrast(drawn, behind)
 
 
 def alike(strip, template):

@@ -15,10 +15,13 @@ from realsession import RealSession  # noqa: E402
 
 POP_UP = "ctrl+shift+t"
 SEARCH = "ctrl+shift+r"
+# The desktops whose trays keep the single click for the menu.
+DOUBLE_CLICK = {"gnome"}
 # Of the page that the tests' server gives.
 HEAD = (0x0f, 0x7b, 0x5f)
-# How far from the menu's end the items are: "Quit" is the first upwards.
+# How far from the menu's end the items are: "Quit" is the first upwards. GNOME's menus are entered from above.
 UP_TO = {"Quit": 1, "Toggle Menu": 5, "Show Toolbar": 6, "Make Menu Sticky": 7}
+DOWN_TO = {"Make Menu Sticky": 5, "Show Toolbar": 6, "Toggle Menu": 7, "Quit": 11}
 
 
 class Desktop(VelkinTestCase):
@@ -89,6 +92,20 @@ class Desktop(VelkinTestCase):
         waitFor("it to have the keyboard", lambda: self.desktop.activeWindow() == window.id, 10)
         return window
 
+    def clickIcon(self, velkin):
+        """Once, or as often as this desktop's tray wants it."""
+        if self.name not in DOUBLE_CLICK:
+            velkin.clickIcon(self.desktop)
+            return
+        self.desktop.move(*self.session.iconPosition())
+        settle(0.1)
+        self.session.output("xdotool", "click", "--repeat", 2, "--delay", 100, 1)
+
+    def openPopover(self, velkin):
+        self.assertIsNone(self.popover(), "the popover is open already")
+        self.clickIcon(velkin)
+        return self.waitForPopover()
+
     def startOnChat(self, **settings):
         # The installed program's own address isn't ours.
         return super().startOnChat(chatUrl=self.chat.url, **settings)
@@ -97,10 +114,19 @@ class Desktop(VelkinTestCase):
 
     def testIconIsDrawn(self):
         self.startOnChat()
-        icon = self.session.findIcon()
-        contrast = icon.contrast()
-        self.tell(f"{icon.size} px, contrast {contrast:.1f} to 1")
-        self.assertGreaterEqual(contrast, 3)
+        last = []
+
+        def standsOut():
+            # The colour for a panel is chosen when the panel has been painted.
+            icon = self.session.findIcon()
+            last[:] = [icon, icon.contrast()] if icon else []
+            return last and last[1] >= 3
+
+        try:
+            waitFor("the icon to stand out", standsOut, 15, lambda: last)
+        finally:
+            if last:
+                self.tell(f"{last[0].size} px, contrast {last[1]:.1f} to 1")
 
     def testClickOpensAtTheIcon(self):
         velkin = self.startOnChat()
@@ -109,6 +135,8 @@ class Desktop(VelkinTestCase):
         self.chat.page()
         settle(1)
         self.keep("popover", window)
+        if self.name in DOUBLE_CLICK:
+            self.tell("a double click")
         self.tell(f"{window.width} x {window.height} at {window.x}, {window.y}")
         self.atTheIcon(window, icon)
 
@@ -136,7 +164,7 @@ class Desktop(VelkinTestCase):
         for _ in range(3):
             self.openPopover(velkin)
             self.chat.page()
-            velkin.clickIcon(self.desktop)
+            self.clickIcon(velkin)
             self.waitForClosed()
             settle(0.5)
 
@@ -282,8 +310,9 @@ class Desktop(VelkinTestCase):
         waitFor("the menu to go", lambda: self.changed() < 8000, 10, self.changed)
 
     def choose(self, title):
-        for _ in range(UP_TO[title]):
-            self.desktop.key("Up")
+        key, steps = ("Down", DOWN_TO[title]) if self.name == "gnome" else ("Up", UP_TO[title])
+        for _ in range(steps):
+            self.desktop.key(key)
             settle(0.1)
         self.desktop.key("Return")
         self.waitForNoMenu()
@@ -293,6 +322,10 @@ class Result(unittest.TextTestResult):
     def addSuccess(self, test):
         super().addSuccess(test)
         test.results[test.row()]["state"] = "passed"
+
+    def addSkip(self, test, reason):
+        super().addSkip(test, reason)
+        test.results[test.row()] = {"state": "skipped", "told": [reason]}
 
 
 def main(name, table, *only):

@@ -100,6 +100,20 @@ class Export(ExportTestCase):
         self.assertEqual(picture["WebResourceData"], PICTURE)
         self.assertIn(b"paragraph 59", archive["WebMainResource"]["WebResourceData"])
 
+    def testOfWhatWeSaveTheRecentFilesHoldTheChosenOnesAlone(self):
+        self.begin()
+        pdf, archive = self.documents / "page.pdf", self.documents / "page.webarchive"
+        self.saveAs("ctrl+p", pdf)
+        waitFor("a whole file", lambda: b"%%EOF" in pdf.read_bytes()[-32:], 10)
+        self.saveAs("ctrl+s", archive)
+        # The toolkit writes its list a moment later, and whoever ends meanwhile has not written it.
+        settle(3)
+        kept = self.home.data / "recently-used.xbel"
+        addresses = re.findall(r'href="([^"]*)"', kept.read_text()) if kept.exists() else []
+        self.assertLessEqual(set(addresses), {path.as_uri() for path in (pdf, archive)})
+        # The printing's own file is noted by the toolkit: without that, this test would show nothing.
+        self.assertTrue(kept.exists(), "the toolkit keeps no such list here")
+
     def testCancellingLeavesNoFile(self):
         self.begin()
         self.desktop.key("ctrl+p")

@@ -1,5 +1,6 @@
 """Opening and closing the popover by real clicks, and the page in it."""
 from harness import VelkinTestCase, waitFor
+from harness.colours import contrast
 from harness.session import Session
 from harness.waiting import settle
 
@@ -108,6 +109,33 @@ class Popover(VelkinTestCase):
         velkin = self.startOnChat(viewWidth=980.0, viewHeight=480.0)
         window = self.openPopover(velkin)
         self.assertEqual((window.width, window.height), (980, 480))
+
+    def testAFineEdgeStandsAroundItOnEveryBackground(self):
+        for scheme in ("prefer-light", "prefer-dark"):
+            self.home.settled()
+            velkin = self.start(environment={"ADW_DEBUG_COLOR_SCHEME": scheme})
+            for background in ((0, 0, 0), (255, 255, 255), (128, 128, 128)):
+                with self.subTest(scheme=scheme, background=background):
+                    self.session.output("xsetroot", "-solid", "#%02x%02x%02x" % background)
+                    window = self.popover() or self.openPopover(velkin)
+                    page = self.chat.page()
+                    # A page may have the very colour of what is behind the window.
+                    page.ask("document.head?.remove(); document.body.innerHTML = '';"
+                             f"document.documentElement.style.background = 'rgb{background}'; 1")
+                    inside = window.x + 20, window.bottom - 20
+                    waitFor("the page's colour", lambda: self.desktop.colourAt(*inside) == background, 10,
+                            lambda: self.desktop.colourAt(*inside))
+                    settle(0.5)
+                    self.desktop.picture(self.artefact(f"{scheme}-{background[0]}.png"))
+                    for x, y, stepX, stepY in ((window.x, window.bottom - 60, -1, 0),
+                                               (window.right - 1, window.bottom - 60, 1, 0),
+                                               (window.centre[0], window.bottom - 1, 0, 1)):
+                        edge = self.desktop.colourAt(x, y)
+                        for what, behind in (("outside", (x + stepX, y + stepY)), ("inside", (x - stepX, y - stepY))):
+                            self.assertGreater(contrast(edge, self.desktop.colourAt(*behind)), 1.15,
+                                               f"{edge} and {what} {self.desktop.colourAt(*behind)}")
+            velkin.end()
+            waitFor("the icon to go", lambda: not self.session.trayItems(), 10)
 
     def testAClickOnTheBareDesktopCloses(self):
         velkin = self.startOnChat()

@@ -3,6 +3,7 @@ import dataclasses
 import json
 import pathlib
 import re
+import subprocess
 import time
 
 from harness.case import VelkinTestCase
@@ -164,6 +165,45 @@ class Search(VelkinTestCase):
         self.desktop.key("Return")
         settle(0.5)
         self.assertEqual(len(self.completions.requests), 1)
+
+    def testTheBubbleOfRecentsKeepsToItsPlace(self):
+        """It moves nothing of the panel, stands below its button without leaving the panel's sides, and is painted to
+        its corners where no compositor is."""
+        searches = {"searches": [{"date": n, "searchPrompt": f"search {n}"} for n in range(7)]}
+        self.begin(searchBarRecentSearches=json.dumps(searches))
+        panel = self.openPanel()
+        self.desktop.type("typed")
+        settle(1)
+        row = panel.x + 70, panel.y + 20, 620, 60
+        before = self.pixels(*row)
+        self.desktop.click(panel.x + 42, panel.y + 46)
+        menu = waitFor("the menu of recent searches",
+                       lambda: next((w for w in self.desktop.windows() if w.overrideRedirect), None), 10)
+        waitFor("its painting", lambda: self.desktop.coloursIn(menu) > 20, 10)
+        settle(0.5)
+        self.desktop.picture(self.artefact("menu.png"))
+        self.assertEqual(self.searchPanel(), panel)
+        self.assertGreaterEqual(menu.x, panel.x)
+        self.assertLessEqual(menu.right, panel.right)
+        self.assertGreater(menu.y, panel.y + 46)
+        # What the bubble doesn't cover of the prompt's row: the letters that were typed among it.
+        uncovered = [(x, y) for y in range(row[3]) for x in range(row[2])
+                     if not (menu.x <= row[0] + x < menu.right and menu.y <= row[1] + y < menu.bottom)]
+        self.assertGreater(len(uncovered), 5000)
+        after = self.pixels(*row)
+        # The field that has lost the keyboard has no cursor any more.
+        moved = [place for place in uncovered if before[place] != after[place]]
+        self.assertLess(len(moved), 60, moved[:10])
+        for x, y in ((menu.x + 2, menu.y + 2), (menu.right - 3, menu.y + 2), (menu.x + 2, menu.bottom - 3),
+                     (menu.right - 3, menu.bottom - 3)):
+            self.assertGreater(min(self.desktop.colourAt(x, y)), 150, "a black corner")
+
+    def pixels(self, x, y, width, height):
+        """{(x, y): colour} of a part of the screen."""
+        raw = subprocess.run(["import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "+repage", "-depth",
+                              "8", "rgb:-"], env=self.session.environment, stdin=subprocess.DEVNULL,
+                             capture_output=True, check=True, timeout=60).stdout
+        return {(n % width, n // width): raw[3 * n:3 * n + 3] for n in range(width * height)}
 
     def testTheHotkeyAndEscapeCloseItAndTheOtherProgramHasTheKeyboardAgain(self):
         self.begin()

@@ -1,4 +1,5 @@
 """The icon in a real tray, and its menu."""
+import pathlib
 import signal
 import subprocess
 
@@ -111,10 +112,7 @@ class Tray(VelkinTestCase):
         velkin = self.start(environment={"XDG_CURRENT_DESKTOP": "MATE"})
 
         def name():
-            told = self.session.call(velkin.icons()[0].split("/")[0], "/StatusNotifierItem",
-                                     "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierItem", "IconName",
-                                     check=False) if velkin.icons() else "no icon"
-            return told.strip()
+            return self.iconProperty(velkin, "IconName")
 
         self.addCleanup(self.session.environment.pop, "GTK_THEME", None)
         for theme, wanted in (("Adwaita:dark", "on-dark"), ("Adwaita", "on-light"), ("Adwaita:dark", "on-dark")):
@@ -126,6 +124,24 @@ class Tray(VelkinTestCase):
         self.session.killPanel()
         self.session.environment.pop("GTK_THEME")
         self.session.startPanel()
+
+    def testTheNameForCinnamonHasNoSymbolicTwin(self):
+        """Its tray takes the twin instead, whose path its panel then doesn't take for one."""
+        self.home.settled()
+        velkin = self.start(environment={"XDG_CURRENT_DESKTOP": "X-Cinnamon"})
+        # The panel here is a light one.
+        waitFor("the icon for it", lambda: "on-light" in self.iconProperty(velkin, "IconName"), 20,
+                lambda: self.iconProperty(velkin, "IconName"))
+        folder = pathlib.Path(self.iconProperty(velkin, "IconThemePath").split("'")[1])
+        for name in (self.iconProperty(velkin, "IconName").split("'")[1], "velkin-diamondgear-grey"):
+            self.assertTrue((folder / f"{name}.svg").exists(), name)
+            self.assertFalse((folder / f"{name}-symbolic.svg").exists(), name)
+
+    def iconProperty(self, velkin, name):
+        told = self.session.call(velkin.icons()[0].split("/")[0], "/StatusNotifierItem",
+                                 "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierItem", name,
+                                 check=False) if velkin.icons() else "no icon"
+        return told.strip()
 
     def testRightClickHoldsTheOpenPopover(self):
         velkin = self.startOnChat()

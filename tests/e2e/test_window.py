@@ -140,6 +140,40 @@ class Window(VelkinTestCase):
         self.desktop.key("Escape")
         self.waitForClosed()
 
+    def testInTheScratchpadThereIsNoFindBarAndEscapeCloses(self):
+        self.openOnChat()
+        self.desktop.key("ctrl+m")
+        waitFor("the scratchpad", lambda: self.home.readSettings()["lastVisibleWebView"] == 6, 10)
+        self.ctrlFDoesNothingAndEscapeCloses()
+
+    def testInTheReleaseNotesThereIsNoFindBarAndEscapeCloses(self):
+        self.home.writeSettings()
+        self.openPopover(self.start())
+        self.ctrlFDoesNothingAndEscapeCloses()
+
+    def ctrlFDoesNothingAndEscapeCloses(self):
+        window = self.waitForPopover()
+        self.desktop.move(20, self.session.height // 2)
+        # Above the texts, in which a cursor blinks.
+        head = f"{window.width}x44+{window.x}+{window.y}"
+        pictures = [None, None]
+
+        def picture():
+            return self.session.output("import", "-window", "root", "-crop", head, "-format", "%#", "info:")
+
+        def isStill():
+            settle(1)
+            pictures[:] = pictures[1], picture()
+            return self.desktop.coloursIn(window) > 50 and pictures[0] == pictures[1]
+
+        waitFor("the page to be painted", isStill, 20)
+        self.desktop.key("ctrl+f")
+        settle(1)
+        self.desktop.picture(self.artefact("ctrl-f.png"))
+        self.assertEqual(picture(), pictures[1], "a bar, where none is")
+        self.desktop.key("Escape")
+        self.waitForClosed()
+
     def testCopyAndPasteBetweenThePageAndTheFindField(self):
         window = self.openOnChat()
         page = self.chat.page()

@@ -6,6 +6,8 @@
 #include "WebView/FindableWebView.h"
 #include "gtk/GtkFixture.h"
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -92,6 +94,30 @@ TEST_F(BodiesTest, TheFindBarHasItsFieldThenTheStepsThenDone) {
   }
   EXPECT_EQ(labels(present.back()), std::vector<std::string>{"Done"});
   EXPECT_LE(place(present.back()).y + place(present.back()).height, placeOf(chat).y);
+}
+
+TEST_F(BodiesTest, WhatWasNotFoundIsToldWithoutMovingTheFieldOrThePage) {
+  state->showToolbar.set(false);
+  state->isSearching.set(true);
+  const auto view = container();
+  showView(view, 600, 500);
+  // What it asks for decides where everything stands.
+  const auto asked = [this] {
+    std::array<int, 4> sizes{};
+    gtk_widget_measure(hosting->widget(), GTK_ORIENTATION_VERTICAL, 600, &sizes[0], &sizes[1], nullptr,
+                       nullptr);
+    gtk_widget_measure(hosting->widget(), GTK_ORIENTATION_HORIZONTAL, -1, &sizes[2], &sizes[3], nullptr,
+                       nullptr);
+    return sizes;
+  };
+  const auto before = asked();
+  ASSERT_GT(before[0], 0);
+  view.isNotFoundTextHidden.set(false);
+  ASSERT_TRUE(wait([&] {
+    const auto texts = labels(hosting->widget());
+    return std::ranges::find(texts, "Not\nfound") != texts.end();
+  }));
+  EXPECT_EQ(asked(), before);
 }
 
 TEST_F(BodiesTest, InAWideWindowTheSidebarsStandBesideThePageInTheirOrder) {

@@ -1,3 +1,5 @@
+#include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkAssets.h"
 #include "Platform/Gtk/GtkRenderedView.h"
 #include "Platform/View/ObservableObject.h"
 #include "Platform/View/State.h"
@@ -5,6 +7,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace platform {
 namespace {
@@ -447,6 +451,36 @@ TEST_F(GtkViewRendererTest, AnEditorOfADescriptionKeepsItsUndoWhenItsBindingChan
   gtk_text_buffer_insert_at_cursor(buffer, "!", -1);
   EXPECT_EQ(text.get().find('!') != std::string::npos, true);
   EXPECT_TRUE(gtk_text_buffer_get_can_undo(buffer));
+}
+
+TEST_F(GtkViewRendererTest, ASymbolThatTheDesktopsThemeLacksIsShownAllTheSame) {
+  auto* settings = gtk_settings_get_default();
+  g_object_set(settings, "gtk-icon-theme-name", "a-theme-that-is-not-there", nullptr);
+  const std::vector<std::string> symbols = {"safari", "house", "gearshape", "ellipsis", "x.circle", "trash"};
+  Views views;
+  for (const auto& symbol : symbols) views.push_back(Symbol(symbol));
+  host(VStack(std::move(views)));
+  const auto images = all(root(), GTK_TYPE_IMAGE);
+  ASSERT_EQ(images.size(), symbols.size());
+  for (std::size_t i = 0; i < symbols.size(); ++i) {
+    const auto& symbol = symbols[i];
+    auto* image = GTK_IMAGE(images[i]);
+    const auto name = iconNameOfSymbol(symbol);
+    auto* theme = gtk_icon_theme_get_for_display(gdk_display_get_default());
+    if (gtk_image_get_storage_type(image) == GTK_IMAGE_ICON_NAME) {
+      EXPECT_TRUE(gtk_icon_theme_has_icon(theme, name.c_str())) << symbol;
+      continue;
+    }
+    auto* icon = gtk_image_get_paintable(image);
+    ASSERT_TRUE(GTK_IS_ICON_PAINTABLE(icon)) << symbol;
+    EXPECT_TRUE(gtk_icon_paintable_is_symbolic(GTK_ICON_PAINTABLE(icon)))
+        << symbol << " has no text's colour";
+    const auto file = GObjectPtr<GFile>::adopt(gtk_icon_paintable_get_file(GTK_ICON_PAINTABLE(icon)));
+    ASSERT_TRUE(file) << symbol;
+    const GStringPtr fileName(g_file_get_basename(file.get()));
+    EXPECT_TRUE(std::string(fileName.get()).starts_with(name)) << symbol << ": " << fileName.get();
+  }
+  gtk_settings_reset_property(settings, "gtk-icon-theme-name");
 }
 
 }  // namespace

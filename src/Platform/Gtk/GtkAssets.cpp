@@ -88,8 +88,6 @@ std::string_view find(const std::array<Name, size>& table, std::string_view name
 
 std::string iconNameOfSymbol(std::string_view symbol) { return std::string(find(symbols, symbol)); }
 
-bool isOwnSymbol(std::string_view iconName) { return iconName.starts_with("velkin-"); }
-
 std::filesystem::path folderOfOwnSymbols() { return ProgramFolders::data() / "icons"; }
 
 std::string iconNameOfStatusImage(std::string_view image) { return std::string(find(statusImages, image)); }

@@ -9,9 +9,8 @@ namespace platform {
 /// The icon theme's name for a symbol of the system; an unknown name is taken as the theme's own.
 std::string iconNameOfSymbol(std::string_view symbol);
 
-/// True for a symbol that the program brings itself.
-bool isOwnSymbol(std::string_view iconName);
-/// A folder of icon themes. They stand in a theme in it: what stands beside one never takes a text's colour.
+/// A folder of icon themes, with the symbols that the program brings itself. They stand in a theme in it:
+/// what stands beside one never takes a text's colour.
 std::filesystem::path folderOfOwnSymbols();
 
 /// The icon's name, in the program's own icon folder, of the status item's image.

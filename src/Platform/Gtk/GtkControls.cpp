@@ -5,6 +5,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkAssets.h"
 #include "Platform/Gtk/GtkStyle.h"
+#include "Platform/Gtk/GtkSymbols.h"
 #include "Platform/Gtk/GtkTextEdits.h"
 
 #include <array>
@@ -56,16 +57,6 @@ class LabelView : public GtkRenderedView {
   }
 };
 
-/// Symbols take the colour of the text around them only if the theme finds them by their names.
-void addOwnSymbols() {
-  static const bool isAdded = [] {
-    gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
-                                   folderOfOwnSymbols().c_str());
-    return true;
-  }();
-  (void)isAdded;
-}
-
 class SymbolView : public GtkRenderedView {
  public:
   explicit SymbolView(const Element& element) : GtkRenderedView(gtk_image_new()) { update(element); }
@@ -74,8 +65,7 @@ class SymbolView : public GtkRenderedView {
   void updateContent(const Element& element) override {
     auto* image = GTK_IMAGE(widget());
     const auto name = iconNameOfSymbol(contentOf<ImageContent>(element).name);
-    if (isOwnSymbol(name)) addOwnSymbols();
-    gtk_image_set_from_icon_name(image, name.c_str());
+    showSymbol(image, name);
     const auto& height = element.modifiers.frame.height;
     gtk_image_set_pixel_size(image, height ? static_cast<int>(std::lround(*height)) : -1);
   }

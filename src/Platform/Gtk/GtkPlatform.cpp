@@ -190,7 +190,8 @@ void GtkPlatform::trayChanged(bool hasTray) {
 
 void GtkPlatform::colourIcon() {
   // Their panels draw symbolic icons as they come. Others colour them.
-  const bool drawsAsItComes = isDesktop("MATE") || isDesktop("LXQt");
+  const bool drawsAsItComes =
+      isDesktop("MATE") || isDesktop("LXQt") || isDesktop("X-Cinnamon") || isDesktop("Cinnamon");
   if (!drawsAsItComes || statusItem_ == nullptr) return;
   statusItem_->setPanelLuminance(WindowSystem::present().panelLuminance());
 }

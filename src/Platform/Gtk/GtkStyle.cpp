@@ -117,9 +117,11 @@ const char* classOf(Font font) {
 }
 
 /// What no view's look says: the edge of a window that has no frame, fields that are to look like text, text
-/// that the style makes too faint to be read, and that a row goes on behind its edge.
+/// that the style makes too faint to be read, and that a row goes on behind its edge. The window's edge is
+/// neither black nor white, and no middle grey: a page may have the colour of what is behind the window, and
+/// the edge still shows.
 constexpr const char* basicRules = R"(
-.velkin-popover,.velkin-panel.frameless{outline:1px solid alpha(@window_fg_color,.25);outline-offset:-1px;}
+.velkin-popover,.velkin-panel.frameless{outline:1px solid alpha(mix(@window_bg_color,@window_fg_color,.68),.5);outline-offset:-1px;}
 .velkin-panel.frameless.rounded{border-radius:12px;}
 .velkin-popover placeholder,.velkin-panel placeholder{opacity:.78;}
 .velkin-popover .dim-label,.velkin-panel .dim-label{opacity:.78;}

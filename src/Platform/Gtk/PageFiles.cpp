@@ -22,6 +22,40 @@ constexpr std::size_t pdfLimit = std::size_t{2} << 30U;
 
 NSError errorOf(const char* why) { return {"WebKitErrorDomain", 1, why}; }
 
+/// Takes a file off the list of those used last. The toolkit puts what it prints there, a while after it has
+/// told that the printing is over.
+class RecentFileEraser {
+ public:
+  static void erase(std::string uri) { new RecentFileEraser(std::move(uri)); }
+
+ private:
+  /// Longer than the toolkit takes on a busy machine; nothing comes of a print that failed.
+  static constexpr guint limitSeconds = 30;
+
+  explicit RecentFileEraser(std::string uri) : uri_(std::move(uri)), list_(gtk_recent_manager_get_default()) {
+    handler_ = g_signal_connect_swapped(list_, "changed", G_CALLBACK(tryToErase), this);
+    g_timeout_add_seconds(
+        limitSeconds,
+        +[](gpointer self) -> gboolean {
+          delete static_cast<RecentFileEraser*>(self);
+          return G_SOURCE_REMOVE;
+        },
+        this);
+    tryToErase(this);
+  }
+  ~RecentFileEraser() { g_signal_handler_disconnect(list_, handler_); }
+  RecentFileEraser(const RecentFileEraser&) = delete;
+  RecentFileEraser& operator=(const RecentFileEraser&) = delete;
+
+  static void tryToErase(RecentFileEraser* self) {
+    gtk_recent_manager_remove_item(self->list_, self->uri_.c_str(), nullptr);
+  }
+
+  std::string uri_;
+  GtkRecentManager* list_;
+  gulong handler_ = 0;
+};
+
 /// A print into a file of our own, which is gone with it.
 struct PrintRun {
   explicit PrintRun(WKWebView::DataCompletion ended) : completion(std::move(ended)) {
@@ -35,8 +69,7 @@ struct PrintRun {
   }
   ~PrintRun() {
     if (path.empty()) return;
-    // The toolkit keeps what it prints in the list of the files used last.
-    gtk_recent_manager_remove_item(gtk_recent_manager_get_default(), uri.c_str(), nullptr);
+    RecentFileEraser::erase(uri);
     g_unlink(path.c_str());
   }
   PrintRun(const PrintRun&) = delete;

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/PageWindow.h"
 
 #include "Platform/Gtk/GtkKeyEvents.h"
+#include "Platform/Gtk/GtkSymbols.h"
 #include "Platform/URL.h"
 
 #include <algorithm>
@@ -106,8 +107,7 @@ void PageWindow::retitle() {
                            problems == G_TLS_CERTIFICATE_NO_FLAGS;
   const std::string place = host ? *host : "An empty page";
   const auto told = !host || isEncrypted ? place : place + " (not encrypted)";
-  gtk_image_set_from_icon_name(GTK_IMAGE(lock_),
-                               isEncrypted ? "channel-secure-symbolic" : "channel-insecure-symbolic");
+  showSymbol(GTK_IMAGE(lock_), isEncrypted ? "channel-secure-symbolic" : "channel-insecure-symbolic");
   gtk_widget_set_visible(lock_, host.has_value());
   gtk_label_set_text(GTK_LABEL(address_), told.c_str());
   gtk_widget_set_tooltip_text(place_,

@@ -81,13 +81,18 @@ GVariant* pixmap(const std::string& file, int size, const Colour& colour) {
   return g_variant_new("(ii@ay)", width, height, g_variant_builder_end(&bytes));
 }
 
-/// Cinnamon's panel takes a file with "symbolic" in its path for a name in the theme, and draws nothing.
+/// Cinnamon's panel takes a file with "symbolic" in its path for a name in the theme, and draws nothing. Of a
+/// name it takes the symbolic twin where there is one, so those that it is told have none.
 std::string iconName(const std::string& image, std::optional<bool> isForLightPanels) {
   const bool isCinnamon = isDesktop("X-Cinnamon") || isDesktop("Cinnamon");
   auto name = iconNameOfStatusImage(image);
   constexpr std::string_view ending = "-symbolic";
   if ((isCinnamon || isForLightPanels) && name.ends_with(ending)) name.erase(name.size() - ending.size());
-  if (isForLightPanels) name += *isForLightPanels ? "-on-light" : "-on-dark";
+  if (isForLightPanels) {
+    name += *isForLightPanels ? "-on-light" : "-on-dark";
+  } else if (isCinnamon) {
+    name += "-grey";
+  }
   return name;
 }
 

@@ -171,6 +171,21 @@ TEST_F(SearchBarViewTest, anEntryThatAnotherPanelAddedMeanwhileStays) {
   EXPECT_EQ(storedPrompts(), (std::vector<std::string>{"elsewhere", "one"}));
 }
 
+TEST_F(SearchBarViewTest, whatIsRecalledWhileARequestRunsLeavesThePromptAsItWasSent) {
+  UserDefaultsHelper().setSearchBarSearches({{.date = 1, .searchPrompt = "old"}});
+  open();
+  desktop.urlSession.setDelivery(HeadlessURLSession::Delivery::held);
+  answerWith("late");
+  ask("sent");
+  view().recentSearchClicked(view().searches.get().front());
+  desktop.queue.advance(0.5);
+  EXPECT_EQ(view().text.get(), "old");
+  UserDefaultsHelper().setSearchBarSearches({});
+  desktop.urlSession.deliver();
+  settle();
+  EXPECT_EQ(storedPrompts(), std::vector<std::string>{"sent"}) << "to what is stored at that moment";
+}
+
 TEST_F(SearchBarViewTest, theSampleAnswerHasItsLength) {
   EXPECT_EQ(SearchBarView::chatText.size(), 578U);
   EXPECT_TRUE(SearchBarView::chatText.starts_with("I am ChatGPT, a large language model created by OpenAI."));

@@ -87,7 +87,11 @@ class FindableWebViewTest : public AppFixture {
     const auto& content = view.element().content;
     if (view.hosted != nullptr) return append(text, nameOf(view.hosted));
     if (std::holds_alternative<platform::DividerContent>(content)) return append(text, "|");
-    if (const auto* words = std::get_if<platform::TextContent>(&content)) return append(text, words->text);
+    if (const auto* words = std::get_if<platform::TextContent>(&content)) {
+      // Blanks only keep a place.
+      const bool isSeen = words->text.find_first_not_of(" \n") != std::string::npos;
+      return append(text, isSeen ? words->text : "");
+    }
     if (std::holds_alternative<platform::TextFieldContent>(content)) return append(text, "field");
     if (std::holds_alternative<platform::ButtonContent>(content)) return append(text, "button");
     const auto* stack = std::get_if<platform::StackContent>(&content);
