@@ -311,6 +311,8 @@ class Search(VelkinTestCase):
         self.desktop.picture(self.artefact("reset.png"))
         self.desktop.click(panel.x + 60, panel.y + 117)
         waitFor("the key to be gone", lambda: self.home.readSettings()["searchBarKey"] == "", 10)
+        waitFor("the panel to tell how to get one", lambda: self.searchPanel().height > 220, 10, self.describeWindows)
+        settle(0.3)
         self.desktop.key("Escape")
         self.waitForPanelToClose()
         self.assertGreater(self.openPanel().height, 220, "the key stays gone")

@@ -15,6 +15,9 @@
 // What the toolkit has for X only is deprecated in its newest versions, with nothing in its place.
 G_GNUC_BEGIN_IGNORE_DEPRECATIONS
 
+// What the toolkit has for X only is deprecated in its newest versions, with nothing in its place.
+G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+
 namespace platform {
 
 namespace {
@@ -148,5 +151,7 @@ bool X11WindowSystem::isClipboardUntold(GdkClipboard* board) const {
 }
 
 }  // namespace platform
+
+G_GNUC_END_IGNORE_DEPRECATIONS
 
 G_GNUC_END_IGNORE_DEPRECATIONS
