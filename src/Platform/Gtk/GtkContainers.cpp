@@ -286,7 +286,6 @@ class HostedPlace : public GtkRenderedView {
       keyboardMayLeave(guest_.get());
       gtk_box_remove(GTK_BOX(widget()), guest_.get());
     }
-    guest_ = {};
   }
 
  protected:

@@ -190,8 +190,7 @@ void GtkPlatform::trayChanged(bool hasTray) {
 
 void GtkPlatform::colourIcon() {
   // Their panels draw symbolic icons as they come. Others colour them.
-  const bool drawsAsItComes =
-      isDesktop("MATE") || isDesktop("LXQt") || isDesktop("X-Cinnamon") || isDesktop("Cinnamon");
+  const bool drawsAsItComes = isDesktop("MATE") || isDesktop("LXQt") || isCinnamon();
   if (!drawsAsItComes || statusItem_ == nullptr) return;
   statusItem_->setPanelLuminance(WindowSystem::present().panelLuminance());
 }

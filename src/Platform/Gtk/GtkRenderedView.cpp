@@ -166,7 +166,8 @@ void GtkRenderedView::applyName() {
   const auto& told = m.label.empty() && text != nullptr ? text->text : m.label;
   if (told == told_) return;
   told_ = told;
-  if (!told_.empty()) toolkit::announce(widget(), told_);
+  // Blanks only keep the place of news to come.
+  if (told_.find_first_not_of(" \n") != std::string::npos) toolkit::announce(widget(), told_);
 }
 
 void GtkRenderedView::applyRole() {

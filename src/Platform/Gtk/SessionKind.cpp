@@ -23,6 +23,8 @@ bool isDesktop(std::string_view name) {
   return false;
 }
 
+bool isCinnamon() { return isDesktop("X-Cinnamon") || isDesktop("Cinnamon"); }
+
 bool isGnomeShell() { return isDesktop("GNOME") && !isDesktop("Budgie") && !isDesktop("X-Cinnamon"); }
 
 }  // namespace platform

@@ -11,6 +11,9 @@ bool isWaylandSession();
 /// True if the session says that it is this desktop, or one made from it ("GNOME" in "ubuntu:GNOME").
 bool isDesktop(std::string_view name);
 
+/// True in Cinnamon, which has gone by two names.
+bool isCinnamon();
+
 /// True in GNOME's own shell, and not in the desktops that are made from its other parts only.
 bool isGnomeShell();
 

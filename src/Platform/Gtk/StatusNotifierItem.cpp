@@ -84,13 +84,12 @@ GVariant* pixmap(const std::string& file, int size, const Colour& colour) {
 /// Cinnamon's panel takes a file with "symbolic" in its path for a name in the theme, and draws nothing. Of a
 /// name it takes the symbolic twin where there is one, so those that it is told have none.
 std::string iconName(const std::string& image, std::optional<bool> isForLightPanels) {
-  const bool isCinnamon = isDesktop("X-Cinnamon") || isDesktop("Cinnamon");
   auto name = iconNameOfStatusImage(image);
   constexpr std::string_view ending = "-symbolic";
-  if ((isCinnamon || isForLightPanels) && name.ends_with(ending)) name.erase(name.size() - ending.size());
+  if ((isCinnamon() || isForLightPanels) && name.ends_with(ending)) name.erase(name.size() - ending.size());
   if (isForLightPanels) {
     name += *isForLightPanels ? "-on-light" : "-on-dark";
-  } else if (isCinnamon) {
+  } else if (isCinnamon()) {
     name += "-grey";
   }
   return name;
