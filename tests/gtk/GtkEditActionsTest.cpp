@@ -6,6 +6,7 @@
 #include "Platform/Gtk/X11Desktop.h"
 #include "Platform/NSApplication.h"
 #include "Platform/NSPopover.h"
+#include "gtk/ClipboardOwner.h"
 #include "gtk/GtkFixture.h"
 
 #include <cstdlib>
@@ -54,6 +55,9 @@ class GtkEditActionsTest : public GtkFixture {
     shown.selectNothing();
   }
 };
+
+/// A window that comes up with this time of its last use is given no keyboard by the window manager.
+constexpr std::uint32_t noKeyboard = 0;
 
 using Hiding = void (*)(GtkWindow*);
 
@@ -115,15 +119,20 @@ INSTANTIATE_TEST_SUITE_P(Ways, HiddenWindowTest,
 TEST_F(GtkEditActionsTest, AWindowThatComesBackWithoutTheKeyboardIsNotAsked) {
   TextWindow returning("returning");
   TextWindow shown("shown");
+  TextWindow last("last");
   present(returning);
   gtk_widget_set_visible(GTK_WIDGET(returning.window), FALSE);
   present(shown);
+  X11Desktop::setUserTime(returning.window, noKeyboard);
   gtk_widget_set_visible(GTK_WIDGET(returning.window), TRUE);
-  ASSERT_TRUE(wait([&] { return gtk_widget_get_mapped(GTK_WIDGET(returning.window)) != FALSE; }));
-  present(shown);
-  ASSERT_TRUE(wait([&] { return X11Desktop::isActive(shown.window); }));
+  // Windows come up in the order in which they are asked for: once this one is up, the one before it is.
+  present(last);
+  ASSERT_TRUE(wait([&] { return X11Desktop::isActive(last.window); }));
+  EXPECT_TRUE(gtk_widget_get_mapped(GTK_WIDGET(returning.window)));
   EXPECT_TRUE(sendEditAction("selectAll:"));
-  EXPECT_TRUE(shown.isAllSelected());
+  EXPECT_TRUE(last.isAllSelected());
+  EXPECT_FALSE(shown.isAllSelected());
+  EXPECT_FALSE(returning.isAllSelected());
 }
 
 /// A page beside a text field, with the keys of the program's router.
@@ -245,6 +254,26 @@ TEST_F(EditOrderTest, APageThatHangsHoldsUpOnePasteAndNoOtherKey) {
   ASSERT_EQ(editOrder(), EditOrder::nextActionWaits) << "or the line above proves nothing";
   keys("ctrl+v");
   ASSERT_TRUE(wait([&] { return fieldText() == "aold"; })) << fieldText();
+}
+
+TEST_F(EditOrderTest, AnOwnerOfTheClipboardThatNeverAnswersDoesntKeepThePage) {
+  putOnClipboard("old");
+  showPage("<textarea id=t autofocus></textarea><script>t.focus()</script>");
+  ASSERT_TRUE(wait([&] { return evaluateIn(*webView, "document.activeElement.id") == "\"t\""; }));
+  ClipboardOwner silent("UTF8_STRING", "never");
+  silent.staysSilent = true;
+  auto* clipboard = gdk_display_get_clipboard(gdk_display_get_default());
+  ASSERT_TRUE(wait([&] {
+    return gdk_content_formats_contain_mime_type(gdk_clipboard_get_formats(clipboard),
+                                                 "text/plain;charset=utf-8") != FALSE;
+  }));
+  keys("ctrl+v");
+  ASSERT_TRUE(wait([] { return editOrder() != EditOrder::free; }));
+  ASSERT_TRUE(wait([] { return editOrder() == EditOrder::free; }));
+  EXPECT_EQ(evaluateIn(*webView, "t.value"), "\"\"");
+  putOnClipboard("new");
+  keys("ctrl+v");
+  EXPECT_TRUE(wait([&] { return evaluateIn(*webView, "t.value") == "\"new\""; }));
 }
 
 }  // namespace

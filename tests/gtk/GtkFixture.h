@@ -34,9 +34,9 @@ class GtkFixture : public testing::Test {
   /// Runs the main loop until `condition` holds; false if it doesn't come to hold.
   static bool wait(const std::function<bool()>& condition) {
     constexpr int mostTurns = 1500;
-    bool isOver = false;
-    for (int i = 0; i < mostTurns && !condition(); ++i) {
-      isOver = false;
+    for (int i = 0; i < mostTurns; ++i) {
+      if (condition()) return true;
+      bool isOver = false;
       g_timeout_add(
           10,
           [](gpointer over) -> gboolean {

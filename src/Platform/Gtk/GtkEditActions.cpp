@@ -138,6 +138,9 @@ unsigned startWait(EditOrder order, WebKitWebView* view, double patience = mostP
   const auto number = ++wait.number;
   wait.patience = DispatchQueue::main().timer(patience, [number, weak = std::make_shared<WeakView>(view)] {
     if (const auto silent = weak->lock()) editingOf(silent.get()) = {.isStateOld = true, .isSilent = true};
+    // It may be that another program keeps it waiting.
+    if (auto* display = gdk_display_get_default())
+      WindowSystem::present().endClipboardRequests(gdk_display_get_clipboard(display));
     waitIsOver(number);
   });
   return number;

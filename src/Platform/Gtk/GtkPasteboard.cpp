@@ -199,7 +199,10 @@ void GtkPasteboard::readItems(Completion completion) {
   if (nothing_ && gdk_clipboard_get_content(board) == nothing_.get()) return reading->finish({});
   if (auto text = ownText(board)) return reading->finish(oneItem(std::move(text)));
   reading->timer = DispatchQueue::main().timer(patience, [weak = std::weak_ptr(reading)] {
-    if (const auto late = weak.lock()) late->fail(NSPasteboardReading::Failure::noAnswer);
+    const auto late = weak.lock();
+    if (late == nullptr) return;
+    WindowSystem::present().endClipboardRequests(late->board.get());
+    late->fail(NSPasteboardReading::Failure::noAnswer);
   });
   if (isEmpty(board) && WindowSystem::present().isClipboardUntold(board)) {
     reading->waitForItsKinds();

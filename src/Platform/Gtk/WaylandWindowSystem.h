@@ -33,6 +33,8 @@ class WaylandWindowSystem : public WindowSystem {
   int keyboardGroup() const override { return 0; }
   bool tellsOfSuper() const override { return false; }
   bool isClipboardUntold(GdkClipboard*) const override { return false; }
+  // What is read comes through a pipe, which ends with its reader.
+  void endClipboardRequests(GdkClipboard*) const override {}
   void nameProgram(const char* identifier) const override;
 
  private:

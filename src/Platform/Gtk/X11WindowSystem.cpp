@@ -5,15 +5,13 @@
 #include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/SessionKind.h"
 #include "Platform/Gtk/Toolkit.h"
+#include "Platform/Gtk/X11Clipboard.h"
 #include "Platform/Gtk/X11Desktop.h"
 
 #include <algorithm>
 #include <utility>
 
 #include <gdk/x11/gdkx.h>
-
-// What the toolkit has for X only is deprecated in its newest versions, with nothing in its place.
-G_GNUC_BEGIN_IGNORE_DEPRECATIONS
 
 // What the toolkit has for X only is deprecated in its newest versions, with nothing in its place.
 G_GNUC_BEGIN_IGNORE_DEPRECATIONS
@@ -143,15 +141,10 @@ std::unique_ptr<WindowSystem::Watcher> X11WindowSystem::watch(Watcher::Events ev
 
 int X11WindowSystem::keyboardGroup() const { return X11Desktop::keyboardGroup(); }
 
-bool X11WindowSystem::isClipboardUntold(GdkClipboard* board) const {
-  // What a clipboard holds is known some time after whose it is: the owner is asked.
-  auto* display = gdk_clipboard_get_display(board);
-  return XGetSelectionOwner(gdk_x11_display_get_xdisplay(display),
-                            gdk_x11_get_xatom_by_name_for_display(display, "CLIPBOARD")) != None;
-}
+bool X11WindowSystem::isClipboardUntold(GdkClipboard* board) const { return X11Clipboard::isUntold(board); }
+
+void X11WindowSystem::endClipboardRequests(GdkClipboard* board) const { X11Clipboard::endRequests(board); }
 
 }  // namespace platform
-
-G_GNUC_END_IGNORE_DEPRECATIONS
 
 G_GNUC_END_IGNORE_DEPRECATIONS

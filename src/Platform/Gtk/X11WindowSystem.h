@@ -30,6 +30,7 @@ class X11WindowSystem : public WindowSystem {
   int keyboardGroup() const override;
   bool tellsOfSuper() const override { return true; }
   bool isClipboardUntold(GdkClipboard* board) const override;
+  void endClipboardRequests(GdkClipboard* board) const override;
   void nameProgram(const char*) const override {}
 
  private:
