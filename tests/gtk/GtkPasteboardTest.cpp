@@ -117,12 +117,27 @@ TEST_F(GtkPasteboardTest, AnOwnerThatNeverAnswersFailsAndKeepsTheOrder) {
   ClipboardOwner owner("UTF8_STRING", "never");
   owner.staysSilent = true;
   untilForeign();
+  untilTold();
   read();
   board().setString("after", NSPasteboardTypeString);
   read();
   ASSERT_TRUE(wait([&] { return readings.size() == 2; }));
   EXPECT_EQ(readings[0].failure, Failure::noAnswer);
   EXPECT_EQ(readings[1].string(), "after");
+  const ClipboardOwner next("UTF8_STRING", "next");
+  untilForeign();
+  untilTold();
+  EXPECT_EQ(readNow().string(), "next");
+}
+
+TEST_F(GtkPasteboardTest, WhoeverTakesTheClipboardFromOneThatDoesntTellItsKindsEndsTheWait) {
+  const ClipboardOwner silent;
+  untilForeign();
+  read();
+  board().setString("after", NSPasteboardTypeString);
+  ASSERT_TRUE(wait([&] { return readings.size() == 1; }));
+  EXPECT_EQ(readings[0].failure, Failure::noAnswer);
+  EXPECT_EQ(readNow().string(), "after");
 }
 
 TEST_F(GtkPasteboardTest, AnOwnerThatNeverGivesWhatItToldCostsTheNextReadingNothing) {
