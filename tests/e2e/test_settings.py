@@ -2,6 +2,7 @@
 import plistlib
 
 from harness import VelkinTestCase, waitFor
+from harness.services import host
 from harness.waiting import settle
 
 FATAL = "Unexpectedly found nil while unwrapping an Optional value"
@@ -30,7 +31,7 @@ class BadSettings(VelkinTestCase):
         plistlib.loads(self.home.settingsFile.read_bytes())
 
     def testATruncatedFileIsKeptBeside(self):
-        whole = plistlib.dumps({"onboardingCompleted": True, "chatUrl": "http://127.83.0.2:8471/"})
+        whole = plistlib.dumps({"onboardingCompleted": True, "chatUrl": f"http://{host(2)}:8471/"})
         self.writeRaw(whole[:len(whole) // 2])
         self.usable()
         self.assertEqual(len(self.backups()), 1)
@@ -108,7 +109,7 @@ class OddServers(VelkinTestCase):
         self.stillObeys(velkin)
 
     def testNobodyAtTheAddress(self):
-        self.home.settled(chatUrl="http://127.83.0.1:8472/")
+        self.home.settled(chatUrl=f"http://{host(1)}:8472/")
         velkin = self.start()
         window = self.openPopover(velkin)
         settle(2)

@@ -7,7 +7,7 @@ import struct
 import threading
 from dataclasses import dataclass
 
-from .services import bind
+from .services import bind, host
 from .waiting import waitFor
 
 
@@ -88,7 +88,7 @@ class Held:
 
 
 class Completions:
-    address = "127.83.0.7"
+    address = host(7)
 
     def __init__(self):
         self._lock = threading.Lock()

@@ -1,9 +1,11 @@
-"""The tests in parts that run side by side, each in a process and a network of its own: the addresses of the
-services are fixed in the program, and most of a test is waiting for what a person would wait for."""
+"""The tests in parts that run side by side, each in a process of its own: most of a test is waiting for what a person
+would wait for. Each part has addresses of its own for the services and, where the system allows it, a network of its
+own, so that a part knows nothing of the others, nor of other runs."""
 import concurrent.futures
 import json
 import os
 import pathlib
+import queue
 import subprocess
 import sys
 import tempfile
@@ -26,15 +28,16 @@ def flat(suite):
 
 
 def split(suite):
-    """Lists of test ids, each of one class, the longest first."""
+    """Lists of test ids, each of one class, the longest first. A class whose few tests take minutes says so:
+    `takesMinutes = True`."""
     classes = {}
     for test in flat(suite):
         classes.setdefault(type(test), []).append(test.id())
     parts = []
-    for ids in classes.values():
+    for kind, ids in classes.items():
         count = -(-len(ids) // TESTS_IN_A_PART)
-        parts += [ids[number::count] for number in range(count)]
-    return sorted(parts, key=len, reverse=True)
+        parts += [(getattr(kind, "takesMinutes", False), ids[number::count]) for number in range(count)]
+    return [ids for _, ids in sorted(parts, key=lambda part: (part[0], len(part[1])), reverse=True)]
 
 
 def networksArePossible():
@@ -43,8 +46,8 @@ def networksArePossible():
 
 
 def defaultJobs():
-    """One more than there are processors: a test waits for most of its time."""
-    return int(os.environ.get("VELKIN_E2E_JOBS", len(os.sched_getaffinity(0)) + 1))
+    """Two more than there are processors: a test waits for most of its time."""
+    return int(os.environ.get("VELKIN_E2E_JOBS", len(os.sched_getaffinity(0)) + 2))
 
 
 class Outcome:
@@ -76,10 +79,11 @@ def writeOutcome(result, path):
     pathlib.Path(path).write_text(json.dumps(dict(told, run=result.testsRun)))
 
 
-def runPart(script, ids):
+def runPart(script, ids, before, number):
     """(what it printed, its numbers). A part that didn't come to its end failed with all its tests."""
     with tempfile.NamedTemporaryFile(suffix=".json") as file:
-        done = subprocess.run([SESSION / "own-network", sys.executable, script, "--part", file.name, *ids],
+        done = subprocess.run([*before, sys.executable, script, "--part", file.name, *ids],
+                              env=dict(os.environ, VELKIN_LOOPBACK=str(number)),
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                               errors="replace", check=False)
         text = pathlib.Path(file.name).read_text()
@@ -94,9 +98,16 @@ def runSideBySide(script, parts, jobs):
     started = time.monotonic()
     outcome = Outcome()
     mutex = threading.Lock()
+    before = [SESSION / "own-network"] if networksArePossible() else []
+    # Of the addresses. A run by itself has 0.
+    numbers = queue.SimpleQueue()
+    for number in range(1, jobs + 1):
+        numbers.put(number)
 
     def runOne(ids):
-        printed, told = runPart(script, ids)
+        number = numbers.get()
+        printed, told = runPart(script, ids, before, number)
+        numbers.put(number)
         with mutex:
             outcome.add(told)
             print(printed, end="", flush=True)

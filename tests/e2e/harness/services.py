@@ -21,6 +21,11 @@ from .waiting import waitFor
 PORT = 8471
 
 
+def host(number):
+    """The address of one of the services: those of a run that goes on beside others are its own."""
+    return f"127.83.{os.environ.get('VELKIN_LOOPBACK', '0')}.{number}"
+
+
 def bigPageBytes():
     """As much as a busy machine still saves within its minute; VELKIN_E2E_BIG_PAGE says how many megabytes instead."""
     return int(os.environ.get("VELKIN_E2E_BIG_PAGE", "10")) << 20
@@ -83,7 +88,7 @@ class Page:
 
 class Service:
     def __init__(self, number, name, path, colour):
-        self.address = f"127.83.0.{number}"
+        self.address = host(number)
         self.name = name
         self.home = path
         self.colour = colour
@@ -533,7 +538,7 @@ def documentOf(service, page):
     paragraphs = "\n".join(f"<p>{service.name}, paragraph {n}. {words * 4}</p>" for n in range(1, 60))
     title = service.name if page.path == service.home else f"{service.name}: another page"
     return fill(DOCUMENT, TITLE=title, COLOUR=service.colour, SCRIPT=fill(SCRIPT, PAGE=page.id),
-                OUTSIDE=f"http://127.83.0.9:{PORT}/outside", PARAGRAPHS=paragraphs)
+                OUTSIDE=f"http://{host(9)}:{PORT}/outside", PARAGRAPHS=paragraphs)
 
 
 def signInOf(service, page):
