@@ -6,6 +6,7 @@ import numpy
 from harness.colours import contrast
 from harness.paths import ROOT
 from harness.session import Session
+from harness.wayland import WaylandPictures
 
 # All kinds of it have the same outline.
 PICTURE = ROOT / "data" / "icons" / "velkin-diamondgear-symbolic.svg"
@@ -66,6 +67,22 @@ class RealSession(Session):
                            stdout=subprocess.DEVNULL, timeout=90)
             if step == "stop":
                 between()
+
+
+class RealWaylandSession(WaylandPictures, RealSession):
+    """Its pictures hold the pointer, which hides the icon that it is on: then the icon is where it was seen last."""
+
+    _seen = None
+
+    def iconPosition(self, number=0):
+        if self.findIcon() or not self._seen:
+            self._seen = super().iconPosition(number)
+        return self._seen
+
+    def pixels(self):
+        raw = subprocess.run(["grim", "-t", "ppm", "-"], env=self.environment, stdin=subprocess.DEVNULL,
+                             capture_output=True, check=True, timeout=60).stdout
+        return numpy.frombuffer(raw[-3 * self.width * self.height:], numpy.uint8).reshape(self.height, self.width, 3)
 
 
 class Icon:

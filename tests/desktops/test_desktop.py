@@ -7,11 +7,14 @@ import subprocess
 import sys
 import unittest
 
+import numpy
+
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
 
 from harness import VelkinTestCase, waitFor  # noqa: E402
 from harness.waiting import settle  # noqa: E402
-from realsession import RealSession  # noqa: E402
+from harness.wayland import WaylandDesktop  # noqa: E402
+from realsession import RealSession, RealWaylandSession  # noqa: E402
 
 POP_UP = "ctrl+shift+t"
 SEARCH = "ctrl+shift+r"
@@ -61,6 +64,11 @@ class Desktop(VelkinTestCase):
     def tell(self, text):
         self.told.append(text)
 
+    def tellPart(self, text):
+        """What the row says isn't all so here, and the table is to tell it."""
+        self.results[self.row()]["part"] = True
+        self.tell(text)
+
     def keep(self, name, window=None):
         """A picture that goes into the documentation; a compositor may paint a window later than it is there."""
         if window:
@@ -82,6 +90,10 @@ class Desktop(VelkinTestCase):
                         f"{window} is not at the icon, {icon.x} to {icon.x + icon.size}")
         gap = window.y - top if icon.y < self.session.height // 2 else bottom - window.bottom
         self.assertLessEqual(abs(gap), 12, f"{window} in {self.workArea()}")
+
+    def atAPanel(self, window):
+        _, top, _, bottom = self.workArea()
+        self.assertTrue(abs(window.y - top) <= 12 or abs(bottom - window.bottom) <= 12, f"{window} is not at a panel")
 
     def openWindow(self):
         other = self.desktop.openOtherWindow(200, 300)
@@ -153,11 +165,15 @@ class Desktop(VelkinTestCase):
     def testClickOutsideCloses(self):
         velkin = self.startOnChat()
         other = self.openWindow()
-        for what, place in (("another window", other.centre), ("the desktop", (300, self.session.height // 2 + 150))):
+        for what, place in self.placesOutside(other):
             self.openPopover(velkin)
             self.desktop.click(*place)
             waitFor(f"a click on {what} to close the popover", lambda: not self.popover(), 10, self.describeWindows)
             settle(0.5)
+
+    def placesOutside(self, other):
+        yield "another window", other.centre
+        yield "the desktop", (300, self.session.height // 2 + 150)
 
     def testClickOnTheIconToggles(self):
         velkin = self.startOnChat()
@@ -172,8 +188,7 @@ class Desktop(VelkinTestCase):
         velkin = self.startOnChat()
         self.openMenu(velkin)
         self.keep("menu")
-        self.desktop.key("Escape")
-        self.waitForNoMenu()
+        self.closeMenu()
         self.assertIsNone(self.popover())
         self.assertTrue(velkin.running())
 
@@ -181,8 +196,7 @@ class Desktop(VelkinTestCase):
         velkin = self.startOnChat()
         # On MATE the first menu differs from those that follow in more than the marks.
         self.openMenu(velkin)
-        self.desktop.key("Escape")
-        self.waitForNoMenu()
+        self.closeMenu()
         for title, default in (("Make Menu Sticky", False), ("Show Toolbar", True)):
             pictures = []
             for wanted in (not default, default, not default):
@@ -229,9 +243,8 @@ class Desktop(VelkinTestCase):
         self.desktop.move(5, self.session.height // 2)
         self.assertEqual(self.start(wait=False).waitForEnd(), 0)
         window = self.waitForPopover()
-        left, top, right, bottom = self.workArea()
         self.tell(f"at {window.x}, {window.y}")
-        self.assertTrue(abs(window.y - top) <= 12 or abs(bottom - window.bottom) <= 12, f"{window} is not at a panel")
+        self.atAPanel(window)
         self.assertEqual(self.start(wait=False).waitForEnd(), 0)
         self.waitForClosed()
 
@@ -291,12 +304,12 @@ class Desktop(VelkinTestCase):
         self.before = self.session.pixels().astype(int)
         self.desktop.click(*self.session.iconPosition(), 3)
         waitFor("the menu", lambda: self.changed() > 15000, 15, self.changed)
-        # Without the panels, whose clocks go on.
         left, top, right, bottom = self.workArea()
         pictures = [None, None]
 
         def isStill():
             settle(0.5)
+            # Without the panels, whose clocks go on.
             pictures[:] = pictures[1], self.session.pixels().astype(int)[top:bottom, left:right]
             return pictures[0] is not None and (pictures[0] == pictures[1]).all()
 
@@ -309,12 +322,107 @@ class Desktop(VelkinTestCase):
     def waitForNoMenu(self):
         waitFor("the menu to go", lambda: self.changed() < 8000, 10, self.changed)
 
+    def closeMenu(self):
+        self.desktop.key("Escape")
+        self.waitForNoMenu()
+
     def choose(self, title):
         key, steps = ("Down", DOWN_TO[title]) if self.name == "gnome" else ("Up", UP_TO[title])
         for _ in range(steps):
             self.desktop.key(key)
             settle(0.1)
         self.desktop.key("Return")
+        self.waitForNoMenu()
+
+
+class Sway(Desktop):
+    """A compositor that tiles its windows, with Waybar. Velkin is a program of the X server in it."""
+
+    @classmethod
+    def makeSession(cls):
+        return RealWaylandSession(cls.name)
+
+    @classmethod
+    def makeDesktop(cls):
+        desktop = WaylandDesktop(cls.session)
+        cls.addClassCleanup(desktop.close)
+        return desktop
+
+    def workArea(self):
+        workspace = json.loads(self.session.output("swaymsg", "-t", "get_workspaces"))[0]["rect"]
+        return (workspace["x"], workspace["y"], workspace["x"] + workspace["width"],
+                workspace["y"] + workspace["height"])
+
+    def atTheIcon(self, window, icon):
+        self.atAPanel(window)
+
+    def atAPanel(self, window):
+        """sway gives no window of the X server the place that it asks for."""
+        left, top, right, bottom = self.workArea()
+        self.tellPart("in the middle, where sway puts it")
+        self.assertEqual((window.width, window.height), (600, 600), "it was tiled")
+        self.assertTrue(left <= window.x and window.right <= right and top <= window.y and window.bottom <= bottom,
+                        f"{window} in {self.workArea()}")
+
+    def openWindow(self):
+        """It takes all the room that the bar leaves."""
+        self.terminal = self.desktop.openTerminal()
+        self.addCleanup(self.terminal.wait)
+        self.addCleanup(self.terminal.kill)
+        window = waitFor("another program", lambda: self.desktop.windows(title="A terminal"), 20)[0]
+        self.desktop.click(*window.centre)
+        waitFor("it to have the keyboard", lambda: self.desktop.activeWindow() == window.id, 10)
+        return window
+
+    def testClickOpensAtTheIcon(self):
+        super().testClickOpensAtTheIcon()
+        # Between the icon and the popover another program's window may be, and the keyboard follows the pointer.
+        self.desktop.key("Escape")
+        self.waitForClosed()
+        self.openWindow()
+        window = self.openPopover(self.started[0])
+        self.walk(self.session.iconPosition(), window.centre)
+        settle()
+        self.assertIsNotNone(self.popover(), "it closed when the pointer was on its way to it")
+
+    def walk(self, start, end):
+        """With the pointer, in steps as by a hand."""
+        steps = 20
+        for step in range(1, steps + 1):
+            self.desktop.move(*(round(a + (b - a) * step / steps) for a, b in zip(start, end)))
+            settle(0.03)
+
+    def placesOutside(self, other):
+        place = other.x + 100, other.bottom - 100
+        yield "another window", place
+        self.terminal.kill()
+        waitFor("the other window to go", lambda: not self.desktop.windows(title="A terminal"), 10)
+        yield "the desktop", place
+
+    def testGlobalShortcuts(self):
+        self.tell("bound in sway's settings, as the README says")
+        super().testGlobalShortcuts()
+
+    # Waybar's menus hear no keys.
+
+    def openMenu(self, velkin):
+        self.menu = super().openMenu(velkin)
+        return self.menu
+
+    def closeMenu(self):
+        self.desktop.click(20, self.session.height // 2)
+        self.waitForNoMenu()
+
+    def choose(self, title):
+        left, top, right, bottom = self.workArea()
+        isNew = abs(self.menu - self.before[top:bottom, left:right]).max(axis=2) > 12
+        columns, rows = numpy.flatnonzero(isNew.sum(axis=0) > 50), numpy.flatnonzero(isNew.sum(axis=1) > 50)
+        # Without the menu's border.
+        inner = self.menu[:rows[-1] - 3, columns[0] + 4:columns[-1] - 3]
+        hasText = (abs(inner - numpy.median(inner, axis=(0, 1))).max(axis=2) > 60).any(axis=1)
+        edges = numpy.flatnonzero(numpy.diff(numpy.concatenate([[False], hasText, [False]]).astype(int)))
+        items = [(start + end) // 2 for start, end in edges.reshape(-1, 2) if end - start > 4]
+        self.desktop.click(left + (columns[0] + columns[-1]) // 2, top + items[-UP_TO[title]])
         self.waitForNoMenu()
 
 
@@ -330,13 +438,14 @@ class Result(unittest.TextTestResult):
 
 def main(name, table, *only):
     Desktop.name = name
+    kind = {"sway": Sway}.get(name, Desktop)
     table = pathlib.Path(table)
     if only and table.exists():
         Desktop.results.update(json.loads(table.read_text()))
     loader = unittest.TestLoader()
     order = list(vars(Desktop))
     loader.sortTestMethodsUsing = lambda a, b: order.index(a) - order.index(b)
-    suite = unittest.TestSuite(map(Desktop, only)) if only else loader.loadTestsFromTestCase(Desktop)
+    suite = unittest.TestSuite(map(kind, only)) if only else loader.loadTestsFromTestCase(kind)
     done = unittest.TextTestRunner(verbosity=2, resultclass=Result).run(suite)
     if done.testsRun:
         table.write_text(json.dumps(Desktop.results, indent=1) + "\n")

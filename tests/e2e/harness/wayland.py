@@ -13,17 +13,21 @@ from .virtualinput import VirtualInput
 STEP = 0.03
 
 
-class WaylandSession(Session):
-    """With an X server in it, or without."""
-
-    def __init__(self, panel="top", screen="1280x900", hasX11=False):
-        super().__init__(panel, screen, "xwayland" if hasX11 else "wayland")
+class WaylandPictures:
+    """What a session of Wayland adds to session.Session for the eyes of its WaylandDesktop."""
 
     def cut(self, x, y, width, height, *told):
         """What is told of a part of the screen, in the words of ImageMagick."""
         file = self.folder / "cut.png"
         self.output("grim", "-g", f"{x},{y} {width}x{height}", file)
         return self.output("convert", file, *told, "info:")
+
+
+class WaylandSession(WaylandPictures, Session):
+    """With an X server in it, or without."""
+
+    def __init__(self, panel="top", screen="1280x900", hasX11=False):
+        super().__init__(panel, screen, "xwayland" if hasX11 else "wayland")
 
     def iconPosition(self, number=0):
         assert number == 0, "only the first icon's place is known"
