@@ -166,6 +166,9 @@ class Names(Leaks):
 
     @classmethod
     def setUpClass(cls):
+        # The machine's own network would keep the address, and lose its way to all others that begin like it.
+        if "VELKIN_OWN_NETWORK" not in os.environ:
+            raise unittest.SkipTest("not in a network of its own: tests/session/own-network gives it one")
         # Whoever may have a network of its own for the tests may see other files in it, too.
         libc = ctypes.CDLL(None, use_errno=True)
         ARTEFACTS.mkdir(parents=True, exist_ok=True)
