@@ -336,7 +336,7 @@ class Desktop(VelkinTestCase):
 
 
 class Sway(Desktop):
-    """A compositor that tiles its windows, with Waybar. Velkin is a program of the X server in it."""
+    """A compositor that tiles its windows, with Waybar."""
 
     @classmethod
     def makeSession(cls):
@@ -357,7 +357,7 @@ class Sway(Desktop):
         self.atAPanel(window)
 
     def atAPanel(self, window):
-        """sway gives no window of the X server the place that it asks for."""
+        """sway gives no window the place that it asks for."""
         left, top, right, bottom = self.workArea()
         self.tellPart("in the middle, where sway puts it")
         self.assertEqual((window.width, window.height), (600, 600), "it was tiled")
