@@ -7,8 +7,9 @@ namespace velkin {
 
 namespace {
 
-/// One host for each service, as in the world outside: cookies and storage must not mix. Runs of the tests that go on
-/// side by side have a number each in the environment, 0 to 255, so that each has servers of its own.
+/// One host for each service, as in the world outside: cookies and storage must not mix. Runs of the tests
+/// that go on side by side have a number each in the environment, 0 to 255, so that each has servers of its
+/// own.
 std::string_view at(const char* service, const char* path) {
   const char* const run = std::getenv("VELKIN_LOOPBACK");
   const auto host = std::string("127.83.") + (run != nullptr ? run : "0") + "." + service;

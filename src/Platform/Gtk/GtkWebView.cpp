@@ -157,22 +157,21 @@ GtkWebView::~GtkWebView() {
   isAlive_.end();
   g_cancellable_cancel(cancellable_.get());
   loadWatch_.reset();
-  auto* left = view_;
-  if (view_ != nullptr) {
-    if (configuration_.processPool) std::erase(configuration_.processPool->views, view_);
-    g_signal_handlers_disconnect_by_data(view_, this);
+  auto* left = view_.get();
+  if (view_) {
+    if (configuration_.processPool) std::erase(configuration_.processPool->views, view_.get());
+    g_signal_handlers_disconnect_by_data(view_.get(), this);
     if (userContent_) g_signal_handlers_disconnect_by_data(userContent_.get(), this);
     g_object_add_weak_pointer(G_OBJECT(left), reinterpret_cast<gpointer*>(&left));
     // A window may hold the box for longer.
-    if (holder_ != nullptr) gtk_box_remove(GTK_BOX(holder_), GTK_WIDGET(view_));
-    g_object_unref(view_);
+    if (holder_) gtk_box_remove(GTK_BOX(holder_.get()), GTK_WIDGET(view_.get()));
+    view_ = {};
   }
-  if (holder_ != nullptr) {
-    g_signal_handlers_disconnect_by_data(holder_, this);
-    if (GtkWidget* parent = gtk_widget_get_parent(holder_); parent != nullptr && GTK_IS_BOX(parent)) {
-      gtk_box_remove(GTK_BOX(parent), holder_);
+  if (holder_) {
+    g_signal_handlers_disconnect_by_data(holder_.get(), this);
+    if (GtkWidget* parent = gtk_widget_get_parent(holder_.get()); parent != nullptr && GTK_IS_BOX(parent)) {
+      gtk_box_remove(GTK_BOX(parent), holder_.get());
     }
-    g_object_unref(holder_);
   }
   if (left != nullptr) {
     g_object_remove_weak_pointer(G_OBJECT(left), reinterpret_cast<gpointer*>(&left));
@@ -181,17 +180,17 @@ GtkWebView::~GtkWebView() {
 }
 
 GtkWidget* GtkWebView::widget() {
-  if (holder_ == nullptr) {
-    holder_ = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
-    g_object_ref_sink(holder_);
-    g_signal_connect_swapped(holder_, "map", G_CALLBACK(+[](GtkWebView* self) { self->onMapped(); }), this);
-    if (view_ != nullptr) gtk_box_append(GTK_BOX(holder_), GTK_WIDGET(view_));
+  if (!holder_) {
+    holder_ = GObjectPtr<GtkWidget>::retain(gtk_box_new(GTK_ORIENTATION_VERTICAL, 0));
+    g_signal_connect_swapped(holder_.get(), "map", G_CALLBACK(+[](GtkWebView* self) { self->onMapped(); }),
+                             this);
+    if (view_) gtk_box_append(GTK_BOX(holder_.get()), GTK_WIDGET(view_.get()));
   }
-  return holder_;
+  return holder_.get();
 }
 
 WebKitWebView* GtkWebView::engineView() {
-  if (view_ != nullptr) return view_;
+  if (view_) return view_.get();
   auto& engine = engine_();
   settings_ = engine.makeSettings();
   webkit_settings_set_enable_developer_extras(settings_.get(),
@@ -212,36 +211,36 @@ WebKitWebView* GtkWebView::engineView() {
   if (isIsolated) isolateSettings(settings_.get());
   const char* const contentPolicy = isIsolated ? policy.c_str() : nullptr;
   const auto& pool = configuration_.processPool;
+  WebKitWebView* made = nullptr;
   if (pool && !pool->views.empty()) {
     // A related view takes session and context from the other one.
-    view_ =
-        WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", pool->views.front(), "settings",
-                                     settings_.get(), "user-content-manager", userContent_.get(),
-                                     "default-content-security-policy", contentPolicy, nullptr));
+    made = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", pool->views.front(), "settings",
+                                        settings_.get(), "user-content-manager", userContent_.get(),
+                                        "default-content-security-policy", contentPolicy, nullptr));
   } else {
-    view_ = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "web-context",
-                                         isIsolated ? engine.isolatedContext() : engine.context(), "settings",
-                                         settings_.get(), "user-content-manager", userContent_.get(),
-                                         "default-content-security-policy", contentPolicy, nullptr));
+    made = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "web-context",
+                                        isIsolated ? engine.isolatedContext() : engine.context(), "settings",
+                                        settings_.get(), "user-content-manager", userContent_.get(),
+                                        "default-content-security-policy", contentPolicy, nullptr));
   }
-  g_object_ref_sink(view_);
-  if (pool) pool->views.push_back(view_);
-  tameHiddenText(view_);
-  webkit_web_view_set_zoom_level(view_, engineZoom(zoom_));
-  gtk_widget_set_hexpand(GTK_WIDGET(view_), TRUE);
-  gtk_widget_set_vexpand(GTK_WIDGET(view_), TRUE);
+  view_ = GObjectPtr<WebKitWebView>::retain(made);
+  if (pool) pool->views.push_back(made);
+  tameHiddenText(view_.get());
+  webkit_web_view_set_zoom_level(view_.get(), engineZoom(zoom_));
+  gtk_widget_set_hexpand(GTK_WIDGET(view_.get()), TRUE);
+  gtk_widget_set_vexpand(GTK_WIDGET(view_.get()), TRUE);
   connectSignals();
   if (isIsolated) {
-    isolatePage(view_);
+    isolatePage(view_.get());
     // Until the page has painted itself, what is behind it shows: no flash of white in a dark window.
     constexpr GdkRGBA clear = {0, 0, 0, 0};
-    webkit_web_view_set_background_color(view_, &clear);
+    webkit_web_view_set_background_color(view_.get(), &clear);
   } else {
-    followSideButtons(view_);
-    teachManners(view_, engine);
+    followSideButtons(view_.get());
+    teachManners(view_.get(), engine);
   }
-  if (holder_ != nullptr) gtk_box_append(GTK_BOX(holder_), GTK_WIDGET(view_));
-  return view_;
+  if (holder_) gtk_box_append(GTK_BOX(holder_.get()), GTK_WIDGET(view_.get()));
+  return view_.get();
 }
 
 void GtkWebView::addUserContent() {
@@ -280,25 +279,26 @@ void GtkWebView::addUserContent() {
 
 void GtkWebView::connectSignals() {
   // Before the page's manners, which have the second word.
-  g_signal_connect(view_, "decide-policy",
+  g_signal_connect(view_.get(), "decide-policy",
                    G_CALLBACK(+[](WebKitWebView*, WebKitPolicyDecision* decision,
                                   WebKitPolicyDecisionType type, gpointer self) -> gboolean {
                      return static_cast<GtkWebView*>(self)->isNavigationCancelled(decision, type);
                    }),
                    this);
-  g_signal_connect(view_, "notify::uri", G_CALLBACK(+[](WebKitWebView* view, GParamSpec*, gpointer self) {
+  g_signal_connect(view_.get(), "notify::uri",
+                   G_CALLBACK(+[](WebKitWebView* view, GParamSpec*, gpointer self) {
                      const char* uri = webkit_web_view_get_uri(view);
                      if (uri == nullptr) return;
                      if (auto url = URL::parseReported(uri))
                        static_cast<GtkWebView*>(self)->url_ = std::move(url);
                    }),
                    this);
-  g_signal_connect(view_, "load-changed",
+  g_signal_connect(view_.get(), "load-changed",
                    G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer self) {
                      static_cast<GtkWebView*>(self)->loadChanged(event);
                    }),
                    this);
-  g_signal_connect(view_, "notify::is-web-process-responsive",
+  g_signal_connect(view_.get(), "notify::is-web-process-responsive",
                    G_CALLBACK(+[](WebKitWebView* view, GParamSpec*, gpointer data) {
                      auto* self = static_cast<GtkWebView*>(data);
                      if (self->awaitedLoad_ && !webkit_web_view_get_is_web_process_responsive(view))
@@ -306,12 +306,12 @@ void GtkWebView::connectSignals() {
                    }),
                    this);
   if (!configuration_.isIsolated) {
-    loadWatch_ = std::make_unique<LoadWatch>(view_);
+    loadWatch_ = std::make_unique<LoadWatch>(view_.get());
     loadWatch_->didFail = [this](const std::string&, const GError& error) {
       if (navigationDelegate != nullptr) navigationDelegate->didFail(*this, errorFrom(error));
     };
   }
-  g_signal_connect(view_, "web-process-terminated",
+  g_signal_connect(view_.get(), "web-process-terminated",
                    G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason reason, gpointer self) {
                      static_cast<GtkWebView*>(self)->processTerminated(reason);
                    }),
@@ -321,7 +321,8 @@ void GtkWebView::connectSignals() {
 void GtkWebView::loadChanged(WebKitLoadEvent event) {
   if (event == WEBKIT_LOAD_STARTED) awaitedLoad_ = nullptr;
   if (event == WEBKIT_LOAD_COMMITTED && std::exchange(isRespondingToForm_, false)) {
-    if (auto* item = webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_)))
+    if (auto* item =
+            webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_.get())))
       g_object_set_data(G_OBJECT(item), formAnswerKey, GINT_TO_POINTER(1));
   }
   if (event == WEBKIT_LOAD_COMMITTED || event == WEBKIT_LOAD_FINISHED) {
@@ -329,7 +330,7 @@ void GtkWebView::loadChanged(WebKitLoadEvent event) {
     for (auto& action : std::exchange(waitingForDocument_, {})) whenDocumentIsThere(std::move(action));
   }
   // The wait for a frame keeps its page, so that nothing waits without need.
-  if (event == WEBKIT_LOAD_FINISHED && gtk_widget_get_opacity(GTK_WIDGET(view_)) < 1) showWhenPainted();
+  if (event == WEBKIT_LOAD_FINISHED && gtk_widget_get_opacity(GTK_WIDGET(view_.get())) < 1) showWhenPainted();
   if (event == WEBKIT_LOAD_FINISHED && navigationDelegate != nullptr) navigationDelegate->didFinish(*this);
 }
 
@@ -371,7 +372,7 @@ void GtkWebView::processTerminated(WebKitWebProcessTerminationReason reason) {
                (reloads ? "loading it again" : "it died too often"));
   if (configuration_.isIsolated) {
     const auto page = reloads ? ownPage_ : crashNotice({});
-    webkit_web_view_load_html(view_, page.c_str(), nullptr);
+    webkit_web_view_load_html(view_.get(), page.c_str(), nullptr);
   } else if (reloads) {
     reloadInNewProcess();
   } else {
@@ -381,23 +382,23 @@ void GtkWebView::processTerminated(WebKitWebProcessTerminationReason reason) {
 
 void GtkWebView::reloadInNewProcess() {
   // What was sent by a form isn't sent again without the user's word.
-  if (isAnswerToForm(view_)) {
+  if (isAnswerToForm(view_.get())) {
     showCrashPage();
   } else {
-    webkit_web_view_reload(view_);
+    webkit_web_view_reload(view_.get());
   }
 }
 
 void GtkWebView::showCrashPage() {
   const auto address = url_ ? url_->absoluteString() : std::string("about:blank");
   // As the page of that address: alternate content for it stays blank after its process died.
-  webkit_web_view_load_html(view_, crashNotice(address).c_str(), address.c_str());
+  webkit_web_view_load_html(view_.get(), crashNotice(address).c_str(), address.c_str());
 }
 
 void GtkWebView::startLoad(const std::function<void()>& load, std::function<void()> loadInNewProcess) {
   // A process that doesn't answer would keep the load waiting for ever, and the page with it.
-  const bool isHanging = !webkit_web_view_get_is_web_process_responsive(view_) ||
-                         (!configuration_.isIsolated && isSilencedAndAsking(view_));
+  const bool isHanging = !webkit_web_view_get_is_web_process_responsive(view_.get()) ||
+                         (!configuration_.isIsolated && isSilencedAndAsking(view_.get()));
   awaitedLoad_ = std::move(loadInNewProcess);
   if (isHanging) {
     endProcess();
@@ -411,7 +412,7 @@ void GtkWebView::showWhenPainted() {
   constexpr const char* twoFrames =
       "return new Promise(done => requestAnimationFrame(() => requestAnimationFrame(() => done(1))));";
   webkit_web_view_call_async_javascript_function(
-      view_, twoFrames, -1, nullptr, "velkin", nullptr, cancellable_.get(),
+      view_.get(), twoFrames, -1, nullptr, "velkin", nullptr, cancellable_.get(),
       [](GObject* source, GAsyncResult* result, gpointer) {
         GError* raw = nullptr;
         const auto value = GObjectPtr<JSCValue>::adopt(
@@ -426,14 +427,14 @@ void GtkWebView::showWhenPainted() {
 void GtkWebView::endProcess() {
   debugLog("GtkWebView", "endProcess()", "The process of a page doesn't answer; starting another one");
   // What it leads to loads the page.
-  webkit_web_view_terminate_web_process(view_);
+  webkit_web_view_terminate_web_process(view_.get());
 }
 
 NSRect GtkWebView::frame() const {
-  if (holder_ == nullptr || gtk_widget_get_width(holder_) == 0) return frame_;
+  if (!holder_ || gtk_widget_get_width(holder_.get()) == 0) return frame_;
   return {{0, 0},
-          {static_cast<double>(gtk_widget_get_width(holder_)),
-           static_cast<double>(gtk_widget_get_height(holder_))}};
+          {static_cast<double>(gtk_widget_get_width(holder_.get())),
+           static_cast<double>(gtk_widget_get_height(holder_.get()))}};
 }
 
 void GtkWebView::onMapped() {
@@ -446,18 +447,18 @@ void GtkWebView::onMapped() {
 
 void GtkWebView::makeFirstResponder() {
   noteKeyboardClaim();
-  wantsFocus_ = view_ == nullptr || !gtk_widget_get_mapped(GTK_WIDGET(view_));
-  if (!wantsFocus_) gtk_widget_grab_focus(GTK_WIDGET(view_));
+  wantsFocus_ = !view_ || !gtk_widget_get_mapped(GTK_WIDGET(view_.get()));
+  if (!wantsFocus_) gtk_widget_grab_focus(GTK_WIDGET(view_.get()));
 }
 
 std::optional<URL> GtkWebView::url() const { return url_; }
 
 std::string GtkWebView::title() const {
-  const char* title = view_ != nullptr ? webkit_web_view_get_title(view_) : nullptr;
+  const char* title = view_ ? webkit_web_view_get_title(view_.get()) : nullptr;
   return title != nullptr ? title : "";
 }
 
-bool GtkWebView::isLoading() const { return view_ != nullptr && webkit_web_view_is_loading(view_); }
+bool GtkWebView::isLoading() const { return view_ && webkit_web_view_is_loading(view_.get()); }
 
 void GtkWebView::load(const URLRequest& request) {
   auto* view = engineView();
@@ -488,36 +489,36 @@ void GtkWebView::loadHTMLString(const std::string& html, const std::optional<URL
 }
 
 void GtkWebView::reload() {
-  if (view_ == nullptr) return;
-  startLoad([this] { webkit_web_view_reload(view_); }, [this] { reloadInNewProcess(); });
+  if (!view_) return;
+  startLoad([this] { webkit_web_view_reload(view_.get()); }, [this] { reloadInNewProcess(); });
 }
 
 void GtkWebView::reloadFromOrigin() {
-  if (view_ == nullptr) return;
-  startLoad([this] { webkit_web_view_reload_bypass_cache(view_); }, [this] { reloadInNewProcess(); });
+  if (!view_) return;
+  startLoad([this] { webkit_web_view_reload_bypass_cache(view_.get()); }, [this] { reloadInNewProcess(); });
 }
 
 void GtkWebView::stopLoading() {
-  if (view_ != nullptr) webkit_web_view_stop_loading(view_);
+  if (view_) webkit_web_view_stop_loading(view_.get());
 }
 
-bool GtkWebView::canGoBack() const { return view_ != nullptr && webkit_web_view_can_go_back(view_); }
-bool GtkWebView::canGoForward() const { return view_ != nullptr && webkit_web_view_can_go_forward(view_); }
+bool GtkWebView::canGoBack() const { return view_ && webkit_web_view_can_go_back(view_.get()); }
+bool GtkWebView::canGoForward() const { return view_ && webkit_web_view_can_go_forward(view_.get()); }
 
 void GtkWebView::goBack() {
-  if (view_ != nullptr) webkit_web_view_go_back(view_);
+  if (view_) webkit_web_view_go_back(view_.get());
 }
 
 void GtkWebView::goForward() {
-  if (view_ != nullptr) webkit_web_view_go_forward(view_);
+  if (view_) webkit_web_view_go_forward(view_.get());
 }
 
 void GtkWebView::scrollPageUp() {
-  if (view_ != nullptr) webkit_web_view_execute_editing_command(view_, "ScrollPageBackward");
+  if (view_) webkit_web_view_execute_editing_command(view_.get(), "ScrollPageBackward");
 }
 
 void GtkWebView::scrollPageDown() {
-  if (view_ != nullptr) webkit_web_view_execute_editing_command(view_, "ScrollPageForward");
+  if (view_) webkit_web_view_execute_editing_command(view_.get(), "ScrollPageForward");
 }
 
 void GtkWebView::setPageZoom(double zoom) {
@@ -530,30 +531,29 @@ void GtkWebView::setPageZoom(double zoom) {
 }
 
 void GtkWebView::applyZoom() {
-  if (view_ != nullptr && gtk_widget_get_mapped(GTK_WIDGET(view_)))
-    webkit_web_view_set_zoom_level(view_, engineZoom(zoom_));
+  if (view_ && gtk_widget_get_mapped(GTK_WIDGET(view_.get())))
+    webkit_web_view_set_zoom_level(view_.get(), engineZoom(zoom_));
 }
 
 void GtkWebView::setCustomUserAgent(std::string userAgent) {
   userAgent_ = std::move(userAgent);
-  if (view_ != nullptr) {
+  if (view_) {
     webkit_settings_set_user_agent(settings_.get(), userAgent_.empty() ? nullptr : userAgent_.c_str());
   }
 }
 
 void GtkWebView::setAllowsBackForwardNavigationGestures(bool isAllowed) {
   allowsGestures_ = isAllowed;
-  if (view_ != nullptr)
-    webkit_settings_set_enable_back_forward_navigation_gestures(settings_.get(), isAllowed);
+  if (view_) webkit_settings_set_enable_back_forward_navigation_gestures(settings_.get(), isAllowed);
 }
 
 void GtkWebView::evaluateJavaScript(const std::string& script, ScriptCompletion completion) {
-  if (view_ == nullptr) {
+  if (!view_) {
     if (completion) completion(std::nullopt, NSError{"WKErrorDomain", 3, "No page has been loaded"});
     return;
   }
   webkit_web_view_evaluate_javascript(
-      view_, script.data(), static_cast<gssize>(script.size()), nullptr, nullptr, cancellable_.get(),
+      view_.get(), script.data(), static_cast<gssize>(script.size()), nullptr, nullptr, cancellable_.get(),
       scriptEnded, std::make_unique<ScriptRun>(ScriptRun{std::move(completion)}).release());
 }
 

@@ -75,10 +75,10 @@ class GtkWebView : public WKWebView, public GtkViewBase {
   NSRect frame_;
   WKWebViewConfiguration configuration_;
   WebEngine& (*engine_)();
-  GtkWidget* holder_ = nullptr;
+  GObjectPtr<GtkWidget> holder_;
   GObjectPtr<WebKitSettings> settings_;
   GObjectPtr<WebKitUserContentManager> userContent_;
-  WebKitWebView* view_ = nullptr;
+  GObjectPtr<WebKitWebView> view_;
   std::optional<URL> url_;
   double zoom_ = 1;
   std::string userAgent_;

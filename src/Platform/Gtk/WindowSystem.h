@@ -91,8 +91,9 @@ class WindowSystem {
   virtual bool tellsOfSuper() const = 0;
   /// True if somebody holds what can be pasted, and may not have said yet what it is.
   virtual bool isClipboardUntold(GdkClipboard* board) const = 0;
-  /// Ends the requests to an owner of the clipboard that answers nobody: whoever made them hears of a failure.
-  /// Left alone, each would keep its reader, a whole page for one, and take the next owner's answer for its own.
+  /// Ends the requests to an owner of the clipboard that answers nobody: whoever made them hears of a
+  /// failure. Left alone, each would keep its reader, a whole page for one, and take the next owner's answer
+  /// for its own.
   virtual void endClipboardRequests(GdkClipboard* board) const = 0;
   /// Has the desktop find the program's entry by its windows.
   virtual void nameProgram(const char* identifier) const = 0;

@@ -78,9 +78,7 @@ bool X11Clipboard::isUntold(GdkClipboard* board) {
   return XGetSelectionOwner(gdk_x11_display_get_xdisplay(display), atom(display, "CLIPBOARD")) != None;
 }
 
-void X11Clipboard::endRequests(GdkClipboard* board) {
-  goOn(std::make_shared<Refusals>(board));
-}
+void X11Clipboard::endRequests(GdkClipboard* board) { goOn(std::make_shared<Refusals>(board)); }
 
 }  // namespace platform
 

@@ -8,8 +8,8 @@ namespace platform {
 struct X11Clipboard {
   /// See `WindowSystem`.
   static bool isUntold(GdkClipboard* board);
-  /// See `WindowSystem`. Goes on for half a second, unless somebody else takes the clipboard: a reader that was
-  /// refused one kind of content asks for the next.
+  /// See `WindowSystem`. Goes on for half a second, unless somebody else takes the clipboard: a reader that
+  /// was refused one kind of content asks for the next.
   static void endRequests(GdkClipboard* board);
 };
 
