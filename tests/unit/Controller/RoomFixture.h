@@ -2,6 +2,7 @@
 
 #include "Controller/PopoverContent.h"
 #include "Controller/ViewFactory.h"
+#include "Keyboard/KeyboardShortcuts.h"
 #include "Platform/DebugLog.h"
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "Platform/NSMenu.h"
@@ -41,7 +42,11 @@ class RoomFixture : public testing::Test {
   RoomFixture() {
     platform::setDebugLogSink([this](std::string_view line) { log.emplace_back(line); });
   }
-  ~RoomFixture() override { platform::setDebugLogSink({}); }
+  ~RoomFixture() override {
+    // Some rooms show the table of shortcuts, which asks for their names.
+    KeyboardShortcuts::shutDown();
+    platform::setDebugLogSink({});
+  }
 
   platform::HeadlessWebView& page(WebViewSwitchType view) const {
     return dynamic_cast<platform::HeadlessWebView&>(*content.pages[view].webView);
