@@ -140,7 +140,14 @@ class Keyboard(VelkinTestCase):
         for _ in range(12):
             self.desktop.key("shift+Tab")
         self.desktop.picture(self.artefact("ring.png"))
-        self.desktop.key("Return")
+        # On a busy machine some of so many keys are on their way through the page still, and lead elsewhere.
+        for _ in range(4):
+            self.desktop.key("Return")
+            settle(1)
+            if self.chat.loads():
+                break
+            self.desktop.key("Tab")
+            settle(1)
         self.chat.page()
 
 
