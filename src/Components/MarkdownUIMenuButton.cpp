@@ -11,7 +11,7 @@ constexpr double buttonRadius = 7;
 constexpr double labelWidth = 300;
 
 template <class MenuButton>
-View row(const MenuButton& button, View label) {
+View row(const MenuButton& button, const View& label) {
   const bool isLit = button.isHovering.get() && !button.isDisabled;
   return Button(label.foregroundColor(isLit ? Color::Role::selectedText : Color::Role::primary),
                 button.action, ButtonStyle::borderless)
