@@ -61,6 +61,13 @@ class WaylandDesktop(Desktop):
         time.sleep(STEP)
         self.input.button(button, False)
 
+    def walk(self, start, end):
+        """With the pointer, in steps as by a hand."""
+        steps = 20
+        for step in range(steps + 1):
+            self.move(*(round(a + (b - a) * step / steps) for a, b in zip(start, end)))
+            time.sleep(STEP)
+
     def hold(self, *keys):
         for key in keys:
             self.input.key(key, True)
@@ -139,6 +146,12 @@ class WaylandTestCase(VelkinTestCase):
         desktop = WaylandDesktop(cls.session)
         cls.addClassCleanup(desktop.close)
         return desktop
+
+    def room(self):
+        """(left, top, right, bottom) of what the bar leaves."""
+        workspaces = json.loads(self.session.output("swaymsg", "-t", "get_workspaces"))
+        room = next(workspace["rect"] for workspace in workspaces if workspace["visible"])
+        return room["x"], room["y"], room["x"] + room["width"], room["y"] + room["height"]
 
     def _end(self):
         # A picture of this session holds the pointer, which isn't to be taken for an icon.
