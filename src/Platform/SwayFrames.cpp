@@ -46,9 +46,8 @@ std::optional<SwayMessage> SwayFrames::next() {
   if (bytes_.size() < headerSize) return std::nullopt;
   const std::size_t length = numberAt(bytes_, magic.size());
   if (bytes_.size() - headerSize < length) return std::nullopt;
-  SwayMessage message{
-      static_cast<SwayMessage::Type>(numberAt(bytes_, magic.size() + sizeof(std::uint32_t))),
-      bytes_.substr(headerSize, length)};
+  SwayMessage message{static_cast<SwayMessage::Type>(numberAt(bytes_, magic.size() + sizeof(std::uint32_t))),
+                      bytes_.substr(headerSize, length)};
   bytes_.erase(0, headerSize + length);
   // The header of the one behind it.
   add({});

@@ -40,8 +40,9 @@ SwayOutcome outcomeOf(std::string_view answer);
 /// The place of a process' window with this title, from the answer to GET_TREE; nothing if there is none.
 std::optional<PixelRect> windowInTree(std::string_view tree, int process, std::string_view title);
 
-/// What stands for the window in a command: its number if it is one of the X server's, else process and title.
-/// Nothing for a title that would have to be quoted.
-std::optional<std::string> criteriaFor(std::optional<unsigned long> xWindow, int process, std::string_view title);
+/// What stands for the window in a command: its number if it is one of the X server's, else process and
+/// title. Nothing for a title that would have to be quoted.
+std::optional<std::string> criteriaFor(std::optional<unsigned long> xWindow, int process,
+                                       std::string_view title);
 
 }  // namespace platform

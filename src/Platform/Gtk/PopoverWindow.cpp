@@ -183,10 +183,10 @@ void PopoverWindow::moveToPlace(bool isForClick) {
     gtk_window_set_default_size(window_, rect.width / scale, rect.height / scale);
     return PixelPoint{rect.x, rect.y};
   };
-  system.placeAtIcon(window_, {wanted, isForClick ? surroundings_.anchor() : std::nullopt,
-                               [this, alive = isAlive_.watch()] {
-                                 if (alive) unveil();
-                               }});
+  system.placeAtIcon(
+      window_, {wanted, isForClick ? surroundings_.anchor() : std::nullopt, [this, alive = isAlive_.watch()] {
+                  if (alive) unveil();
+                }});
 }
 
 void PopoverWindow::unveil() {

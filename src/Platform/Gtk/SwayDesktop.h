@@ -36,8 +36,8 @@ class SwayDesktop {
   /// `place` asked for it.
   std::optional<PixelPoint> icon(std::optional<PixelPoint> told) const;
 
-  /// Puts the window that `criteria` stand for where `placing` wants it, as soon as it is on the screen, by the
-  /// layout as it is then, and takes off what sway puts around windows.
+  /// Puts the window that `criteria` stand for where `placing` wants it, as soon as it is on the screen, by
+  /// the layout as it is then, and takes off what sway puts around windows.
   void place(std::string criteria, std::string title, WindowSystem::Placing placing);
 
  private:

@@ -9,9 +9,9 @@
 
 namespace platform {
 
-/// Sends messages to sway, over a connection of their own, and gives the texts of all the answers, in order, to
-/// `completion`: nothing if one doesn't come, isn't what was asked for, or doesn't come in time. Nobody waits:
-/// it comes in a later turn of the main loop. Main thread.
+/// Sends messages to sway, over a connection of their own, and gives the texts of all the answers, in order,
+/// to `completion`: nothing if one doesn't come, isn't what was asked for, or doesn't come in time. Nobody
+/// waits: it comes in a later turn of the main loop. Main thread.
 void askSway(const std::string& socket, std::vector<SwayMessage> messages,
              std::function<void(std::optional<std::vector<std::string>> answers)> completion);
 

@@ -132,14 +132,8 @@ class WaylandDesktop(Desktop):
         return self.session.popen("foot", "--config=/dev/null", "--title=A terminal", "sleep", "infinity")
 
 
-class WaylandTestCase(VelkinTestCase):
-    """In a Wayland session, where the compositor places the windows."""
-
-    hasX11 = False
-
-    @classmethod
-    def makeSession(cls):
-        return WaylandSession(cls.panel, cls.screen, cls.hasX11)
+class OnWayland:
+    """What a test case of a Wayland session has, whatever the session is."""
 
     @classmethod
     def makeDesktop(cls):
@@ -152,6 +146,16 @@ class WaylandTestCase(VelkinTestCase):
         workspaces = json.loads(self.session.output("swaymsg", "-t", "get_workspaces"))
         room = next(workspace["rect"] for workspace in workspaces if workspace["visible"])
         return room["x"], room["y"], room["x"] + room["width"], room["y"] + room["height"]
+
+
+class WaylandTestCase(OnWayland, VelkinTestCase):
+    """In a Wayland session, where the compositor places the windows."""
+
+    hasX11 = False
+
+    @classmethod
+    def makeSession(cls):
+        return WaylandSession(cls.panel, cls.screen, cls.hasX11)
 
     def _end(self):
         # A picture of this session holds the pointer, which isn't to be taken for an icon.

@@ -32,11 +32,11 @@ TEST(SwayLayoutTest, TheRoomIsThatOfTheWorkspaceOnShow) {
 }
 
 TEST(SwayLayoutTest, EachScreenHasItsOwnRoomAndOneIsTheUsers) {
-  const auto outputs = R"([{"name":"off","active":false,)" + rect(0, 0, 0, 0) + R"(},{"name":"A","active":true,)" +
-                       rect(0, 0, 1280, 900) + R"(},{"name":"B","active":true,"focused":true,)" +
-                       rect(1280, 0, 960, 540) + "}]";
-  const auto workspaces = R"([{"output":"B","visible":true,)" + rect(1300, 20, 920, 500) + "}," +
-                          barOnTop.substr(1);
+  const auto outputs = R"([{"name":"off","active":false,)" + rect(0, 0, 0, 0) +
+                       R"(},{"name":"A","active":true,)" + rect(0, 0, 1280, 900) +
+                       R"(},{"name":"B","active":true,"focused":true,)" + rect(1280, 0, 960, 540) + "}]";
+  const auto workspaces =
+      R"([{"output":"B","visible":true,)" + rect(1300, 20, 920, 500) + "}," + barOnTop.substr(1);
   const auto layout = layoutOf(outputs, workspaces);
   EXPECT_EQ(layout.monitors.size(), 2U);
   EXPECT_EQ(layout.focused, 1U);
@@ -94,7 +94,8 @@ TEST(SwayLayoutTest, ARoomThatIsNotOnItsScreenIsNotTaken) {
 TEST(SwayLayoutTest, ACommandIsDoneIfAllItsPartsAre) {
   EXPECT_EQ(outcomeOf(R"([{"success":true},{"success":true}])"), SwayOutcome::done);
   EXPECT_EQ(outcomeOf(R"([{"success":false,"error":"No matching node."}])"), SwayOutcome::noSuchWindow);
-  EXPECT_EQ(outcomeOf(R"([{"success":true},{"success":false,"error":"Only floating"}])"), SwayOutcome::refused);
+  EXPECT_EQ(outcomeOf(R"([{"success":true},{"success":false,"error":"Only floating"}])"),
+            SwayOutcome::refused);
   for (const std::string answer : {"", "[]", "{}", "[7]", "[{}]", R"([{"success":"true"}])"}) {
     EXPECT_EQ(outcomeOf(answer), SwayOutcome::refused) << answer;
   }
