@@ -6,6 +6,7 @@ import socket
 import unittest
 
 from harness import waitFor
+from harness.colours import contrast
 from harness.paths import ARTEFACTS
 from harness.velkin import Home, Velkin
 from harness.waiting import settle
@@ -83,6 +84,17 @@ class Common:
         velkin.clickIcon(self.desktop)
         self.waitForClosed()
         self.assertEqual(len(self.chat.loads()), 1)
+
+    def testTheIconIsOneForBarsOfAnyColour(self):
+        velkin = self.startOnChat()
+        name = velkin.icons()[0].split("/")[0]
+        told = self.session.call(name, "/StatusNotifierItem", "org.freedesktop.DBus.Properties.Get",
+                                 "org.kde.StatusNotifierItem", "IconName")
+        self.assertIn("'velkin-diamondgear-outlined'", told)
+        x, y = self.session.iconPosition()
+        colours = [self.desktop.colourAt(x + dx, y) for dx in range(-9, 9)]
+        bar = self.desktop.colourAt(x - 200, y)
+        self.assertGreater(max(contrast(colour, bar) for colour in colours), 3, (bar, colours))
 
     def testTheSearchBarOpensByItsCommandAndTakesTheKeyboard(self):
         self.startOnChat()
@@ -241,6 +253,26 @@ class FollowingKeyboard(Common):
         # Where the icon is, nobody has told yet.
         self.perform("toggle-popover")
         self.waitForKeyboard(self.waitForPlaceAtTheIcon())
+
+    def testATrayThatCountsFromTheIconsCornerIsNotTakenAtItsWord(self):
+        velkin = self.startOnChat()
+        self.focusElsewhere()
+        left, top, right, bottom = self.room()
+        icon = (800, self.session.iconPosition()[1])
+        place = (500, top if icon[1] < top else bottom - 600, 600, 600)
+        self.desktop.move(*icon)
+        # As Waybar does.
+        velkin.activate(11, 15)
+        window = self.waitForPlace(*place)
+        self.desktop.walk(icon, window.centre)
+        settle()
+        self.waitForKeyboard(window)
+        self.desktop.key("Escape")
+        self.waitForClosed()
+        # It is remembered, wherever the pointer is by now.
+        self.desktop.move(100, self.session.height // 2)
+        self.perform("toggle-popover")
+        self.waitForPlace(*place)
 
     def testTheMenuIsAtTheIconAndThePointerGetsThere(self):
         velkin = self.startOnChat()

@@ -157,6 +157,8 @@ void PopoverWindow::place(bool beforeMap) {
     fitWhereOthersPlace();
     return;
   }
+  // It may have been, before the desktop told of its screens.
+  if (system.placesLater() && gtk_window_is_maximized(window_)) gtk_window_unmaximize(window_);
   const auto rect = wantedPlace();
   const int scale = system.scale();
   gtk_window_set_default_size(window_, rect.width / scale, rect.height / scale);
@@ -183,10 +185,13 @@ void PopoverWindow::moveToPlace(bool isForClick) {
     gtk_window_set_default_size(window_, rect.width / scale, rect.height / scale);
     return PixelPoint{rect.x, rect.y};
   };
-  system.placeAtIcon(
-      window_, {wanted, isForClick ? surroundings_.anchor() : std::nullopt, [this, alive = isAlive_.watch()] {
-                  if (alive) unveil();
-                }});
+  // A tray that says nothing of the place says (0, 0).
+  std::optional<PixelPoint> click;
+  if (isForClick) click = surroundings_.anchor().value_or(PixelPoint{});
+  const auto done = [this, alive = isAlive_.watch()] {
+    if (alive) unveil();
+  };
+  system.placeAtIcon(window_, {wanted, click, done});
 }
 
 void PopoverWindow::unveil() {

@@ -115,7 +115,8 @@ std::optional<pid_t> listenerAt(const std::string& path) {
   socklen_t size = sizeof peer;
   if (getsockopt(g_socket_get_fd(socket.get()), SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0)
     return std::nullopt;
-  return peer.pid;
+  // 0 is somebody beyond the walls of a sandbox.
+  return peer.pid > 0 ? std::optional(peer.pid) : std::nullopt;
 }
 
 }  // namespace
