@@ -15,8 +15,10 @@ namespace platform {
 
 namespace {
 
-/// A compositor that takes longer isn't worth the wait: the user has seen the window by then.
-constexpr double patience = 1;
+/// A compositor that takes longer isn't worth the wait: the user has seen the window by then. In parts: while
+/// this program itself is busy, as it is at its start, the answer may lie there unread.
+constexpr double partOfPatience = 0.25;
+constexpr int parts = 4;
 
 /// Keeps itself until the completion has been called.
 class Request : public std::enable_shared_from_this<Request> {
@@ -27,7 +29,7 @@ class Request : public std::enable_shared_from_this<Request> {
 
   void start(const std::string& socket) {
     for (const auto& message : messages_) bytes_ += frameOf(message);
-    timer_ = DispatchQueue::main().timer(patience, [self = shared_from_this()] { self->end(); });
+    wait();
     const auto client = GObjectPtr<GSocketClient>::adopt(g_socket_client_new());
     // A path is no matter of proxies.
     g_socket_client_set_enable_proxy(client.get(), FALSE);
@@ -37,6 +39,16 @@ class Request : public std::enable_shared_from_this<Request> {
   }
 
  private:
+  void wait() {
+    timer_ = DispatchQueue::main().timer(partOfPatience, [self = shared_from_this()] {
+      if (++self->partsWaited_ < parts) {
+        self->wait();
+      } else {
+        self->end();
+      }
+    });
+  }
+
   using Self = std::shared_ptr<Request>;
 
   Self* held() { return std::make_unique<Self>(shared_from_this()).release(); }
@@ -100,6 +112,7 @@ class Request : public std::enable_shared_from_this<Request> {
   GObjectPtr<GCancellable> cancellable_ = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
   GObjectPtr<GSocketConnection> connection_;
   std::unique_ptr<Timer> timer_;
+  int partsWaited_ = 0;
   bool isOver_ = false;
 };
 
