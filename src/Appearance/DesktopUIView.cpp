@@ -10,7 +10,7 @@ using namespace platform;
 
 namespace {
 
-constexpr double cornerRadius = 6;
+constexpr double frameRadius = 6;
 constexpr double previewTextSize = 5;
 
 }  // namespace
@@ -20,8 +20,8 @@ View DesktopUIView::body() const {
   const auto shown = picture.get();
   // Nothing of another picture before the user's own is there.
   const auto background =
-      shown ? ImageView(shown).frame(frame).cornerRadius(cornerRadius)
-            : VStack({}).frame(frame).background({Color::Role::gray, 0.4}).cornerRadius(cornerRadius);
+      shown ? ImageView(shown).frame(frame).cornerRadius(frameRadius)
+            : VStack({}).frame(frame).background({Color::Role::gray, 0.4}).cornerRadius(frameRadius);
   const auto window = PreviewUIView{previewSize(selectedWidth), previewSize(selectedHeight)};
   // The window hangs from the edge of the desktop.
   const auto hanging =

@@ -6,7 +6,7 @@ namespace {
 
 using namespace platform;
 
-constexpr double cornerRadius = 7;
+constexpr double buttonRadius = 7;
 /// Of a row with a text of any length.
 constexpr double labelWidth = 300;
 
@@ -17,7 +17,7 @@ View row(const MenuButton& button, View label) {
                 button.action, ButtonStyle::borderless)
       .padding(EdgeInsets{5, 10, 5, 10})
       .background(isLit ? Color::Role::accent : Color::Role::clear)
-      .cornerRadius(cornerRadius)
+      .cornerRadius(buttonRadius)
       .help(button.toolTip)
       .disabled(button.isDisabled)
       .onHover([isHovering = button.isHovering](bool isInside) { isHovering.set(isInside); });

@@ -14,7 +14,7 @@ using namespace platform;
 
 namespace {
 
-constexpr double cornerRadius = 8;
+constexpr double fieldRadius = 8;
 constexpr double messageHeight = 34;
 constexpr const char* emptyText = "Click here to enter URL";
 
@@ -153,7 +153,7 @@ View OnboardingEditChatUrlUIView::body() const {
                                  : HStack({.spacing = 0}, {idleRow()}),
                  message()})
       .frame({.maxWidth = infinity})
-      .cornerRadius(cornerRadius)
+      .cornerRadius(fieldRadius)
       .onAppear([self = *this] {
         if (self.validatesAtFirst && !self.shownText().empty()) self.validateUrlOnly(self.shownText());
       });

@@ -6,7 +6,7 @@
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
-#include <glib.h>
+#include <gdk/gdk.h>
 
 namespace platform {
 
@@ -82,5 +82,12 @@ class ClipboardOwner {
   Window window_ = None;
   guint source_ = 0;
 };
+
+/// Whether the toolkit has heard that the clipboard's owner has text.
+inline bool isTextOnClipboard() {
+  auto* clipboard = gdk_display_get_clipboard(gdk_display_get_default());
+  return gdk_content_formats_contain_mime_type(gdk_clipboard_get_formats(clipboard),
+                                               "text/plain;charset=utf-8") != FALSE;
+}
 
 }  // namespace platform

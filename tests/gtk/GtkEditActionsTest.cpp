@@ -262,11 +262,7 @@ TEST_F(EditOrderTest, AnOwnerOfTheClipboardThatNeverAnswersDoesntKeepThePage) {
   ASSERT_TRUE(wait([&] { return evaluateIn(*webView, "document.activeElement.id") == "\"t\""; }));
   ClipboardOwner silent("UTF8_STRING", "never");
   silent.staysSilent = true;
-  auto* clipboard = gdk_display_get_clipboard(gdk_display_get_default());
-  ASSERT_TRUE(wait([&] {
-    return gdk_content_formats_contain_mime_type(gdk_clipboard_get_formats(clipboard),
-                                                 "text/plain;charset=utf-8") != FALSE;
-  }));
+  ASSERT_TRUE(wait(isTextOnClipboard));
   keys("ctrl+v");
   ASSERT_TRUE(wait([] { return editOrder() != EditOrder::free; }));
   ASSERT_TRUE(wait([] { return editOrder() == EditOrder::free; }));

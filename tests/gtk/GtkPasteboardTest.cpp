@@ -41,11 +41,8 @@ class GtkPasteboardTest : public GtkFixture {
   }
   /// Until the toolkit has heard what the new owner has.
   void untilTold() {
-    auto* clipboard = gdk_display_get_clipboard(gdk_display_get_default());
-    ASSERT_TRUE(wait([&] {
-      return gdk_content_formats_contain_mime_type(gdk_clipboard_get_formats(clipboard),
-                                                   "text/plain;charset=utf-8") != FALSE;
-    }));
+    untilForeign();
+    ASSERT_TRUE(wait(isTextOnClipboard));
   }
 
   std::vector<NSPasteboardReading> readings;
@@ -116,7 +113,6 @@ TEST_F(GtkPasteboardTest, APictureIsAnItemWithoutText) {
 TEST_F(GtkPasteboardTest, AnOwnerThatNeverAnswersFailsAndKeepsTheOrder) {
   ClipboardOwner owner("UTF8_STRING", "never");
   owner.staysSilent = true;
-  untilForeign();
   untilTold();
   read();
   board().setString("after", NSPasteboardTypeString);
@@ -125,7 +121,6 @@ TEST_F(GtkPasteboardTest, AnOwnerThatNeverAnswersFailsAndKeepsTheOrder) {
   EXPECT_EQ(readings[0].failure, Failure::noAnswer);
   EXPECT_EQ(readings[1].string(), "after");
   const ClipboardOwner next("UTF8_STRING", "next");
-  untilForeign();
   untilTold();
   EXPECT_EQ(readNow().string(), "next");
 }
@@ -144,13 +139,11 @@ TEST_F(GtkPasteboardTest, AnOwnerThatNeverGivesWhatItToldCostsTheNextReadingNoth
   {
     ClipboardOwner silent("UTF8_STRING", "never");
     silent.staysSilent = true;
-    untilForeign();
     untilTold();
     EXPECT_EQ(readNow().failure, Failure::noAnswer);
   }
   board().setString("ours", NSPasteboardTypeString);
   const ClipboardOwner owner("UTF8_STRING", "given");
-  untilForeign();
   untilTold();
   EXPECT_EQ(readNow().string(), "given");
 }

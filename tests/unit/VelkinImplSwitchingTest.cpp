@@ -678,7 +678,7 @@ TEST_F(SwitchingTest, ResettingTheSidebarsTakesThemInOrderAndNotTheScratchpad) {
       {&state().isMarking, 'm'}};
   subscriptions.reserve(names.size());
   for (const auto& [flag, name] : names) {
-    subscriptions.push_back(flag->subscribe([&order, name = name] { order += name; }));
+    subscriptions.push_back(flag->subscribe([&order, letter = name] { order += letter; }));
   }
   defaults.set(rawValue(search), UserDefault::lastVisibleWebView);
   controller->resetSideBarViews();

@@ -16,9 +16,6 @@ using platform::NSError;
 using platform::NSSavePanel;
 using enum WebViewSwitchType;
 
-constexpr const char* mhtml =
-    "Content-Type: multipart/related; boundary=edge\n\n--edge\nContent-Type: text/html\n\nhello\n--edge--\n";
-
 class PageExportTest : public RoomFixture {
  protected:
   PageExportTest() { show(jira); }

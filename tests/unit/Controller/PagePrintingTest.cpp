@@ -12,9 +12,6 @@ using platform::NSError;
 using platform::NSPrintInfo;
 using enum WebViewSwitchType;
 
-constexpr const char* mhtml =
-    "Content-Type: multipart/related; boundary=edge\n\n--edge\nContent-Type: text/html\n\nhello\n--edge--\n";
-
 class PagePrintingTest : public RoomFixture {
  protected:
   PagePrintingTest() { show(jira); }

@@ -51,6 +51,11 @@ class RoomFixture : public testing::Test {
   platform::HeadlessWebView& page(WebViewSwitchType view) const {
     return dynamic_cast<platform::HeadlessWebView&>(*content.pages[view].webView);
   }
+  /// A page with what it shows, as the engine gives it.
+  static constexpr const char* mhtml =
+      "Content-Type: multipart/related; boundary=edge\n\n--edge\nContent-Type: text/html\n\nhello\n"
+      "--edge--\n";
+
   /// The content as it is after a switch to `view`.
   void show(WebViewSwitchType view) {
     content.currentWebView = content.pages[view];

@@ -9,7 +9,7 @@ namespace {
 using platform::HotKeyCombination;
 using platform::NSEvent;
 
-constexpr auto modifiers = platform::carbon::cmdKey | platform::carbon::shiftKey;
+constexpr auto cmdShift = platform::carbon::cmdKey | platform::carbon::shiftKey;
 
 class Counter : public HotkeySolutionDelegate {
  public:
@@ -38,20 +38,20 @@ TEST_F(HotkeySolutionTest, MapsTheModifiersCapsLockIncluded) {
 
 TEST_F(HotkeySolutionTest, EachKeyTellsTheDelegate) {
   HotkeySolution::registerHotKey();
-  EXPECT_EQ(desktop.keyboard.press({0x05, modifiers}), 1);
+  EXPECT_EQ(desktop.keyboard.press({0x05, cmdShift}), 1);
   EXPECT_EQ(counter.popovers, 0) << "nobody is told where there is no delegate";
   HotkeySolution::delegate = &counter;
-  desktop.keyboard.press({0x05, modifiers});
+  desktop.keyboard.press({0x05, cmdShift});
   EXPECT_EQ(counter.popovers, 1);
   HotkeySolution::registerSearchBarHotKey();
-  desktop.keyboard.press({0x23, modifiers});
+  desktop.keyboard.press({0x23, cmdShift});
   EXPECT_EQ(counter.searches, 1);
 }
 
 TEST_F(HotkeySolutionTest, ARefusedKeyIsNotedAndNothingElse) {
-  desktop.keyboard.heldByOthers.insert(HotKeyCombination{0x05, modifiers});
+  desktop.keyboard.heldByOthers.insert(HotKeyCombination{0x05, cmdShift});
   HotkeySolution::registerHotKey();
-  EXPECT_FALSE(desktop.keyboard.isRegistered({0x05, modifiers}));
+  EXPECT_FALSE(desktop.keyboard.isRegistered({0x05, cmdShift}));
 }
 
 }  // namespace
