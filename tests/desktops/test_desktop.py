@@ -13,7 +13,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "e2e"))
 
 from harness import VelkinTestCase, waitFor  # noqa: E402
 from harness.waiting import settle  # noqa: E402
-from harness.wayland import WaylandDesktop  # noqa: E402
+from harness.wayland import OnWayland  # noqa: E402
 from realsession import RealSession, RealWaylandSession  # noqa: E402
 
 POP_UP = "ctrl+shift+t"
@@ -63,11 +63,6 @@ class Desktop(VelkinTestCase):
 
     def tell(self, text):
         self.told.append(text)
-
-    def tellPart(self, text):
-        """What the row says isn't all so here, and the table is to tell it."""
-        self.results[self.row()]["part"] = True
-        self.tell(text)
 
     def keep(self, name, window=None):
         """A picture that goes into the documentation; a compositor may paint a window later than it is there."""
@@ -335,34 +330,15 @@ class Desktop(VelkinTestCase):
         self.waitForNoMenu()
 
 
-class Sway(Desktop):
+class Sway(OnWayland, Desktop):
     """A compositor that tiles its windows, with Waybar."""
 
     @classmethod
     def makeSession(cls):
         return RealWaylandSession(cls.name)
 
-    @classmethod
-    def makeDesktop(cls):
-        desktop = WaylandDesktop(cls.session)
-        cls.addClassCleanup(desktop.close)
-        return desktop
-
     def workArea(self):
-        workspace = json.loads(self.session.output("swaymsg", "-t", "get_workspaces"))[0]["rect"]
-        return (workspace["x"], workspace["y"], workspace["x"] + workspace["width"],
-                workspace["y"] + workspace["height"])
-
-    def atTheIcon(self, window, icon):
-        self.atAPanel(window)
-
-    def atAPanel(self, window):
-        """sway gives no window the place that it asks for."""
-        left, top, right, bottom = self.workArea()
-        self.tellPart("in the middle, where sway puts it")
-        self.assertEqual((window.width, window.height), (600, 600), "it was tiled")
-        self.assertTrue(left <= window.x and window.right <= right and top <= window.y and window.bottom <= bottom,
-                        f"{window} in {self.workArea()}")
+        return self.room()
 
     def openWindow(self):
         """It takes all the room that the bar leaves."""
@@ -376,23 +352,14 @@ class Sway(Desktop):
 
     def testClickOpensAtTheIcon(self):
         super().testClickOpensAtTheIcon()
-        # Between the icon and the popover another program's window may be, and the keyboard follows the pointer.
+        # Another program's window is all around, and the keyboard follows the pointer.
         self.desktop.key("Escape")
         self.waitForClosed()
         self.openWindow()
         window = self.openPopover(self.started[0])
-        self.walk(self.session.iconPosition(), window.centre)
+        self.desktop.walk(self.session.iconPosition(), window.centre)
         settle()
-        if not self.popover():
-            self.tell("closes when the pointer crosses another window on its way to it")
-        self.assertIsNotNone(self.popover())
-
-    def walk(self, start, end):
-        """With the pointer, in steps as by a hand."""
-        steps = 20
-        for step in range(1, steps + 1):
-            self.desktop.move(*(round(a + (b - a) * step / steps) for a, b in zip(start, end)))
-            settle(0.03)
+        self.assertIsNotNone(self.popover(), "the pointer's way to the popover closes it")
 
     def placesOutside(self, other):
         place = other.x + 100, other.bottom - 100

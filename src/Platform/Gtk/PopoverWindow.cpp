@@ -4,6 +4,7 @@
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/Gtk/HotKeyActivation.h"
+#include "Platform/NSApplication.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,6 +23,10 @@ constexpr double trayAnswerTime = 0.25;
 /// How long the presses are followed after the popover closed by itself, to know whether a click on the tray
 /// that follows is the press that closed it.
 constexpr double pressMemory = 3.0;
+/// How long the window may be out of sight until it is in its place.
+constexpr double veilTime = 0.3;
+/// Out of sight: of a window without any, the toolkit would paint nothing, and the desktop not see it.
+constexpr double veiled = 0.01;
 
 }  // namespace
 
@@ -136,9 +141,8 @@ PixelRect PopoverWindow::wantedPlace() const {
   // For a moment there may be none, while displays are plugged.
   if (monitors.empty()) return {0, 0, width, height};
   if (isOrdinaryWindow_) return placeInMiddle(width, height, monitors, struts, primary);
-  auto anchor = surroundings_.anchor();
-  // A click on the icon leaves the pointer there. A key press says nothing of where the icon is.
-  if (!anchor && !isOpenedByHotKey_ && system.knowsPointer()) anchor = system.pointer();
+  // A key press says nothing of where the icon is.
+  auto anchor = system.iconPlace(surroundings_.anchor(), !isOpenedByHotKey_);
   const bool isOnScreen = anchor && std::any_of(monitors.begin(), monitors.end(), [&](const auto& m) {
                             return m.contains(anchor->x, anchor->y);
                           });
@@ -153,15 +157,46 @@ void PopoverWindow::place(bool beforeMap) {
     fitWhereOthersPlace();
     return;
   }
+  // It may have been, before the desktop told of its screens.
+  if (system.placesLater() && gtk_window_is_maximized(window_)) gtk_window_unmaximize(window_);
   const auto rect = wantedPlace();
   const int scale = system.scale();
   gtk_window_set_default_size(window_, rect.width / scale, rect.height / scale);
   if (beforeMap) {
     system.setPositionHint(window_, {rect.x, rect.y});
   } else {
-    system.move(window_, {rect.x, rect.y});
+    moveToPlace(false);
     movesAtSize_ = {rect.width / scale, rect.height / scale};
   }
+}
+
+void PopoverWindow::moveToPlace(bool isForClick) {
+  const auto& system = WindowSystem::present();
+  if (isOrdinaryWindow_) {
+    const auto rect = wantedPlace();
+    system.move(window_, {rect.x, rect.y});
+    return;
+  }
+  const auto wanted = [this, alive = isAlive_.watch()]() -> std::optional<PixelPoint> {
+    if (!alive || !isShown_ || isOrdinaryWindow_) return std::nullopt;
+    const auto rect = wantedPlace();
+    // The room may be another than was known when the window was asked for.
+    const int scale = WindowSystem::present().scale();
+    gtk_window_set_default_size(window_, rect.width / scale, rect.height / scale);
+    return PixelPoint{rect.x, rect.y};
+  };
+  // A tray that says nothing of the place says (0, 0).
+  std::optional<PixelPoint> click;
+  if (isForClick) click = surroundings_.anchor().value_or(PixelPoint{});
+  const auto done = [this, alive = isAlive_.watch()] {
+    if (alive) unveil();
+  };
+  system.placeAtIcon(window_, {wanted, click, done});
+}
+
+void PopoverWindow::unveil() {
+  veilTimer_.reset();
+  gtk_widget_set_opacity(GTK_WIDGET(window_), 1);
 }
 
 void PopoverWindow::onLaidOut(int width, int height) {
@@ -169,8 +204,7 @@ void PopoverWindow::onLaidOut(int width, int height) {
   // be.
   if (!isShown_ || movesAtSize_ != std::pair{width, height}) return;
   movesAtSize_.reset();
-  const auto rect = wantedPlace();
-  WindowSystem::present().move(window_, {rect.x, rect.y});
+  moveToPlace(false);
 }
 
 void PopoverWindow::placeAnew() {
@@ -218,6 +252,8 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
     }
     isOrdinaryWindow_ = !surroundings_.hasTray();
     isOpenedByHotKey_ = presentHotKeyActivation() != nullptr;
+    const auto& event = NSApp().currentEvent;
+    isOpenedByClick_ = event && event->type == NSEvent::EventType::leftMouseUp;
     gtk_window_set_decorated(window_, isOrdinaryWindow_);
     gtk_widget_realize(GTK_WIDGET(window_));
     WindowSystem::present().setSkipsTaskbar(window_, !isOrdinaryWindow_);
@@ -225,18 +261,21 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
     place(true);
     isClosedByLastPress_ = false;
     awaitsKeyboard_ = false;
+    if (!isOrdinaryWindow_ && WindowSystem::present().placesLater()) {
+      // It isn't to be seen jumping.
+      gtk_widget_set_opacity(GTK_WIDGET(window_), veiled);
+      veilTimer_ = DispatchQueue::main().timer(veilTime, [this] { unveil(); });
+    }
     presentWindow(window_);
   });
 }
 
 void PopoverWindow::onMapped() {
   const auto& system = WindowSystem::present();
-  if (!system.placesWindows()) return;
   // The toolkit rewrites the hints around mapping, and window managers read them before or after: so once
   // more.
-  const auto rect = wantedPlace();
-  system.move(window_, {rect.x, rect.y});
-  if (isOrdinaryWindow_) return;
+  moveToPlace(std::exchange(isOpenedByClick_, false));
+  if (isOrdinaryWindow_ || !system.placesWindows()) return;
   system.keepAbove(window_);
   watcherTimer_.reset();
   isNamedActive_ = system.isActive(window_);

@@ -66,6 +66,8 @@ class PopoverWindow : public NSPopover {
   void fitWhereOthersPlace();
   void resizeHidden();
   PixelRect wantedPlace() const;
+  void moveToPlace(bool isForClick);
+  void unveil();
   void onMapped();
   void onLaidOut(int width, int height);
   void onPressed(bool isOverOwnWindow);
@@ -87,12 +89,14 @@ class PopoverWindow : public NSPopover {
   std::unique_ptr<Timer> focusTimer_;
   std::unique_ptr<Timer> pressTimer_;
   std::unique_ptr<Timer> watcherTimer_;
+  std::unique_ptr<Timer> veilTimer_;
   std::unique_ptr<WindowSystem::Watcher> watcher_;
   double closedByItselfAt_ = 0;
   bool isClosedByLastPress_ = false;
   bool isShown_ = false;
   bool isOrdinaryWindow_ = false;
   bool isOpenedByHotKey_ = false;
+  bool isOpenedByClick_ = false;
   /// The window manager has said that one of ours is the active window.
   bool isNamedActive_ = false;
   bool isPlacedAnewSoon_ = false;

@@ -25,6 +25,8 @@ bool isDesktop(std::string_view name) {
 
 bool isCinnamon() { return isDesktop("X-Cinnamon") || isDesktop("Cinnamon"); }
 
+bool isSway() { return isDesktop("sway") || (isWaylandSession() && std::getenv("SWAYSOCK") != nullptr); }
+
 bool isGnomeShell() { return isDesktop("GNOME") && !isDesktop("Budgie") && !isDesktop("X-Cinnamon"); }
 
 }  // namespace platform

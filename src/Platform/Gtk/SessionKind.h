@@ -14,6 +14,9 @@ bool isDesktop(std::string_view name);
 /// True in Cinnamon, which has gone by two names.
 bool isCinnamon();
 
+/// True in sway, which leaves it to the user's settings what it is called.
+bool isSway();
+
 /// True in GNOME's own shell, and not in the desktops that are made from its other parts only.
 bool isGnomeShell();
 

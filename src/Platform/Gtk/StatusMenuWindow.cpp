@@ -107,24 +107,33 @@ GtkWidget* StatusMenuWindow::row(std::size_t number) {
   return button;
 }
 
-void StatusMenuWindow::moveTo(std::optional<PixelPoint> icon) {
+std::optional<PixelPoint> StatusMenuWindow::wantedPlace(std::optional<PixelPoint> icon) const {
   const auto& system = WindowSystem::present();
   std::size_t primary = 0;
   const auto monitors = system.monitors(primary);
-  if (monitors.empty()) return;
+  if (monitors.empty()) return std::nullopt;
   int width = 0;
   int height = 0;
   GtkWidget* rows = gtk_window_get_child(window_);
   gtk_widget_measure(rows, GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &width, nullptr, nullptr);
   gtk_widget_measure(rows, GTK_ORIENTATION_VERTICAL, width, nullptr, &height, nullptr, nullptr);
   const int scale = system.scale();
-  const auto rect = placeAtIcon(icon ? icon : system.pointer(), width * scale, height * scale, monitors,
+  const auto rect = placeAtIcon(system.iconPlace(icon, true), width * scale, height * scale, monitors,
                                 system.struts(), primary);
-  if (gtk_widget_get_mapped(GTK_WIDGET(window_)) != FALSE) {
-    system.move(window_, {rect.x, rect.y});
-  } else {
-    system.setPositionHint(window_, {rect.x, rect.y});
+  return PixelPoint{rect.x, rect.y};
+}
+
+void StatusMenuWindow::moveTo(std::optional<PixelPoint> icon) {
+  const auto& system = WindowSystem::present();
+  if (gtk_widget_get_mapped(GTK_WIDGET(window_)) == FALSE) {
+    if (const auto place = wantedPlace(icon)) system.setPositionHint(window_, *place);
+    return;
   }
+  system.placeAtIcon(window_, {[this, icon, alive = isAlive_.watch()]() -> std::optional<PixelPoint> {
+                                 if (!alive || window_ == nullptr) return std::nullopt;
+                                 return wantedPlace(icon);
+                               },
+                               std::nullopt, [] {}});
 }
 
 bool StatusMenuWindow::keyPressed(guint key, GdkModifierType state) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Alive.h"
 #include "Platform/NSMenu.h"
 #include "Platform/PopoverPlacement.h"
 
@@ -38,12 +39,14 @@ class StatusMenuWindow {
  private:
   GtkWidget* row(std::size_t number);
   bool keyPressed(guint key, GdkModifierType state);
+  std::optional<PixelPoint> wantedPlace(std::optional<PixelPoint> icon) const;
   void moveTo(std::optional<PixelPoint> icon);
   void takeDown();
 
   std::shared_ptr<NSMenu> menu_;
   Events events_;
   GtkWindow* window_ = nullptr;
+  Alive isAlive_;
 };
 
 }  // namespace platform

@@ -82,15 +82,19 @@ GVariant* pixmap(const std::string& file, int size, const Colour& colour) {
 }
 
 /// Cinnamon's panel takes a file with "symbolic" in its path for a name in the theme, and draws nothing. Of a
-/// name it takes the symbolic twin where there is one, so those that it is told have none.
+/// name it takes the symbolic twin where there is one, so those that it is told have none. In sway the bars
+/// draw symbolic icons as they come, and nobody tells how bright they are.
 std::string iconName(const std::string& image, std::optional<bool> isForLightPanels) {
   auto name = iconNameOfStatusImage(image);
   constexpr std::string_view ending = "-symbolic";
-  if ((isCinnamon() || isForLightPanels) && name.ends_with(ending)) name.erase(name.size() - ending.size());
+  if ((isCinnamon() || isSway() || isForLightPanels) && name.ends_with(ending))
+    name.erase(name.size() - ending.size());
   if (isForLightPanels) {
     name += *isForLightPanels ? "-on-light" : "-on-dark";
   } else if (isCinnamon()) {
     name += "-grey";
+  } else if (isSway()) {
+    name += "-outlined";
   }
   return name;
 }

@@ -2,8 +2,50 @@
 
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/HotKeyActivation.h"
+#include "Platform/Gtk/SwayDesktop.h"
+
+#include <utility>
+
+#include <unistd.h>
 
 namespace platform {
+
+bool WaylandWindowSystem::placesWindows() const { return sway_ != nullptr && sway_->layout(); }
+
+std::vector<PixelRect> WaylandWindowSystem::monitors(std::size_t& primary) const {
+  primary = 0;
+  if (!placesWindows()) return {};
+  primary = sway_->layout()->focused;
+  return sway_->layout()->monitors;
+}
+
+std::vector<Strut> WaylandWindowSystem::struts() const {
+  return placesWindows() ? sway_->layout()->struts : std::vector<Strut>();
+}
+
+std::optional<std::size_t> WaylandWindowSystem::mainMonitor() const {
+  if (!placesWindows()) return std::nullopt;
+  return sway_->layout()->focused;
+}
+
+void WaylandWindowSystem::setIsDialog(GtkWindow* window, bool isDialog) const {
+  // A window of a fixed size floats where others are tiled.
+  gtk_window_set_resizable(window, !isDialog);
+}
+
+void WaylandWindowSystem::placeAtIcon(GtkWindow* window, Placing placing) const {
+  const std::string title = gtk_window_get_title(window);
+  const auto criteria = criteriaFor(std::nullopt, getpid(), title);
+  if (sway_ != nullptr && criteria) {
+    sway_->place(*criteria, title, std::move(placing));
+  } else {
+    placing.done();
+  }
+}
+
+std::optional<PixelPoint> WaylandWindowSystem::iconPlace(std::optional<PixelPoint> told, bool) const {
+  return sway_ != nullptr ? sway_->icon(told) : told;
+}
 
 std::vector<NSScreen> WaylandWindowSystem::screens() const {
   std::vector<NSScreen> screens;

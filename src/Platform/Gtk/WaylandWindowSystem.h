@@ -4,16 +4,18 @@
 
 namespace platform {
 
-/// A Wayland compositor, or anything else that isn't X11: all is left to it.
+class SwayDesktop;
+
+/// A Wayland compositor, or anything else that isn't X11: all is left to it, but for the windows at the icon
+/// where it is sway.
 class WaylandWindowSystem : public WindowSystem {
  public:
-  bool placesWindows() const override { return false; }
-  std::vector<PixelRect> monitors(std::size_t& primary) const override {
-    primary = 0;
-    return {};
-  }
-  std::vector<Strut> struts() const override { return {}; }
-  std::optional<std::size_t> mainMonitor() const override { return std::nullopt; }
+  /// `sway` is the compositor, or nullptr if that is another.
+  explicit WaylandWindowSystem(SwayDesktop* sway = nullptr) : sway_(sway) {}
+  bool placesWindows() const override;
+  std::vector<PixelRect> monitors(std::size_t& primary) const override;
+  std::vector<Strut> struts() const override;
+  std::optional<std::size_t> mainMonitor() const override;
   int scale() const override { return 1; }
   std::optional<PixelPoint> pointer() const override { return std::nullopt; }
   bool knowsPointer() const override { return false; }
@@ -21,9 +23,12 @@ class WaylandWindowSystem : public WindowSystem {
   std::vector<NSScreen> screens() const override;
   std::optional<double> panelLuminance() const override { return std::nullopt; }
   void setSkipsTaskbar(GtkWindow*, bool) const override {}
-  void setIsDialog(GtkWindow*, bool) const override {}
+  void setIsDialog(GtkWindow* window, bool isDialog) const override;
   void setPositionHint(GtkWindow*, PixelPoint) const override {}
   void move(GtkWindow*, PixelPoint) const override {}
+  void placeAtIcon(GtkWindow* window, Placing placing) const override;
+  bool placesLater() const override { return placesWindows(); }
+  std::optional<PixelPoint> iconPlace(std::optional<PixelPoint> told, bool mayBeAtPointer) const override;
   void keepAbove(GtkWindow*) const override {}
   void present(GtkWindow* window, const HotKeyActivation& activation) const override;
   bool isActive(GtkWindow*) const override { return false; }
@@ -39,6 +44,8 @@ class WaylandWindowSystem : public WindowSystem {
 
  private:
   std::optional<NSPoint> cornerOf(const NSScreen& screen) const override;
+
+  SwayDesktop* sway_;
 };
 
 }  // namespace platform

@@ -58,6 +58,22 @@ class WindowSystem {
   /// Asks for the place of a realized window that is yet to be shown.
   virtual void setPositionHint(GtkWindow* window, PixelPoint position) const = 0;
   virtual void move(GtkWindow* window, PixelPoint position) const = 0;
+  /// Where a window at the tray's icon is to stand.
+  struct Placing {
+    /// Asked once that is known which the place goes by; nothing if the window needs none any more.
+    std::function<std::optional<PixelPoint>()> wanted;
+    /// What the tray told of the click that opens the window; nothing if no click does.
+    std::optional<PixelPoint> clickToldAs;
+    /// It stands there, or won't.
+    std::function<void()> done;
+  };
+  /// Puts a window that was asked for there: at once, or, where the desktop has to be asked, later.
+  virtual void placeAtIcon(GtkWindow* window, Placing placing) const = 0;
+  /// True if that is later, and until then the window stands elsewhere.
+  virtual bool placesLater() const = 0;
+  /// The tray icon's place, by what the tray told of the last click, or, if `mayBeAtPointer`, by where the
+  /// pointer is.
+  virtual std::optional<PixelPoint> iconPlace(std::optional<PixelPoint> told, bool mayBeAtPointer) const = 0;
   /// Keeps a mapped window above others, until it is unmapped.
   virtual void keepAbove(GtkWindow* window) const = 0;
   /// Shows a window for a global shortcut, with the right to the keyboard that the key press gives it.

@@ -4,6 +4,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/SessionKind.h"
+#include "Platform/Gtk/SwayDesktop.h"
 #include "Platform/Gtk/Toolkit.h"
 #include "Platform/Gtk/X11Clipboard.h"
 #include "Platform/Gtk/X11Desktop.h"
@@ -12,6 +13,7 @@
 #include <utility>
 
 #include <gdk/x11/gdkx.h>
+#include <unistd.h>
 
 // What the toolkit has for X only is deprecated in its newest versions, with nothing in its place.
 G_GNUC_BEGIN_IGNORE_DEPRECATIONS
@@ -35,12 +37,21 @@ void insist(const GObjectPtr<GtkWindow>& window) {
 }  // namespace
 
 std::vector<PixelRect> X11WindowSystem::monitors(std::size_t& primary) const {
-  return X11Desktop::monitors(primary);
+  const auto* layout = swayLayout();
+  if (layout == nullptr) return X11Desktop::monitors(primary);
+  primary = layout->focused;
+  return layout->monitors;
 }
 
-std::vector<Strut> X11WindowSystem::struts() const { return X11Desktop::struts(); }
+std::vector<Strut> X11WindowSystem::struts() const {
+  const auto* layout = swayLayout();
+  return layout != nullptr ? layout->struts : X11Desktop::struts();
+}
 
-std::optional<std::size_t> X11WindowSystem::mainMonitor() const { return X11Desktop::mainMonitor(); }
+std::optional<std::size_t> X11WindowSystem::mainMonitor() const {
+  const auto* layout = swayLayout();
+  return layout != nullptr ? layout->focused : X11Desktop::mainMonitor();
+}
 
 int X11WindowSystem::scale() const { return X11Desktop::scale(); }
 
@@ -112,6 +123,35 @@ void X11WindowSystem::setPositionHint(GtkWindow* window, PixelPoint position) co
 
 void X11WindowSystem::move(GtkWindow* window, PixelPoint position) const {
   X11Desktop::move(window, position);
+}
+
+void X11WindowSystem::placeAtIcon(GtkWindow* window, Placing placing) const {
+  if (sway_ != nullptr) {
+    // By sway alone: what X is asked for in the meantime has sway put the window in the middle once more.
+    auto* const surface = gtk_native_get_surface(GTK_NATIVE(window));
+    const std::string title = gtk_window_get_title(window);
+    if (surface != nullptr) {
+      const auto criteria = criteriaFor(gdk_x11_surface_get_xid(surface), getpid(), title);
+      return sway_->place(*criteria, title, std::move(placing));
+    }
+  } else if (const auto place = placing.wanted()) {
+    move(window, *place);
+  }
+  placing.done();
+}
+
+bool X11WindowSystem::placesLater() const { return swayLayout() != nullptr; }
+
+std::optional<PixelPoint> X11WindowSystem::iconPlace(std::optional<PixelPoint> told,
+                                                     bool mayBeAtPointer) const {
+  if (swayLayout() != nullptr) return sway_->icon(told);
+  // A click on the icon leaves the pointer there.
+  if (!told && mayBeAtPointer && knowsPointer()) return pointer();
+  return told;
+}
+
+const SwayLayout* X11WindowSystem::swayLayout() const {
+  return sway_ != nullptr && sway_->layout() ? &*sway_->layout() : nullptr;
 }
 
 void X11WindowSystem::keepAbove(GtkWindow* window) const { X11Desktop::keepAbove(window); }

@@ -4,9 +4,14 @@
 
 namespace platform {
 
+class SwayDesktop;
+struct SwayLayout;
+
 /// X11, by the calls of `X11Desktop`; also that which a Wayland session has for programs that want it.
 class X11WindowSystem : public WindowSystem {
  public:
+  /// `sway` is the compositor that the X server is in, or nullptr.
+  explicit X11WindowSystem(SwayDesktop* sway = nullptr) : sway_(sway) {}
   bool placesWindows() const override { return true; }
   std::vector<PixelRect> monitors(std::size_t& primary) const override;
   std::vector<Strut> struts() const override;
@@ -21,6 +26,9 @@ class X11WindowSystem : public WindowSystem {
   void setIsDialog(GtkWindow* window, bool isDialog) const override;
   void setPositionHint(GtkWindow* window, PixelPoint position) const override;
   void move(GtkWindow* window, PixelPoint position) const override;
+  void placeAtIcon(GtkWindow* window, Placing placing) const override;
+  bool placesLater() const override;
+  std::optional<PixelPoint> iconPlace(std::optional<PixelPoint> told, bool mayBeAtPointer) const override;
   void keepAbove(GtkWindow* window) const override;
   void present(GtkWindow* window, const HotKeyActivation& activation) const override;
   bool isActive(GtkWindow* window) const override;
@@ -35,6 +43,10 @@ class X11WindowSystem : public WindowSystem {
 
  private:
   std::optional<NSPoint> cornerOf(const NSScreen& screen) const override;
+  /// nullptr where there is none, or it isn't known.
+  const SwayLayout* swayLayout() const;
+
+  SwayDesktop* sway_;
 };
 
 }  // namespace platform

@@ -61,6 +61,13 @@ class WaylandDesktop(Desktop):
         time.sleep(STEP)
         self.input.button(button, False)
 
+    def walk(self, start, end):
+        """With the pointer, in steps as by a hand."""
+        steps = 20
+        for step in range(steps + 1):
+            self.move(*(round(a + (b - a) * step / steps) for a, b in zip(start, end)))
+            time.sleep(STEP)
+
     def hold(self, *keys):
         for key in keys:
             self.input.key(key, True)
@@ -125,7 +132,23 @@ class WaylandDesktop(Desktop):
         return self.session.popen("foot", "--config=/dev/null", "--title=A terminal", "sleep", "infinity")
 
 
-class WaylandTestCase(VelkinTestCase):
+class OnWayland:
+    """What a test case of a Wayland session has, whatever the session is."""
+
+    @classmethod
+    def makeDesktop(cls):
+        desktop = WaylandDesktop(cls.session)
+        cls.addClassCleanup(desktop.close)
+        return desktop
+
+    def room(self):
+        """(left, top, right, bottom) of what the bar leaves."""
+        workspaces = json.loads(self.session.output("swaymsg", "-t", "get_workspaces"))
+        room = next(workspace["rect"] for workspace in workspaces if workspace["visible"])
+        return room["x"], room["y"], room["x"] + room["width"], room["y"] + room["height"]
+
+
+class WaylandTestCase(OnWayland, VelkinTestCase):
     """In a Wayland session, where the compositor places the windows."""
 
     hasX11 = False
@@ -133,12 +156,6 @@ class WaylandTestCase(VelkinTestCase):
     @classmethod
     def makeSession(cls):
         return WaylandSession(cls.panel, cls.screen, cls.hasX11)
-
-    @classmethod
-    def makeDesktop(cls):
-        desktop = WaylandDesktop(cls.session)
-        cls.addClassCleanup(desktop.close)
-        return desktop
 
     def _end(self):
         # A picture of this session holds the pointer, which isn't to be taken for an icon.
