@@ -50,13 +50,14 @@ class SwayDesktopTest : public GtkFixture {
               ++asked;
               return wanted;
             },
-            clickToldAs, [this] { isOver = true; }};
+            clickToldAs, [this] { isOver = true; }, [this] { ++timesMissing; }};
   }
 
   std::string outcome = done;
   std::optional<PixelPoint> wanted = PixelPoint{680, 30};
   int asked = 0;
   bool isOver = false;
+  int timesMissing = 0;
   std::vector<std::string> log;
 };
 
@@ -85,6 +86,31 @@ TEST_F(SwayDesktopTest, AWindowThatIsYetToComeOntoTheScreenIsWaitedFor) {
   wanted = PixelPoint{100, 30};
   ASSERT_TRUE(wait([&] { return isOver; }));
   EXPECT_EQ(sway.commands().back(), "[id=7] border none, move absolute position 100 px 30 px");
+}
+
+TEST_F(SwayDesktopTest, AWindowThatSwayNeverShowsIsMissing) {
+  outcome = noSuchWindow;
+  FakeSway sway([this](const SwayMessage& message) { return answerTo(message); });
+  SwayDesktop desktop(sway.path());
+  for (const auto& click : {std::optional<PixelPoint>(), std::optional(PixelPoint{11, 15})}) {
+    timesMissing = 0;
+    isOver = false;
+    desktop.place("[id=7]", "Velkin", placing(click));
+    ASSERT_TRUE(wait([&] { return isOver; }));
+    EXPECT_EQ(timesMissing, 1);
+  }
+  EXPECT_TRUE(log.empty()) << "sway has answered";
+}
+
+TEST_F(SwayDesktopTest, AWindowThatIsClosedBeforeItComesUpIsNotMissing) {
+  outcome = noSuchWindow;
+  FakeSway sway([this](const SwayMessage& message) { return answerTo(message); });
+  SwayDesktop desktop(sway.path());
+  desktop.place("[id=7]", "Velkin", placing());
+  ASSERT_TRUE(wait([&] { return sway.commands().size() == 3; }));
+  wanted.reset();
+  ASSERT_TRUE(wait([&] { return isOver; }));
+  EXPECT_EQ(timesMissing, 0);
 }
 
 TEST_F(SwayDesktopTest, AWindowThatWantsNoPlaceAnyMoreIsLeftAlone) {

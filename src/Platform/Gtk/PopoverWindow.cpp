@@ -27,6 +27,8 @@ constexpr double pressMemory = 3.0;
 constexpr double veilTime = 0.3;
 /// Out of sight: of a window without any, the toolkit would paint nothing, and the desktop not see it.
 constexpr double veiled = 0.01;
+/// How often a window that the desktop doesn't show is asked for once more.
+constexpr int mostTimesMissing = 3;
 
 }  // namespace
 
@@ -191,7 +193,11 @@ void PopoverWindow::moveToPlace(bool isForClick) {
   const auto done = [this, alive = isAlive_.watch()] {
     if (alive) unveil();
   };
-  system.placeAtIcon(window_, {wanted, click, done});
+  // On a busy machine sway at times doesn't hear of a window in its X server, and does of the same once more.
+  const auto missing = [this, alive = isAlive_.watch()] {
+    if (alive && isShown_ && ++timesMissing_ <= mostTimesMissing) placeAnew();
+  };
+  system.placeAtIcon(window_, {wanted, click, done, missing});
 }
 
 void PopoverWindow::unveil() {
@@ -261,6 +267,7 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
     place(true);
     isClosedByLastPress_ = false;
     awaitsKeyboard_ = false;
+    timesMissing_ = 0;
     if (!isOrdinaryWindow_ && WindowSystem::present().placesLater()) {
       // It isn't to be seen jumping.
       gtk_widget_set_opacity(GTK_WIDGET(window_), veiled);

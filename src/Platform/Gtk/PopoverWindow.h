@@ -97,6 +97,8 @@ class PopoverWindow : public NSPopover {
   bool isOrdinaryWindow_ = false;
   bool isOpenedByHotKey_ = false;
   bool isOpenedByClick_ = false;
+  /// How often it was asked for once more, since the desktop didn't show it.
+  int timesMissing_ = 0;
   /// The window manager has said that one of ours is the active window.
   bool isNamedActive_ = false;
   bool isPlacedAnewSoon_ = false;

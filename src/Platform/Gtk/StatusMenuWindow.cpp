@@ -133,7 +133,7 @@ void StatusMenuWindow::moveTo(std::optional<PixelPoint> icon) {
                                  if (!alive || window_ == nullptr) return std::nullopt;
                                  return wantedPlace(icon);
                                },
-                               std::nullopt, [] {}});
+                               std::nullopt, [] {}, [] {}});
 }
 
 bool StatusMenuWindow::keyPressed(guint key, GdkModifierType state) {

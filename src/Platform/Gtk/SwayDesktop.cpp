@@ -17,7 +17,7 @@ namespace {
 
 /// A window comes onto the screen a moment after the toolkit has asked for it.
 constexpr double betweenTries = 0.02;
-constexpr int mostTries = 100;
+constexpr int mostTries = 50;
 
 std::string displaySocket() {
   const char* name = std::getenv("WAYLAND_DISPLAY");
@@ -110,13 +110,8 @@ void SwayDesktop::askForPointer(const std::shared_ptr<Run>& run) {
   ask({{SwayMessage::Type::runCommand, run->criteria + " border none, move position pointer"},
        {SwayMessage::Type::getTree, {}}},
       [this, run](const Answers& answers) {
-        if (outcomeOf(answers[0]) == SwayOutcome::noSuchWindow) {
-          if (++run->tries > mostTries) return;
-          DispatchQueue::main().asyncAfter(betweenTries, [this, alive = isAlive_.watch(), run] {
-            if (alive) askForPointer(run);
-          });
-          return;
-        }
+        if (outcomeOf(answers[0]) == SwayOutcome::noSuchWindow)
+          return again(run, &SwayDesktop::askForPointer);
         const auto window = windowInTree(answers[1], getpid(), run->title);
         if (window && layout_) iconByPointer_ = layout_->iconBelow(*window);
         move(run);
@@ -131,12 +126,20 @@ void SwayDesktop::move(const std::shared_ptr<Run>& run) {
                        " px " + std::to_string(place->y) + " px";
   ask({{SwayMessage::Type::runCommand, command}},
       [this, run](const Answers& answers) {
-        if (outcomeOf(answers[0]) != SwayOutcome::noSuchWindow || ++run->tries > mostTries) return;
-        DispatchQueue::main().asyncAfter(betweenTries, [this, alive = isAlive_.watch(), run] {
-          if (alive) move(run);
-        });
+        if (outcomeOf(answers[0]) == SwayOutcome::noSuchWindow) again(run, &SwayDesktop::move);
       },
       {});
+}
+
+void SwayDesktop::again(const std::shared_ptr<Run>& run,
+                        void (SwayDesktop::*step)(const std::shared_ptr<Run>&)) {
+  if (++run->tries > mostTries) {
+    if (run->placing.missing) run->placing.missing();
+    return;
+  }
+  DispatchQueue::main().asyncAfter(betweenTries, [this, alive = isAlive_.watch(), run, step] {
+    if (alive) (this->*step)(run);
+  });
 }
 
 }  // namespace platform

@@ -50,6 +50,7 @@ class SwayDesktop {
   void begin(const std::shared_ptr<Run>& run);
   void askForPointer(const std::shared_ptr<Run>& run);
   void move(const std::shared_ptr<Run>& run);
+  void again(const std::shared_ptr<Run>& run, void (SwayDesktop::*step)(const std::shared_ptr<Run>&));
   void tellOfFailure();
 
   std::string socket_;

@@ -66,6 +66,8 @@ class WindowSystem {
     std::optional<PixelPoint> clickToldAs;
     /// It stands there, or won't.
     std::function<void()> done;
+    /// The desktop doesn't know the window, though it was asked for a second ago.
+    std::function<void()> missing;
   };
   /// Puts a window that was asked for there: at once, or, where the desktop has to be asked, later.
   virtual void placeAtIcon(GtkWindow* window, Placing placing) const = 0;
