@@ -1,5 +1,6 @@
 #include "Platform/Gtk/PopoverWindow.h"
 
+#include "Platform/DebugLog.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
@@ -195,7 +196,9 @@ void PopoverWindow::moveToPlace(bool isForClick) {
   };
   // On a busy machine sway at times doesn't hear of a window in its X server, and does of the same once more.
   const auto missing = [this, alive = isAlive_.watch()] {
-    if (alive && isShown_ && ++timesMissing_ <= mostTimesMissing) placeAnew();
+    if (!alive || !isShown_ || ++timesMissing_ > mostTimesMissing) return;
+    debugLog("PopoverWindow", "moveToPlace(_:)", "The desktop doesn't show the popover: asked once more");
+    placeAnew();
   };
   system.placeAtIcon(window_, {wanted, click, done, missing});
 }
