@@ -52,8 +52,9 @@ class ContrastTest : public GtkFixture, public testing::WithParamInterface<bool>
       gtk_window_destroy(window);
     }
     hosting_ = std::make_unique<GtkHostingView>(view.font(SystemFont{24}).padding(EdgeInsets::all(20)));
+    // Before it is painted first.
+    gtk_widget_add_css_class(hosting_->widget(), "velkin-popover");
     show(hosting_->widget(), 300, 120);
-    gtk_widget_add_css_class(GTK_WIDGET(window), "velkin-popover");
     std::vector<Pixel> pixels;
     EXPECT_TRUE(wait([&] { return !(pixels = seen()).empty() && strongest(pixels) > 1.2; }));
     return pixels.empty() ? 0 : strongest(pixels);
