@@ -46,8 +46,8 @@ def networksArePossible():
 
 
 def defaultJobs():
-    """One more than there are processors: a test waits for most of its time."""
-    return int(os.environ.get("VELKIN_E2E_JOBS", len(os.sched_getaffinity(0)) + 1))
+    """More than twice as many as there are processors: a test waits for most of its time."""
+    return int(os.environ.get("VELKIN_E2E_JOBS", 2 * len(os.sched_getaffinity(0)) + 1))
 
 
 class Outcome:
