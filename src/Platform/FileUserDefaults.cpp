@@ -17,7 +17,6 @@ namespace platform {
 namespace {
 
 // The settings of the most diligent user have some hundred kilobytes.
-constexpr std::size_t sizeLimit = 2 * FileUserDefaults::largestFile;
 /// What a file that an earlier version let grow beyond its size still takes.
 constexpr std::size_t smallGrowth = std::size_t{64} << 10U;
 constexpr std::chrono::seconds lastPatience(1);
@@ -88,8 +87,9 @@ class FileUserDefaults::Session {
   std::unique_lock<std::mutex> lock_;
 };
 
-FileUserDefaults::FileUserDefaults(const std::filesystem::path& path)
+FileUserDefaults::FileUserDefaults(const std::filesystem::path& path, std::size_t largest)
     : path_(resolved(path)),
+      largest_(largest),
       lock_(lockBeside(path_), [this](PatientLock::Answer lock) { lockArrived(std::move(lock)); }) {
   const Session session(*this);
   load();
@@ -171,9 +171,9 @@ bool FileUserDefaults::canHold(const PropertyListValue& value, std::string_view 
   const auto part = extentOf(key, value);
   const auto total = others.bytes + part.bytes;
   const bool isGrowing = part.bytes > before.bytes;
-  const bool wasTooLarge = others.bytes + before.bytes > largestFile;
-  const bool fits = total <= largestFile || !isGrowing ||
-                    (wasTooLarge && part.bytes - before.bytes <= smallGrowth && total < sizeLimit);
+  const bool wasTooLarge = others.bytes + before.bytes > largest_;
+  const bool fits = total <= largest_ || !isGrowing ||
+                    (wasTooLarge && part.bytes - before.bytes <= smallGrowth && total < mostReadable());
   // The file's own dictionary is one too.
   const bool isReadable =
       part.depth < deepestPropertyList && others.containers + part.containers < mostPropertyListContainers;
@@ -215,7 +215,7 @@ void FileUserDefaults::writeLocked() {
   if (content == onDisk_ && state_ == FileState::good) return unwritten_.clear();
   const auto text = writeXMLPropertyList(content);
   if (!text) return fail("they have no form as a property list");
-  if (text->size() > sizeLimit) return fail("they are too large to be read again");
+  if (text->size() > mostReadable()) return fail("they are too large to be read again");
   auto replaced = replaceFile(path_, *text);
   if (!replaced) return fail(replaced.error().why);
   onDisk_ = std::move(content);
@@ -240,7 +240,7 @@ void FileUserDefaults::refreshByName() const {
 }
 
 void FileUserDefaults::load() const {
-  auto contents = readWholeFile(path_, sizeLimit);
+  auto contents = readWholeFile(path_, mostReadable());
   if (!contents) {
     loaded_ = identityOf(path_);
     loadedFile_ = FileDescriptor();

@@ -25,7 +25,7 @@ namespace platform {
 /// at the most; then the values hold for this process, and are written as soon as it lets go.
 ///
 /// Failures are told to the debug log only. If a write fails, the file stays as it is, the value holds for
-/// this process, and the next set writes it too. A set by which the file would grow beyond `largestFile` is
+/// this process, and the next set writes it too. A set by which the file would grow beyond its largest size is
 /// refused, and the value stays what it was: what is written can be read again. A file that can't be read is
 /// never overwritten. One that can't be parsed when the program starts or when it has to write is kept beside
 /// as "NAME.corrupt-TIME".
@@ -34,7 +34,8 @@ class FileUserDefaults : public NSUserDefaults {
   static constexpr std::size_t largestFile = std::size_t{32} << 20U;
 
   /// `path`: the file; it and its folder (then 0700) are made at the first set. A symbolic link is followed.
-  explicit FileUserDefaults(const std::filesystem::path& path);
+  /// `largest`: the bytes to which it may grow.
+  explicit FileUserDefaults(const std::filesystem::path& path, std::size_t largest = largestFile);
   ~FileUserDefaults() override;
 
   void setObject(PropertyListValue value, std::string_view key) override;
@@ -50,6 +51,8 @@ class FileUserDefaults : public NSUserDefaults {
   enum class FileState { absent, good, unreadable, corrupt };
   class Session;
 
+  /// What can be read: more than may be written, for a file that an earlier version let grow.
+  std::size_t mostReadable() const { return 2 * largest_; }
   void change(std::optional<PropertyListValue> value, std::string_view key);
   /// True if the file can take the value, and be read again.
   bool canHold(const PropertyListValue& value, std::string_view key) const;
@@ -72,6 +75,7 @@ class FileUserDefaults : public NSUserDefaults {
   void note(std::string_view function, std::string_view message) const;
 
   std::filesystem::path path_;
+  std::size_t largest_;
 
   /// Guards everything below. Never held while the log is written: who listens there may read a setting.
   mutable std::mutex mutex_;

@@ -526,11 +526,14 @@ TEST_F(FileUserDefaultsTest, whatIsHeldBackIsStoredAtTheProcessesEnd) {
   EXPECT_EQ(onDisk(), (PropertyListValue::Dictionary{{"a", 1}}));
 }
 
+/// The largest settings file of these tests: the real one's 32 MiB take minutes under a sanitizer.
+constexpr std::size_t smallFile = std::size_t{1} << 20U;
+
 TEST_F(FileUserDefaultsTest, aSetThatIsTooLargeIsRefusedAndLosesNothing) {
-  FileUserDefaults defaults(path_);
+  FileUserDefaults defaults(path_, smallFile);
   defaults.setObject("sk-key", "key");
   defaults.setObject("small", "history");
-  defaults.setObject(std::string(FileUserDefaults::largestFile, 'x'), "history");
+  defaults.setObject(std::string(smallFile, 'x'), "history");
   EXPECT_TRUE(logSays("bytes for history is not stored"));
   EXPECT_EQ(defaults.stringForKey("history"), "small");
   defaults.setObject(1, "more");
@@ -542,8 +545,8 @@ TEST_F(FileUserDefaultsTest, aSetThatIsTooLargeIsRefusedAndLosesNothing) {
 
 TEST_F(FileUserDefaultsTest, whatTheTextTakesInTheFileCounts) {
   // Five bytes for each in the file.
-  const std::string text(FileUserDefaults::largestFile / 4, '&');
-  FileUserDefaults defaults(path_);
+  const std::string text(smallFile / 4, '&');
+  FileUserDefaults defaults(path_, smallFile);
   defaults.setObject(text, "history");
   EXPECT_FALSE(defaults.valueForKey("history"));
   {
@@ -554,7 +557,7 @@ TEST_F(FileUserDefaultsTest, whatTheTextTakesInTheFileCounts) {
   EXPECT_FALSE(defaults.valueForKey("4")) << "what a batch holds counts as well";
   const FileUserDefaults next(path_);
   EXPECT_TRUE(next.valueForKey("2"));
-  EXPECT_LE(fs::file_size(path_), FileUserDefaults::largestFile);
+  EXPECT_LE(fs::file_size(path_), smallFile);
 }
 
 TEST_F(FileUserDefaultsTest, whatIsTooDeepToBeReadIsRefused) {
@@ -570,16 +573,16 @@ TEST_F(FileUserDefaultsTest, whatIsTooDeepToBeReadIsRefused) {
 
 TEST_F(FileUserDefaultsTest, aFileThatAnEarlierVersionLetGrowTakesSmallSets) {
   fs::create_directories(path_.parent_path());
-  const std::string grown(FileUserDefaults::largestFile + 1000, 'x');
+  const std::string grown(smallFile + 1000, 'x');
   writeFile(path_, *writeXMLPropertyList(PropertyListValue::Dictionary{{"history", grown}}));
-  FileUserDefaults defaults(path_);
+  FileUserDefaults defaults(path_, smallFile);
   defaults.setObject("sk-key", "key");
-  defaults.setObject(grown.substr(0, 1U << 20U), "too large");
-  defaults.setObject(grown.substr(0, 2U << 20U), "history");
+  defaults.setObject(grown.substr(0, smallFile / 4), "too large");
+  defaults.setObject(grown.substr(0, smallFile / 2), "history");
   const FileUserDefaults next(path_);
   EXPECT_EQ(next.stringForKey("key"), "sk-key");
   EXPECT_FALSE(next.valueForKey("too large"));
-  EXPECT_EQ(next.stringForKey("history")->size(), 2U << 20U);
+  EXPECT_EQ(next.stringForKey("history")->size(), smallFile / 2);
 }
 
 /// The process may write no file beyond `bytes` while this lives: what a full disk looks like to a writer.
