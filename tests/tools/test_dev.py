@@ -1,4 +1,5 @@
-"""What ./dev says where it installs nothing."""
+"""What ./dev says where it installs nothing, what it builds anew, and what it needn't test again."""
+import os
 import pathlib
 import shutil
 import subprocess
@@ -71,6 +72,82 @@ class OtherSystems(Elsewhere):
 
     def testThePackagesOfCoreAreAmongThoseOfBuild(self):
         self.assertRegex(self.build("dnf", "release"), r"\bgcc-c\+\+")
+
+
+class Standing(unittest.TestCase):
+    """A stage whose files are what they were when it passed isn't run again by ./dev test."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.tree = pathlib.Path(folder.name)
+        for name in ("tools", "data", "tests/session", "inputs", "results"):
+            (self.tree / name).mkdir(parents=True)
+        for name in ("dev", "tools/test-stages"):
+            shutil.copy(ROOT / name, self.tree / name)
+        counter = self.tree / "tools" / "count-tests"
+        counter.write_text('#!/bin/sh\ncat "$1" 2>/dev/null\n')
+        counter.chmod(0o755)
+        self.program = self.tree / "inputs" / "program"
+        self.program.write_text("one")
+
+    def stage(self, passes=True, named=False, **environment):
+        """The line that the summary has for a stage that has the folder "inputs" for its files."""
+        script = f"""
+            results=results; say() {{ :; }}
+            . tools/test-stages
+            mayStand={"" if named else "yes"}
+            tests() {{
+              ! stands some inputs || return 0
+              echo {"3 0" if passes else "2 1"} >results/some.xml
+              {"keep some" if passes else "return 1"}
+            }}
+            stage some tests
+            echo "${{summary[0]}}"
+        """
+        done = subprocess.run(["bash", "-euo", "pipefail", "-c", script], cwd=self.tree, capture_output=True, text=True,
+                              timeout=60, check=False, env=dict(os.environ, **environment))
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return " ".join(done.stdout.split())
+
+    def testWhatPassedStands(self):
+        self.assertRegex(self.stage(), r"^some 3 passed 0 failed \d+ s$")
+        self.assertRegex(self.stage(), r"^some 0 passed 0 failed \d+ s unchanged since it passed: some$")
+
+    def testWhatIsNamedRunsInAnyCase(self):
+        self.stage()
+        self.assertIn("3 passed", self.stage(named=True))
+        self.assertIn("unchanged", self.stage())
+
+    def testAnyChangeOfItsFilesRunsIt(self):
+        for change in (lambda: self.program.write_text("two"),
+                       lambda: self.program.rename(self.program.with_name("other")),
+                       lambda: (self.tree / "inputs" / "more").write_text(""),
+                       lambda: (self.tree / "data" / "icon").write_text(""),
+                       lambda: (self.tree / "tests" / "session" / "panel").write_text("")):
+            self.stage()
+            self.assertIn("unchanged", self.stage())
+            change()
+            self.assertIn("3 passed", self.stage())
+
+    def testWhatTheTestsAreToldCounts(self):
+        self.stage()
+        self.assertIn("3 passed", self.stage(VELKIN_E2E_PROGRAM="another"))
+
+    def testWhatFailedRunsAgain(self):
+        self.assertRegex(self.stage(passes=False), r"^some 2 passed 1 failed")
+        self.assertRegex(self.stage(passes=False), r"^some 2 passed 1 failed")
+
+    def testAFailureEndsWhatStood(self):
+        self.stage()
+        self.stage(passes=False, named=True)
+        self.assertIn("3 passed", self.stage())
+
+    def testAStageThatRunsNothingFails(self):
+        script = "results=results; say() { :; }; . tools/test-stages; stage some true; echo \"$failed\""
+        done = subprocess.run(["bash", "-euo", "pipefail", "-c", script], cwd=self.tree, capture_output=True, text=True,
+                              timeout=60, check=False)
+        self.assertEqual(done.stdout, "1\n")
 
 
 if __name__ == "__main__":
