@@ -25,10 +25,10 @@ namespace platform {
 /// at the most; then the values hold for this process, and are written as soon as it lets go.
 ///
 /// Failures are told to the debug log only. If a write fails, the file stays as it is, the value holds for
-/// this process, and the next set writes it too. A set by which the file would grow beyond its largest size is
-/// refused, and the value stays what it was: what is written can be read again. A file that can't be read is
-/// never overwritten. One that can't be parsed when the program starts or when it has to write is kept beside
-/// as "NAME.corrupt-TIME".
+/// this process, and the next set writes it too. A set by which the file would grow beyond its largest size
+/// is refused, and the value stays what it was: what is written can be read again. A file that can't be read
+/// is never overwritten. One that can't be parsed when the program starts or when it has to write is kept
+/// beside as "NAME.corrupt-TIME".
 class FileUserDefaults : public NSUserDefaults {
  public:
   static constexpr std::size_t largestFile = std::size_t{32} << 20U;

@@ -32,8 +32,9 @@ class RealSession(Session):
 
     def pixels(self):
         """The screen, as height x width x (red, green, blue), 0 to 255."""
-        raw = subprocess.run(["import", "-window", "root", "-depth", "8", "rgb:-"], env=self.environment,
-                             stdin=subprocess.DEVNULL, capture_output=True, check=True, timeout=60).stdout
+        command = ["import", "-window", "root", "-depth", "8", "rgb:-"]
+        raw = subprocess.run(command, env=self.environmentOf(command), stdin=subprocess.DEVNULL,
+                             capture_output=True, check=True, timeout=60).stdout
         return numpy.frombuffer(raw, numpy.uint8).reshape(self.height, self.width, 3)
 
     def findIcon(self):
@@ -69,8 +70,8 @@ class RealSession(Session):
                 between()
 
 
-class RealWaylandSession(WaylandPictures, RealSession):
-    """Its pictures hold the pointer, which hides the icon that it is on: then the icon is where it was seen last."""
+class PointerInPictures:
+    """The pictures hold the pointer, which hides the icon that it is on: then the icon is where it was seen last."""
 
     _seen = None
 
@@ -79,6 +80,20 @@ class RealWaylandSession(WaylandPictures, RealSession):
             self._seen = super().iconPosition(number)
         return self._seen
 
+
+class NestedSession(PointerInPictures, RealSession):
+    """A compositor of Wayland in a window that takes the whole of a virtual display. Hands and eyes are at that display;
+    windows are looked for in the X server within, which is where the program's are."""
+
+    def environmentOf(self, command):
+        if command[0] == "import" or (command[0] == "xdotool" and command[1] not in ("search", "getactivewindow")):
+            outside = dict(self.environment, DISPLAY=self.environment["VELKIN_SESSION_AROUND"])
+            outside.pop("XAUTHORITY", None)
+            return outside
+        return super().environmentOf(command)
+
+
+class RealWaylandSession(WaylandPictures, PointerInPictures, RealSession):
     def pixels(self):
         raw = subprocess.run(["grim", "-t", "ppm", "-"], env=self.environment, stdin=subprocess.DEVNULL,
                              capture_output=True, check=True, timeout=60).stdout

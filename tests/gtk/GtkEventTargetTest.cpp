@@ -84,10 +84,10 @@ TEST_F(GtkEventTargetTest, ARefusedOneLeavesNothingBehind) {
 TEST_F(GtkEventTargetTest, TheActivationIsThereWhileTheActionsRunAndNoLonger) {
   ASSERT_TRUE(target.RegisterEventHotKey(t, {1, 1}));
   std::uint32_t seen = 0;
-  onEvent = [&] { seen = presentHotKeyActivation() == nullptr ? 0 : presentHotKeyActivation()->time; };
+  onEvent = [&] { seen = presentActivation() == nullptr ? 0 : presentActivation()->time; };
   grabs->onKey(t, true, {4711, {}});
   EXPECT_EQ(seen, 4711U);
-  EXPECT_EQ(presentHotKeyActivation(), nullptr);
+  EXPECT_EQ(presentActivation(), nullptr);
 }
 
 TEST_F(GtkEventTargetTest, AnActionMayRegisterAndUnregister) {

@@ -36,7 +36,7 @@ class PortalHotKeyGrabsTest : public GtkFixture {
   void makeGrabs() {
     grabs = std::make_unique<PortalHotKeyGrabs>(
         PortalHotKeyGrabs::Surroundings{[this] { return bus.get(); }, [](const auto& work) { work(); }},
-        [this](HotKeyCombination combination, bool isDown, const HotKeyActivation& activation) {
+        [this](HotKeyCombination combination, bool isDown, const Activation& activation) {
           told.push_back((isDown ? "down " : "up ") + std::to_string(combination.keyCode) + activation.token);
         });
   }

@@ -1,3 +1,4 @@
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/StatusMenuExporter.h"
 #include "gtk/GtkFixture.h"
@@ -60,6 +61,15 @@ TEST_F(StatusMenuExporterTest, WhatCanBeCheckedSaysSoWhileItIsOffToo) {
   EXPECT_EQ(property(2, "toggle-type"), "(<'checkmark'>,)");
   EXPECT_EQ(property(2, "toggle-state"), "(<1>,)");
   EXPECT_EQ(property(1, "toggle-type"), "none");
+}
+
+TEST_F(StatusMenuExporterTest, WhatIsChosenMayTakeTheKeyboard) {
+  bool isByClick = false;
+  menu->addItem(std::make_shared<NSMenuItem>(
+      "Opens", [&] { isByClick = presentActivation() != nullptr && presentActivation()->isClick; }));
+  event(3, "clicked");
+  EXPECT_TRUE(wait([&] { return isByClick; }));
+  EXPECT_EQ(presentActivation(), nullptr);
 }
 
 TEST_F(StatusMenuExporterTest, AClosingWaitsForTheClickOfItsGesture) {

@@ -1,9 +1,9 @@
 #include "Platform/Gtk/GtkApplication.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkEditActions.h"
-#include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/ProgramFolders.h"
 #include "Platform/NSUserDefaults.h"
 #include "Platform/Platform.h"
@@ -30,7 +30,7 @@ void GtkApplicationHost::perform(GSimpleAction* action, GVariant* parameter, gpo
       [self, name = std::string(g_action_get_name(G_ACTION(action))),
        argument = std::string(parameter == nullptr ? "" : g_variant_get_string(parameter, nullptr))] {
         // What the desktop binds to a key has the right of a key: its window may take the keyboard.
-        const HotKeyActivationScope scope({});
+        const ActivationScope scope({});
         self->delegate_->applicationPerformAction(name, argument);
       });
 }
@@ -50,7 +50,7 @@ void GtkApplicationHost::startHasEnded() {
 
 void GtkApplicationHost::reopen() {
   // Where the pointer is says nothing of where the icon is.
-  const HotKeyActivationScope scope({});
+  const ActivationScope scope({});
   delegate_->applicationDidReopen();
 }
 

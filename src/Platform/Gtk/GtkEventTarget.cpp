@@ -11,7 +11,7 @@ GtkEventTarget::~GtkEventTarget() = default;
 
 HotKeyGrabs& GtkEventTarget::grabs() {
   if (!grabs_) {
-    grabs_ = makeGrabs_([this](HotKeyCombination combination, bool isDown, HotKeyActivation activation) {
+    grabs_ = makeGrabs_([this](HotKeyCombination combination, bool isDown, Activation activation) {
       send(combination, isDown, std::move(activation));
     });
   }
@@ -54,8 +54,8 @@ void GtkEventTarget::describeHotKey(HotKeyCombination combination, std::string_v
   grabs().describe(combination, name, title);
 }
 
-void GtkEventTarget::send(HotKeyCombination combination, bool isDown, HotKeyActivation activation) {
-  const HotKeyActivationScope scope(std::move(activation));
+void GtkEventTarget::send(HotKeyCombination combination, bool isDown, Activation activation) {
+  const ActivationScope scope(std::move(activation));
   // A copy: an action may register and unregister.
   const auto present = registrations_;
   for (const auto& [ref, registration] : present) {

@@ -38,7 +38,7 @@ class GtkEventTarget : public EventTarget {
   };
   HotKeyGrabs& grabs();
   bool isRegistered(HotKeyCombination combination) const;
-  void send(HotKeyCombination combination, bool isDown, HotKeyActivation activation);
+  void send(HotKeyCombination combination, bool isDown, Activation activation);
 
   MakeGrabs makeGrabs_;
   std::unique_ptr<HotKeyGrabs> grabs_;

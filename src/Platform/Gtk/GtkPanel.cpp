@@ -3,7 +3,6 @@
 #include "Platform/Gtk/FreeMemory.h"
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
-#include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/WindowSystem.h"
 #include "Platform/NSScreen.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/CarbonEvents.h"
-#include "Platform/Gtk/HotKeyActivation.h"
+#include "Platform/Gtk/Activation.h"
 
 #include <functional>
 #include <optional>
@@ -13,7 +13,7 @@ namespace platform {
 /// One way of getting keys from a desktop wherever the focus is. Main thread.
 class HotKeyGrabs {
  public:
-  using OnKey = std::function<void(HotKeyCombination combination, bool isDown, HotKeyActivation activation)>;
+  using OnKey = std::function<void(HotKeyCombination combination, bool isDown, Activation activation)>;
 
   virtual ~HotKeyGrabs() = default;
 

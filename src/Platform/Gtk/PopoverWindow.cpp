@@ -1,10 +1,10 @@
 #include "Platform/Gtk/PopoverWindow.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkKeyEvents.h"
 #include "Platform/Gtk/GtkViewBase.h"
-#include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/NSApplication.h"
 
 #include <algorithm>
@@ -260,7 +260,8 @@ void PopoverWindow::show(NSRect, NSStatusBarButton&, NSRectEdge) {
       return;
     }
     isOrdinaryWindow_ = !surroundings_.hasTray();
-    isOpenedByHotKey_ = presentHotKeyActivation() != nullptr;
+    const auto* activation = presentActivation();
+    isOpenedByHotKey_ = activation != nullptr && !activation->isClick;
     const auto& event = NSApp().currentEvent;
     isOpenedByClick_ = event && event->type == NSEvent::EventType::leftMouseUp;
     gtk_window_set_decorated(window_, isOrdinaryWindow_);

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/StatusMenuExporter.h"
 
 #include "Platform/DispatchQueue.h"
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/GObjectPtr.h"
 
 #include <array>
@@ -254,7 +255,10 @@ void StatusMenuExporter::itemEvent(int id, const std::string& event) {
   if (row == nullptr || !row->isEnabled() || row->isHidden() || !row->action) return;
   // A copy, in a later turn: the action may change the menu or end the process, and the panel has its answer.
   DispatchQueue::main().async([this, alive = isAlive_.watch(), action = row->action] {
-    action();
+    {
+      const ActivationScope scope({.isClick = true});
+      action();
+    }
     if (alive) menuClosed();
   });
 }

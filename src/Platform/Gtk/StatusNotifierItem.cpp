@@ -1,6 +1,7 @@
 #include "Platform/Gtk/StatusNotifierItem.h"
 
 #include "Platform/DebugLog.h"
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/GObjectPtr.h"
 #include "Platform/Gtk/GtkAssets.h"
 #include "Platform/Gtk/ProgramFolders.h"
@@ -296,6 +297,11 @@ void StatusNotifierItem::onMethodCall(GDBusConnection*, const char*, const char*
   const std::string name = method;
   // Answered first: what a click starts must not keep the panel waiting.
   if (name != "Activate" && name != "SecondaryActivate" && name != "ContextMenu") {
+    if (name == "ProvideXdgActivationToken") {
+      const char* token = nullptr;
+      g_variant_get(parameters, "(&s)", &token);
+      item->token_ = token;
+    }
     g_dbus_method_invocation_return_value(invocation, nullptr);
     return;
   }
@@ -308,6 +314,8 @@ void StatusNotifierItem::onMethodCall(GDBusConnection*, const char*, const char*
   if (name == "ContextMenu") item->onContextMenu();
   if (name != "Activate") return;
   if (item->shouldIgnoreClick && item->shouldIgnoreClick()) return;
+  // The panel has the click, and a window manager may leave the keyboard with the window that had it before.
+  const ActivationScope scope({.token = std::exchange(item->token_, {}), .isClick = true});
   item->send(NSEvent::EventType::leftMouseUp, item->lastClick_);
 }
 

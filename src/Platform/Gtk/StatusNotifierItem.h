@@ -96,6 +96,8 @@ class StatusNotifierItem : public NSStatusItem {
   /// Whether the icon is for light panels, or for dark ones; nothing: for any.
   std::optional<bool> isForLightPanels_;
   NSPoint lastClick_;
+  /// The panel's, for the click that it tells of next; empty where it has none.
+  std::string token_;
   Connection keyMonitor_;
 };
 

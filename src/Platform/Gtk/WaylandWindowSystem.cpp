@@ -1,7 +1,7 @@
 #include "Platform/Gtk/WaylandWindowSystem.h"
 
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/SwayDesktop.h"
 
 #include <utility>
@@ -61,7 +61,7 @@ std::vector<NSScreen> WaylandWindowSystem::screens() const {
   return screens;
 }
 
-void WaylandWindowSystem::present(GtkWindow* window, const HotKeyActivation&) const {
+void WaylandWindowSystem::present(GtkWindow* window, const Activation&) const {
   // By the desktop's token, which the window has by now.
   gtk_window_present(window);
 }

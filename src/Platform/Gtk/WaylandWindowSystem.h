@@ -30,7 +30,7 @@ class WaylandWindowSystem : public WindowSystem {
   bool placesLater() const override { return placesWindows(); }
   std::optional<PixelPoint> iconPlace(std::optional<PixelPoint> told, bool mayBeAtPointer) const override;
   void keepAbove(GtkWindow*) const override {}
-  void present(GtkWindow* window, const HotKeyActivation& activation) const override;
+  void present(GtkWindow* window, const Activation& activation) const override;
   bool isActive(GtkWindow*) const override { return false; }
   bool isActiveWindowOurs() const override { return false; }
   std::optional<int> numberOf(GtkWindow*) const override { return std::nullopt; }

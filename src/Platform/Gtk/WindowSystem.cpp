@@ -1,5 +1,6 @@
 #include "Platform/Gtk/WindowSystem.h"
 
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/GObjectPtr.h"
 
 #include <cmath>
@@ -21,6 +22,16 @@ std::string WindowSystem::connectorOf(const NSScreen& screen) const {
     if (name != nullptr && area.x == std::lround(corner->x) && area.y == std::lround(corner->y)) return name;
   }
   return {};
+}
+
+void presentWindow(GtkWindow* window) {
+  const auto* activation = presentActivation();
+  if (activation == nullptr) {
+    gtk_window_present(window);
+    return;
+  }
+  if (!activation->token.empty()) gtk_window_set_startup_id(window, activation->token.c_str());
+  WindowSystem::present().present(window, *activation);
 }
 
 }  // namespace platform

@@ -15,7 +15,7 @@
 
 namespace platform {
 
-struct HotKeyActivation;
+struct Activation;
 
 /// What the desktop's window system lets a program do with its windows, and what it tells a program. On X11 a
 /// window is put where the program wants it; a Wayland compositor finds the places itself and takes no
@@ -79,7 +79,7 @@ class WindowSystem {
   /// Keeps a mapped window above others, until it is unmapped.
   virtual void keepAbove(GtkWindow* window) const = 0;
   /// Shows a window for a global shortcut, with the right to the keyboard that the key press gives it.
-  virtual void present(GtkWindow* window, const HotKeyActivation& activation) const = 0;
+  virtual void present(GtkWindow* window, const Activation& activation) const = 0;
 
   /// True if the window manager says that this window is the active one. One that says nothing: false.
   virtual bool isActive(GtkWindow* window) const = 0;
@@ -120,5 +120,9 @@ class WindowSystem {
   /// The upper left corner of a screen, as the toolkit counts it.
   virtual std::optional<NSPoint> cornerOf(const NSScreen& screen) const = 0;
 };
+
+/// `gtk_window_present`, by the right of the activation whose actions run now, if there is one: then a window
+/// manager that keeps the keyboard to itself is asked once more after a moment. Main thread.
+void presentWindow(GtkWindow* window);
 
 }  // namespace platform

@@ -1,8 +1,8 @@
 #include "Platform/Gtk/X11WindowSystem.h"
 
 #include "Platform/DispatchQueue.h"
+#include "Platform/Gtk/Activation.h"
 #include "Platform/Gtk/GObjectPtr.h"
-#include "Platform/Gtk/HotKeyActivation.h"
 #include "Platform/Gtk/SessionKind.h"
 #include "Platform/Gtk/SwayDesktop.h"
 #include "Platform/Gtk/Toolkit.h"
@@ -156,7 +156,7 @@ const SwayLayout* X11WindowSystem::swayLayout() const {
 
 void X11WindowSystem::keepAbove(GtkWindow* window) const { X11Desktop::keepAbove(window); }
 
-void X11WindowSystem::present(GtkWindow* window, const HotKeyActivation& activation) const {
+void X11WindowSystem::present(GtkWindow* window, const Activation& activation) const {
   gtk_widget_realize(GTK_WIDGET(window));
   const auto time = activation.time != 0 ? activation.time : X11Desktop::serverTime(window);
   X11Desktop::setUserTime(window, time);

@@ -30,7 +30,7 @@ class X11WindowSystem : public WindowSystem {
   bool placesLater() const override;
   std::optional<PixelPoint> iconPlace(std::optional<PixelPoint> told, bool mayBeAtPointer) const override;
   void keepAbove(GtkWindow* window) const override;
-  void present(GtkWindow* window, const HotKeyActivation& activation) const override;
+  void present(GtkWindow* window, const Activation& activation) const override;
   bool isActive(GtkWindow* window) const override;
   bool isActiveWindowOurs() const override;
   std::optional<int> numberOf(GtkWindow* window) const override;

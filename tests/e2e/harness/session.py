@@ -42,9 +42,13 @@ class Session:
             self._process.wait(20)
         self._process.stdout.close()
 
+    def environmentOf(self, command):
+        """What a command finds in its environment that is to see or do something."""
+        return self.environment
+
     def output(self, *command, check=True):
         """The standard output of a command that runs in the session."""
-        done = subprocess.run([str(part) for part in command], env=self.environment, stdin=subprocess.DEVNULL,
+        done = subprocess.run([str(part) for part in command], env=self.environmentOf(command), stdin=subprocess.DEVNULL,
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, timeout=60)
         if check and done.returncode != 0:
             raise RuntimeError(f"{' '.join(map(str, command))}: exit code {done.returncode}: {done.stderr.strip()}")
