@@ -382,9 +382,6 @@ class Kills(ScratchpadCase):
 class OnWayland(WaylandTestCase, ScratchpadCase):
     """The same in a session of sway."""
 
-    def clipboard(self):
-        return self.session.output("wl-paste", "--no-newline", check=False)
-
     def testWritingToolsAndUndo(self):
         self.openScratchpad()
         self.write("some words")
