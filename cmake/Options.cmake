@@ -7,7 +7,7 @@ target_compile_options(velkin_options INTERFACE
   # Designated initialisers leave fields out on purpose.
   -Wno-missing-field-initializers
   # g++ 12 sees uninitialised members, overlapping copies and accesses out of bounds that are not there.
-  "$<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-restrict;-Wno-array-bounds>")
+  "$<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-restrict;-Wno-array-bounds;-Wno-stringop-overflow>")
 
 if(VELKIN_SANITIZE)
   # The web engine's libraries carry no type information, and call functions of the standard library's templates that
@@ -15,8 +15,6 @@ if(VELKIN_SANITIZE)
   add_compile_options(-fsanitize=${VELKIN_SANITIZE} -fno-sanitize=vptr -fno-sanitize-recover=all
                       -fno-omit-frame-pointer -g1)
   add_link_options(-fsanitize=${VELKIN_SANITIZE})
-  # What the sanitizers put between the lines makes g++ 12 see more of these.
-  target_compile_options(velkin_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow>)
 endif()
 
 # The fuzzers steer by the coverage of all of our code, so the libraries are instrumented too.

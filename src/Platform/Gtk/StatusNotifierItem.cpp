@@ -58,6 +58,9 @@ constexpr Colour neutralGrey = {0x9a, 0x99, 0x96};
 constexpr Colour dark = {0x2e, 0x34, 0x36};
 constexpr Colour light = {0xee, 0xee, 0xec};
 
+/// A window's property takes no text of any length.
+constexpr std::size_t longestToken = 1024;
+
 /// Black and white stand out from a panel of this luminance alike.
 constexpr double betweenDarkAndLight = 0.179;
 
@@ -300,7 +303,7 @@ void StatusNotifierItem::onMethodCall(GDBusConnection*, const char*, const char*
     if (name == "ProvideXdgActivationToken") {
       const char* token = nullptr;
       g_variant_get(parameters, "(&s)", &token);
-      item->token_ = token;
+      item->token_ = std::string_view(token).size() <= longestToken ? token : "";
     }
     g_dbus_method_invocation_return_value(invocation, nullptr);
     return;
