@@ -22,17 +22,15 @@ if(VELKIN_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# velkin_unite(TARGET COUNT [ALONE SOURCE...]): compiles the files of a folder together, COUNT at a time, which takes a
-# fourth of the time. ALONE are files that have names of their neighbours' for other things. clang-tidy and the like
-# want each file by itself: CMAKE_DISABLE_PRECOMPILE_HEADERS is their sign.
+# velkin_unite(TARGET COUNT): compiles the files of a folder together, COUNT at a time, which takes a fourth of the time.
+# So no file has a name of a neighbour's for another thing: tools/check-united sees to it, whichever files meet. clang-tidy
+# and the like want each file by itself: CMAKE_DISABLE_PRECOMPILE_HEADERS is their sign.
 function(velkin_unite target count)
-  cmake_parse_arguments(UNITE "" "" "ALONE" ${ARGN})
   if(CMAKE_DISABLE_PRECOMPILE_HEADERS)
     return()
   endif()
   get_target_property(sources ${target} SOURCES)
   list(SORT sources)
-  list(TRANSFORM UNITE_ALONE PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
   set(folder "")
   foreach(source IN LISTS sources)
     file(RELATIVE_PATH here ${PROJECT_SOURCE_DIR} ${source})
@@ -41,13 +39,9 @@ function(velkin_unite target count)
       set(folder ${here})
       set(number 0)
     endif()
-    if(source IN_LIST UNITE_ALONE)
-      set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
-    else()
-      math(EXPR part "${number} / ${count}")
-      math(EXPR number "${number} + 1")
-      set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${folder}/${part})
-    endif()
+    math(EXPR part "${number} / ${count}")
+    math(EXPR number "${number} + 1")
+    set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${folder}/${part})
   endforeach()
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
 endfunction()

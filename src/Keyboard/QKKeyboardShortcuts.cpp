@@ -6,49 +6,49 @@ namespace velkin {
 
 namespace {
 
-using enum QKKeyboardShortcutCategory;
+using Category = QKKeyboardShortcutCategory;
 
 struct Row {
   std::string_view label;
   std::string_view keyEquivalent;
-  QKKeyboardShortcutCategory category;
+  Category category;
 };
 
 constexpr std::array<Row, qkKeyboardShortcutCount> rows = {{
-    {"PopUp", "", global},
-    {"SearchBar", "", global},
-    {"About Velkin", "", misc},
-    {"Appearance...", "A", misc},
-    {"Open In Browser", "o", misc},
-    {"Toggle Menu", ",", misc},
-    {"Preview", "", misc},
-    {"Shortcuts", "", misc},
-    {"Show Toolbar", "⌥t", misc},
-    {"Use Experimental Scripting", "", misc},
-    {"Start at Login", "", misc},
-    {"Make Menu Sticky", "S", misc},
-    {"Quit", "q", misc},
-    {"Find", "f", view},
-    {"Actual Size", "0", view},
-    {"Zoom In", "+", view},
-    {"Zoom Out", "-", view},
-    {"Back", "[", navigation},
-    {"Forward", "]", navigation},
-    {"Reload", "r", navigation},
-    {"Reload From Origin", "⌥r", navigation},
-    {"Taller", "↓", window},
-    {"Shorter", "↑", window},
-    {"Slimmer", "→", window},
-    {"Wider", "←", window},
-    {"Toggle Full Screen", "f", window},
-    {"Scroll Up", "pgup", scroll},
-    {"Scroll Down", "pgdn", scroll},
-    {"Bard", "D", sideBar},
-    {"BitBucket", "b", sideBar},
-    {"ChatGPT", "t", sideBar},
-    {"GitLab", "g", sideBar},
-    {"Hemingway", "h", sideBar},
-    {"Jira", "j", sideBar},
+    {"PopUp", "", Category::global},
+    {"SearchBar", "", Category::global},
+    {"About Velkin", "", Category::misc},
+    {"Appearance...", "A", Category::misc},
+    {"Open In Browser", "o", Category::misc},
+    {"Toggle Menu", ",", Category::misc},
+    {"Preview", "", Category::misc},
+    {"Shortcuts", "", Category::misc},
+    {"Show Toolbar", "⌥t", Category::misc},
+    {"Use Experimental Scripting", "", Category::misc},
+    {"Start at Login", "", Category::misc},
+    {"Make Menu Sticky", "S", Category::misc},
+    {"Quit", "q", Category::misc},
+    {"Find", "f", Category::view},
+    {"Actual Size", "0", Category::view},
+    {"Zoom In", "+", Category::view},
+    {"Zoom Out", "-", Category::view},
+    {"Back", "[", Category::navigation},
+    {"Forward", "]", Category::navigation},
+    {"Reload", "r", Category::navigation},
+    {"Reload From Origin", "⌥r", Category::navigation},
+    {"Taller", "↓", Category::window},
+    {"Shorter", "↑", Category::window},
+    {"Slimmer", "→", Category::window},
+    {"Wider", "←", Category::window},
+    {"Toggle Full Screen", "f", Category::window},
+    {"Scroll Up", "pgup", Category::scroll},
+    {"Scroll Down", "pgdn", Category::scroll},
+    {"Bard", "D", Category::sideBar},
+    {"BitBucket", "b", Category::sideBar},
+    {"ChatGPT", "t", Category::sideBar},
+    {"GitLab", "g", Category::sideBar},
+    {"Hemingway", "h", Category::sideBar},
+    {"Jira", "j", Category::sideBar},
 }};
 
 constexpr std::array<std::string_view, allQKKeyboardShortcutCategories.size()> categoryNames = {
@@ -91,10 +91,11 @@ QKKeyboardShortcutCategory category(QKKeyboardShortcuts shortcut) noexcept { ret
 
 std::string getDisplayString(std::string_view text, QKKeyboardShortcutCategory category) {
   const auto behind = [&](std::string_view glyphs) { return std::string(glyphs).append(text); };
-  if (category == global || text.empty()) return std::string(text);
-  if (category == window || category == sideBar) return behind(isCapitalizedAlpha(text) ? "⇧⌃⌘" : "⌃⌘");
+  if (category == Category::global || text.empty()) return std::string(text);
+  if (category == Category::window || category == Category::sideBar)
+    return behind(isCapitalizedAlpha(text) ? "⇧⌃⌘" : "⌃⌘");
   if (isCapitalizedAlpha(text)) return behind("⇧⌘");
-  if (category == scroll) return std::string(text);
+  if (category == Category::scroll) return std::string(text);
   if (const auto place = text.find(optionGlyph); place != std::string_view::npos) {
     std::string rest(text);
     rest.erase(place, optionGlyph.size());

@@ -4,12 +4,12 @@ namespace velkin {
 
 namespace {
 
-struct Row {
+struct EggRow {
   std::string_view title;
   std::string_view keyString;
 };
 
-constexpr std::array<Row, allEasterEggItems.size()> rows = {{
+constexpr std::array<EggRow, allEasterEggItems.size()> eggRows = {{
     {"AI", "⌘T"},
     {"Bard", "⌘D"},
     {"BitBucket", "⌘B"},
@@ -19,7 +19,7 @@ constexpr std::array<Row, allEasterEggItems.size()> rows = {{
     {"Search Bar (ApiKey)", "⌘⇧P"},
 }};
 
-const Row& rowOf(EasterEggItem item) noexcept { return rows[static_cast<std::size_t>(item)]; }
+const EggRow& rowOf(EasterEggItem item) noexcept { return eggRows[static_cast<std::size_t>(item)]; }
 
 }  // namespace
 

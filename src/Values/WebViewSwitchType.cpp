@@ -9,7 +9,7 @@ namespace velkin {
 
 namespace {
 
-struct Row {
+struct ViewRow {
   std::string_view caseName;
   std::string_view viewName;
   std::string_view ServiceAddresses::*address;
@@ -24,7 +24,7 @@ using Egg = EasterEggItem;
 using Key = UserDefault;
 
 // The view `onboarding` has no address; its placeholder is put in by `defaultUrlString`.
-constexpr std::array<Row, allWebViewSwitchTypes.size()> rows = {{
+constexpr std::array<ViewRow, allWebViewSwitchTypes.size()> viewRows = {{
     {"chatgpt", "ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::chatUrl},
     {"bard", "Bard", &Addresses::bard, Key::bardUrl, Egg::bard, Key::bardUrl},
     {"bitbucket", "BitBucket", &Addresses::bitbucket, Key::bitUrl, Egg::bitBucket, Key::bitUrl},
@@ -38,14 +38,14 @@ constexpr std::array<Row, allWebViewSwitchTypes.size()> rows = {{
     {"search", "ChatGPT", &Addresses::chatgpt, Key::chatUrl, Egg::chatGPT, Key::searchKey},
 }};
 
-const Row& rowOf(WebViewSwitchType type) noexcept { return rows[static_cast<std::size_t>(type)]; }
+const ViewRow& rowOf(WebViewSwitchType type) noexcept { return viewRows[static_cast<std::size_t>(type)]; }
 
 }  // namespace
 
 std::optional<WebViewSwitchType> fromCaseName(std::string_view name) noexcept {
-  const auto found = std::ranges::find(rows, name, &Row::caseName);
-  if (found == rows.end()) return std::nullopt;
-  return allWebViewSwitchTypes[static_cast<std::size_t>(found - rows.begin())];
+  const auto found = std::ranges::find(viewRows, name, &ViewRow::caseName);
+  if (found == viewRows.end()) return std::nullopt;
+  return allWebViewSwitchTypes[static_cast<std::size_t>(found - viewRows.begin())];
 }
 
 std::string_view viewName(WebViewSwitchType type) noexcept { return rowOf(type).viewName; }

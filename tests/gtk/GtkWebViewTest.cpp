@@ -3,6 +3,7 @@
 #include "Platform/NSPopover.h"
 #include "Platform/View/State.h"
 #include "gtk/GtkFixture.h"
+#include "gtk/Loads.h"
 
 #include <memory>
 
@@ -29,12 +30,6 @@ struct TwoPlaces {
         {when(isAside.get(), [&] { return View(page).frame({.width = 150, .maxHeight = infinity}); }),
          VStack({when(!isAside.get(), [&] { return View(page); })}).frame({.maxWidth = infinity})});
   }
-};
-
-class Loads : public WKNavigationDelegate {
- public:
-  int finished = 0;
-  void didFinish(WKWebView&) override { ++finished; }
 };
 
 class GtkWebViewTest : public GtkFixture {

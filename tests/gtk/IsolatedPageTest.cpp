@@ -3,6 +3,7 @@
 #include "Platform/Gtk/IsolatedPage.h"
 #include "Platform/NSPopover.h"
 #include "gtk/GtkFixture.h"
+#include "gtk/Loads.h"
 #include "gtk/LoopbackServer.h"
 
 #include <algorithm>
@@ -12,11 +13,9 @@
 namespace platform {
 namespace {
 
-class Loads : public WKNavigationDelegate {
+class LoadsAsked : public Loads {
  public:
-  int finished = 0;
   std::vector<WKNavigationAction> asked;
-  void didFinish(WKWebView&) override { ++finished; }
   WKNavigationActionPolicy decidePolicyFor(WKWebView&, const WKNavigationAction& action) override {
     asked.push_back(action);
     return WKNavigationActionPolicy::allow;
@@ -99,7 +98,7 @@ class IsolatedPageTest : public GtkFixture {
 
   std::unique_ptr<NSPopover> popover;
   LoopbackServer server;
-  Loads loads;
+  LoadsAsked loads;
   std::shared_ptr<WKWebView> webView;
 };
 

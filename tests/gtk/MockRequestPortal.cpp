@@ -1,16 +1,11 @@
 #include "gtk/MockRequestPortal.h"
 
+#include "Platform/Gtk/PortalRequest.h"
+
 #include <algorithm>
 #include <memory>
 
 namespace platform {
-
-namespace {
-
-constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
-constexpr const char* portalName = "org.freedesktop.portal.Desktop";
-
-}  // namespace
 
 MockRequestPortal::MockRequestPortal(const std::string& interface, const std::string& method) {
   connection_ = GObjectPtr<GDBusConnection>::adopt(g_dbus_connection_new_for_address_sync(

@@ -1,5 +1,7 @@
 #include "gtk/MockShortcutsPortal.h"
 
+#include "Platform/Gtk/PortalRequest.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -9,8 +11,6 @@
 namespace platform {
 
 namespace {
-
-constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 
 constexpr const char* introspection = R"xml(<node>
 <interface name="org.freedesktop.host.portal.Registry">

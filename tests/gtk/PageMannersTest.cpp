@@ -9,6 +9,7 @@
 #include "Platform/Gtk/X11Desktop.h"
 #include "Platform/NSPopover.h"
 #include "gtk/GtkFixture.h"
+#include "gtk/Loads.h"
 #include "gtk/LoopbackServer.h"
 
 #include <algorithm>
@@ -25,12 +26,6 @@
 
 namespace platform {
 namespace {
-
-class Loads : public WKNavigationDelegate {
- public:
-  int finished = 0;
-  void didFinish(WKWebView&) override { ++finished; }
-};
 
 /// A page of a real server in a real window, clicked and typed at by a real pointer and keyboard.
 class PageMannersTest : public GtkFixture {

@@ -57,7 +57,7 @@ std::optional<std::string> pictureOfSettings(const char* schema, const char* key
   return stored ? pathOf(*stored) : std::nullopt;
 }
 
-std::optional<std::string> textOf(const std::filesystem::path& file) {
+std::optional<std::string> textIn(const std::filesystem::path& file) {
   auto contents = readWholeFile(file, mostSettingsBytes);
   if (!contents) return std::nullopt;
   return std::move(contents->bytes);
@@ -77,7 +77,7 @@ std::optional<std::string> xfcePicture(const DesktopMonitor& monitor) {
   for (const auto* const* folder = g_get_system_config_dirs(); *folder != nullptr; ++folder)
     folders.emplace_back(*folder);
   for (const auto& folder : folders) {
-    const auto text = textOf(folder / channel);
+    const auto text = textIn(folder / channel);
     if (!text) continue;
     if (auto picture = xfceDesktopPicture(*text, monitor)) return picture;
   }
@@ -86,7 +86,7 @@ std::optional<std::string> xfcePicture(const DesktopMonitor& monitor) {
 
 std::optional<std::string> plasmaPicture(const DesktopMonitor& monitor) {
   const auto text =
-      textOf(std::filesystem::path(g_get_user_config_dir()) / "plasma-org.kde.plasma.desktop-appletsrc");
+      textIn(std::filesystem::path(g_get_user_config_dir()) / "plasma-org.kde.plasma.desktop-appletsrc");
   if (!text) return std::nullopt;
   auto picture = plasmaDesktopPicture(*text, monitor);
   std::error_code error;

@@ -17,7 +17,7 @@ namespace {
 
 using Ended = std::function<void(std::optional<NSError>)>;
 
-NSError failed(const std::string& why) { return {"NSCocoaErrorDomain", 1, why}; }
+NSError printingError(const std::string& why) { return {"NSCocoaErrorDomain", 1, why}; }
 
 /// A document in a file that only we know, gone with this.
 class KeptDocument {
@@ -46,20 +46,20 @@ class KeptDocument {
 };
 
 /// From the dialogue to the paper.
-struct PrintRun {
-  explicit PrintRun(const std::string& pdf) : document(pdf) {}
+struct PaperRun {
+  explicit PaperRun(const std::string& pdf) : document(pdf) {}
   KeptDocument document;
   Ended ended;
 };
 
 std::optional<NSError> errorOf(const GErrorPtr& error) {
-  return error ? std::optional(failed(error->message)) : std::nullopt;
+  return error ? std::optional(printingError(error->message)) : std::nullopt;
 }
 
 /// Sends the document to the printer that was chosen.
-void print(std::unique_ptr<PrintRun> run, GtkPrintUnixDialog* dialog) {
+void print(std::unique_ptr<PaperRun> run, GtkPrintUnixDialog* dialog) {
   GtkPrinter* const printer = gtk_print_unix_dialog_get_selected_printer(dialog);
-  if (printer == nullptr) return run->ended(failed("No printer was chosen"));
+  if (printer == nullptr) return run->ended(printingError("No printer was chosen"));
   const auto settings = GObjectPtr<GtkPrintSettings>::adopt(gtk_print_unix_dialog_get_settings(dialog));
   // Into a file it goes as it is.
   gtk_print_settings_set(settings.get(), GTK_PRINT_SETTINGS_OUTPUT_FILE_FORMAT, "pdf");
@@ -71,14 +71,14 @@ void print(std::unique_ptr<PrintRun> run, GtkPrintUnixDialog* dialog) {
   gtk_print_job_send(
       job.get(),
       [](GtkPrintJob*, gpointer data, const GError* error) {
-        static_cast<PrintRun*>(data)->ended(error == nullptr ? std::nullopt
-                                                             : std::optional(failed(error->message)));
+        static_cast<PaperRun*>(data)->ended(error == nullptr ? std::nullopt
+                                                             : std::optional(printingError(error->message)));
       },
-      run.release(), [](gpointer data) { std::default_delete<PrintRun>()(static_cast<PrintRun*>(data)); });
+      run.release(), [](gpointer data) { std::default_delete<PaperRun>()(static_cast<PaperRun*>(data)); });
 }
 
 void answered(GtkDialog* dialog, int response, gpointer data) {
-  std::unique_ptr<PrintRun> run(static_cast<PrintRun*>(data));
+  std::unique_ptr<PaperRun> run(static_cast<PaperRun*>(data));
   g_signal_handlers_disconnect_by_data(dialog, data);
   if (response == GTK_RESPONSE_OK) {
     print(std::move(run), GTK_PRINT_UNIX_DIALOG(dialog));
@@ -91,9 +91,9 @@ void answered(GtkDialog* dialog, int response, gpointer data) {
 }  // namespace
 
 void showPrintDialogue(const std::string& pdf, const NSPrintInfo& info, GtkWindow* parent, Ended ended) {
-  auto run = std::make_unique<PrintRun>(pdf);
+  auto run = std::make_unique<PaperRun>(pdf);
   run->ended = std::move(ended);
-  if (run->document.path().empty()) return run->ended(failed("No file can be made to print from"));
+  if (run->document.path().empty()) return run->ended(printingError("No file can be made to print from"));
   GtkWidget* const dialog = gtk_print_unix_dialog_new("Print", parent);
   auto* const printing = GTK_PRINT_UNIX_DIALOG(dialog);
   // The pages are laid out already: what is left is how many, and on what.

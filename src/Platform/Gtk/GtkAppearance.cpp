@@ -1,6 +1,7 @@
 #include "Platform/Gtk/GtkAppearance.h"
 
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/PortalRequest.h"
 
 #include <memory>
 #include <optional>
@@ -13,10 +14,8 @@ namespace platform {
 
 namespace {
 
-constexpr int answerTime = 100;
+constexpr int schemeTime = 100;
 constexpr guint32 preferDark = 1;
-constexpr const char* portalName = "org.freedesktop.portal.Desktop";
-constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
 constexpr const char* appearanceGroup = "org.freedesktop.appearance";
 constexpr const char* schemeKey = "color-scheme";
@@ -37,7 +36,7 @@ std::optional<bool> askPortal(GDBusConnection* connection) {
   const GVariantPtr reply(
       g_dbus_connection_call_sync(connection, portalName, portalPath, settingsInterface, "Read",
                                   g_variant_new("(ss)", appearanceGroup, schemeKey), G_VARIANT_TYPE("(v)"),
-                                  G_DBUS_CALL_FLAGS_NO_AUTO_START, answerTime, nullptr, nullptr));
+                                  G_DBUS_CALL_FLAGS_NO_AUTO_START, schemeTime, nullptr, nullptr));
   if (!reply) return std::nullopt;
   const GVariantPtr value(g_variant_get_child_value(reply.get(), 0));
   return isDarkIn(value.get());

@@ -16,11 +16,6 @@ namespace platform {
 
 namespace {
 
-template <class Content>
-const Content& contentOf(const Element& element) {
-  return std::get<Content>(element.content);
-}
-
 void insertIntoBox(GtkWidget* box, GtkWidget* child, GtkWidget* sibling) {
   if (gtk_widget_get_parent(child) == box) {
     gtk_box_reorder_child_after(GTK_BOX(box), child, sibling);

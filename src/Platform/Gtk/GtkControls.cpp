@@ -18,11 +18,6 @@ namespace platform {
 
 namespace {
 
-template <class Content>
-const Content& contentOf(const Element& element) {
-  return std::get<Content>(element.content);
-}
-
 float xalign(Alignment alignment) {
   if (alignment == Alignment::leading) return 0;
   return alignment == Alignment::trailing ? 1 : 0.5F;

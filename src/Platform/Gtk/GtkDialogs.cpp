@@ -26,7 +26,7 @@ GtkWindow* activeWindow() {
   return nullptr;
 }
 
-GtkWindow* windowOf(const NSView* view) {
+GtkWindow* windowUnder(const NSView* view) {
   if (view == nullptr) return activeWindow();
   // What a view is made of isn't its value.
   auto* based = dynamic_cast<GtkViewBase*>(const_cast<NSView*>(view));
@@ -108,7 +108,7 @@ void GtkDialogs::standAt(GtkWindow* window) {
 }
 
 GtkWindow* GtkDialogs::windowFor(const NSView* view) {
-  auto* found = windowOf(view);
+  auto* found = windowUnder(view);
   // Right after a dialogue the keyboard is on its way back to the window at which that one stood.
   const bool isOnItsWay = found == nullptr && view == nullptr && window_ != nullptr &&
                           gtk_widget_get_mapped(GTK_WIDGET(window_)) != FALSE;

@@ -28,7 +28,7 @@ namespace platform {
 
 namespace {
 
-constexpr std::int64_t mostBytes = std::int64_t{256} << 20U;
+constexpr std::int64_t mostRead = std::int64_t{256} << 20U;
 /// A photograph of 12,000 pixels each way, and a little more.
 constexpr double mostPixels = 1.5e8;
 /// So far a picture may differ from the shape that is wanted: one of a pixel's height would be scaled to a
@@ -59,7 +59,7 @@ FileDescriptor openPicture(const std::string& path) {
   FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status {};
   if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) ||
-      status.st_size > mostBytes) {
+      status.st_size > mostRead) {
     return {};
   }
   return file;
@@ -100,7 +100,7 @@ Pixbuf decode(const FileDescriptor& file, PixelSize size) {
     if (count == 0) break;
     total += std::max<ssize_t>(count, 0);
     // A file may grow while it is read.
-    isRead = count > 0 && total <= mostBytes &&
+    isRead = count > 0 && total <= mostRead &&
              gdk_pixbuf_loader_write(loader.get(), buffer.data(), static_cast<gsize>(count), nullptr) &&
              !wish.isRefused;
     if (!isRead) break;
@@ -143,9 +143,9 @@ Pixbuf load(const Loading& loading) {
   return decoded ? fitted(decoded, loading.pixels) : Pixbuf{};
 }
 
-class GtkImage : public NSImage, public GtkViewBase {
+class DecodedPicture : public NSImage, public GtkViewBase {
  public:
-  GtkImage(GdkPixbuf* picture, NSSize size)
+  DecodedPicture(GdkPixbuf* picture, NSSize size)
       : size_(size), root_(GObjectPtr<GtkWidget>::retain(gtk_overlay_new())) {
     const auto texture = GObjectPtr<GdkTexture>::adopt(gdk_texture_new_for_pixbuf(picture));
     // A picture asks for as many points as it has pixels; so it lies over what has its size.
@@ -156,12 +156,12 @@ class GtkImage : public NSImage, public GtkViewBase {
     gtk_picture_set_can_shrink(GTK_PICTURE(shown), TRUE);
     gtk_overlay_add_overlay(GTK_OVERLAY(root_.get()), shown);
   }
-  ~GtkImage() override {
+  ~DecodedPicture() override {
     if (GtkWidget* parent = gtk_widget_get_parent(root_.get()); parent != nullptr && GTK_IS_BOX(parent))
       gtk_box_remove(GTK_BOX(parent), root_.get());
   }
-  GtkImage(const GtkImage&) = delete;
-  GtkImage& operator=(const GtkImage&) = delete;
+  DecodedPicture(const DecodedPicture&) = delete;
+  DecodedPicture& operator=(const DecodedPicture&) = delete;
 
   GtkWidget* widget() override { return root_.get(); }
   NSRect frame() const override { return {{0, 0}, size_}; }
@@ -173,7 +173,7 @@ class GtkImage : public NSImage, public GtkViewBase {
 
 void loaded(const Loading& loading, const Pixbuf& picture) {
   if (!picture) debugLog("GtkImage", "loadImage(_:)", "A picture can't be drawn");
-  loading.completion(picture ? std::make_shared<GtkImage>(picture.get(), loading.points) : nullptr);
+  loading.completion(picture ? std::make_shared<DecodedPicture>(picture.get(), loading.points) : nullptr);
 }
 
 /// Of the display's densest monitor.

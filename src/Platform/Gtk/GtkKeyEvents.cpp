@@ -235,7 +235,7 @@ bool goesToNextPane(GtkWindow* window, GdkEvent* event) {
   return focusNextPane(window, flags == 0);
 }
 
-gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
+gboolean onKeyEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
   const auto gdkType = gdk_event_get_event_type(event);
   if (gdkType != GDK_KEY_PRESS && gdkType != GDK_KEY_RELEASE) return FALSE;
   if (seenKeys.contain(event)) {
@@ -307,7 +307,7 @@ void tellModifiers(GtkWindow* window) {
 void watchKeys(GtkWindow* window) {
   GtkEventController* controller = gtk_event_controller_legacy_new();
   gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
-  g_signal_connect(controller, "event", G_CALLBACK(onEvent), window);
+  g_signal_connect(controller, "event", G_CALLBACK(onKeyEvent), window);
   gtk_widget_add_controller(GTK_WIDGET(window), controller);
   watchButtons(window);
   g_signal_connect(window, "notify::is-active",

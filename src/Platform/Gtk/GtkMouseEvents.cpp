@@ -35,7 +35,7 @@ bool positionIn(GtkWidget* window, GdkEvent* event, double& x, double& y) {
   return true;
 }
 
-gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
+gboolean onMouseEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPointer) {
   const auto type = typeOf(event);
   if (!type) return FALSE;
   auto* window = static_cast<GtkWidget*>(windowPointer);
@@ -56,7 +56,7 @@ gboolean onEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowPoin
 void watchButtons(GtkWindow* window) {
   GtkEventController* controller = gtk_event_controller_legacy_new();
   gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
-  g_signal_connect(controller, "event", G_CALLBACK(onEvent), window);
+  g_signal_connect(controller, "event", G_CALLBACK(onMouseEvent), window);
   gtk_widget_add_controller(GTK_WIDGET(window), controller);
 }
 

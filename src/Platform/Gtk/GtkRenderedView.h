@@ -14,6 +14,12 @@
 
 namespace platform {
 
+/// The element's content, which is of the kind that is asked for.
+template <class Content>
+const Content& contentOf(const Element& element) {
+  return std::get<Content>(element.content);
+}
+
 /// A widget that stands for one element. Kinds derive from it and fill in their content. Main thread.
 class GtkRenderedView : public RenderedView {
  public:

@@ -27,7 +27,7 @@ std::vector<GObjectPtr<GtkWindow>> windowsOnShow() {
   return found;
 }
 
-NSError failed(const std::string& why) { return {"NSCocoaErrorDomain", 1, why}; }
+NSError serviceError(const std::string& why) { return {"NSCocoaErrorDomain", 1, why}; }
 
 }  // namespace
 
@@ -57,7 +57,7 @@ void GtkSystemServices::captureScreen(const ScreenCapture& capture,
   auto* const connection = surroundings_.connection();
   if (connection == nullptr) {
     DispatchQueue::main().async([completion = std::move(completion)] {
-      completion(tl::unexpected(failed("There is no D-Bus session")));
+      completion(tl::unexpected(serviceError("There is no D-Bus session")));
     });
     return;
   }
@@ -72,10 +72,10 @@ void GtkSystemServices::captureScreen(const ScreenCapture& capture,
   };
   callPortal(connection, "org.freedesktop.portal.Screenshot", "Screenshot", parameters,
              [completion = std::move(completion)](const PortalAnswer& answer) {
-               if (!answer) return completion(tl::unexpected(failed(answer.error())));
+               if (!answer) return completion(tl::unexpected(serviceError(answer.error())));
                const char* uri = nullptr;
                if (!g_variant_lookup(answer->get(), "uri", "&s", &uri)) {
-                 return completion(tl::unexpected(failed("The desktop told of no picture")));
+                 return completion(tl::unexpected(serviceError("The desktop told of no picture")));
                }
                completion(std::string(uri));
              });

@@ -15,8 +15,8 @@ bool isOwnPage(const char* uri) {
   return address == "about:blank" || address.starts_with("about:blank#");
 }
 
-gboolean decidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
-                      gpointer) {
+gboolean stayOnOwnPage(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
+                       gpointer) {
   if (type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) {
     auto* action =
         webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
@@ -123,7 +123,7 @@ void isolateSettings(WebKitSettings* settings) {
 }
 
 void isolatePage(WebKitWebView* view) {
-  g_signal_connect(view, "decide-policy", G_CALLBACK(decidePolicy), nullptr);
+  g_signal_connect(view, "decide-policy", G_CALLBACK(stayOnOwnPage), nullptr);
   g_signal_connect(view, "permission-request", G_CALLBACK(denyPermission), nullptr);
   g_signal_connect(view, "run-file-chooser", G_CALLBACK(refuseFiles), nullptr);
   g_signal_connect(view, "context-menu", G_CALLBACK(keepReadersItems), nullptr);

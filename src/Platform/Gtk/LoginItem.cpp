@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 constexpr mode_t entryMode = 0644;
 constexpr const char* group = "Desktop Entry";
 
-void log(const std::string& message) { debugLog("LoginItem", "setEnabled(_:_:)", message); }
+void logLoginItem(const std::string& message) { debugLog("LoginItem", "setEnabled(_:_:)", message); }
 
 fs::path entryOf(const std::string& identifier) {
   return fs::path(g_get_user_config_dir()) / "autostart" / (identifier + ".desktop");
@@ -30,20 +30,20 @@ fs::path entryOf(const std::string& identifier) {
 bool writeEntry(const std::string& identifier) {
   const auto program = ProgramFolders::programs() / identifier.substr(identifier.rfind('.') + 1);
   if (::access(program.c_str(), X_OK) != 0) {
-    log("The login helper isn't installed beside the program");
+    logLoginItem("The login helper isn't installed beside the program");
     return false;
   }
   const auto entry = entryOf(identifier);
   makePrivateFolder(entry.parent_path());
   const auto written = replaceFile(entry, LoginItem::entryFor(program.string()), entryMode);
-  if (!written) log("The autostart entry can't be written: " + forLog(written.error().why));
+  if (!written) logLoginItem("The autostart entry can't be written: " + forLog(written.error().why));
   return written.has_value();
 }
 
 bool removeEntry(const std::string& identifier) {
   std::error_code error;
   fs::remove(entryOf(identifier), error);
-  if (error) log("The autostart entry can't be removed: " + forLog(error.message()));
+  if (error) logLoginItem("The autostart entry can't be removed: " + forLog(error.message()));
   return !error;
 }
 
@@ -88,7 +88,7 @@ std::string LoginItem::quoted(const std::string& path) {
 bool LoginItem::isSandboxed() { return g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS) != FALSE; }
 
 void LoginItem::askPortal(bool isEnabled, GDBusConnection* connection) {
-  if (connection == nullptr) return log("There is no D-Bus session to ask the desktop by");
+  if (connection == nullptr) return logLoginItem("There is no D-Bus session to ask the desktop by");
   const auto parameters = [isEnabled](const char* token) {
     // The program itself: a helper that ends would end the sandbox with what it has started.
     const char* const command[] = {"velkin", nullptr};
@@ -104,10 +104,10 @@ void LoginItem::askPortal(bool isEnabled, GDBusConnection* connection) {
   };
   callPortal(connection, "org.freedesktop.portal.Background", "RequestBackground", parameters,
              [isEnabled](const PortalAnswer& answer) {
-               if (!answer) return log("The desktop didn't: " + forLog(answer.error()));
+               if (!answer) return logLoginItem("The desktop didn't: " + forLog(answer.error()));
                gboolean starts = FALSE;
                g_variant_lookup(answer->get(), "autostart", "b", &starts);
-               if ((starts != FALSE) != isEnabled) log("The desktop has it another way");
+               if ((starts != FALSE) != isEnabled) logLoginItem("The desktop has it another way");
              });
 }
 

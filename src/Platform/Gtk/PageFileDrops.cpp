@@ -19,7 +19,7 @@ namespace platform {
 namespace {
 
 /// All files of a drop together. They go to the page's process as text.
-constexpr goffset mostBytes = goffset{32} << 20;
+constexpr goffset mostDropped = goffset{32} << 20;
 
 /// With the files as JSON and the place in the page's own pixels. Nothing but files is in the transfer. What
 /// a page shows only while something is dragged over it gets a moment to come up.
@@ -91,7 +91,7 @@ class FileDrop : public PageDialogue {
   /// On a thread of its own: a file may lie far away.
   static void readFiles(GTask* task, gpointer, gpointer data, GCancellable* cancellable) {
     auto& job = *static_cast<Job*>(data);
-    goffset rest = mostBytes;
+    goffset rest = mostDropped;
     for (const auto& file : job.files) {
       const auto info = GObjectPtr<GFileInfo>::adopt(
           g_file_query_info(file.get(), "standard::type,standard::size,standard::display-name",

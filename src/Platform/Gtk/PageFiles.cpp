@@ -20,7 +20,7 @@ using Data = tl::expected<std::string, NSError>;
 
 constexpr std::size_t pdfLimit = std::size_t{2} << 30U;
 
-NSError errorOf(const char* why) { return {"WebKitErrorDomain", 1, why}; }
+NSError pageError(const char* why) { return {"WebKitErrorDomain", 1, why}; }
 
 /// Takes a file off the list of those used last. The toolkit puts what it prints there, a while after it has
 /// told that the printing is over.
@@ -57,8 +57,8 @@ class RecentFileEraser {
 };
 
 /// A print into a file of our own, which is gone with it.
-struct PrintRun {
-  explicit PrintRun(WKWebView::DataCompletion ended) : completion(std::move(ended)) {
+struct PdfRun {
+  explicit PdfRun(WKWebView::DataCompletion ended) : completion(std::move(ended)) {
     const GStringPtr name(g_build_filename(g_get_user_runtime_dir(), "velkin-page-XXXXXX", nullptr));
     if (const int file = g_mkstemp(name.get()); file >= 0) {
       close(file);
@@ -67,13 +67,13 @@ struct PrintRun {
       uri = address.get();
     }
   }
-  ~PrintRun() {
+  ~PdfRun() {
     if (path.empty()) return;
     RecentFileEraser::erase(uri);
     g_unlink(path.c_str());
   }
-  PrintRun(const PrintRun&) = delete;
-  PrintRun& operator=(const PrintRun&) = delete;
+  PdfRun(const PdfRun&) = delete;
+  PdfRun& operator=(const PdfRun&) = delete;
 
   WKWebView::DataCompletion completion;
   std::string path;
@@ -83,12 +83,12 @@ struct PrintRun {
 };
 
 void printEnded(WebKitPrintOperation*, gpointer data) {
-  const std::unique_ptr<PrintRun> run(static_cast<PrintRun*>(data));
-  if (!run->failure.empty()) return run->completion(tl::unexpected(errorOf(run->failure.c_str())));
+  const std::unique_ptr<PdfRun> run(static_cast<PdfRun*>(data));
+  if (!run->failure.empty()) return run->completion(tl::unexpected(pageError(run->failure.c_str())));
   auto contents = readWholeFile(run->path, pdfLimit);
-  if (!contents) return run->completion(tl::unexpected(errorOf(contents.error().why.c_str())));
+  if (!contents) return run->completion(tl::unexpected(pageError(contents.error().why.c_str())));
   if (!contents->bytes.starts_with("%PDF-")) {
-    return run->completion(tl::unexpected(errorOf("Nothing was printed")));
+    return run->completion(tl::unexpected(pageError("Nothing was printed")));
   }
   run->completion(std::move(contents->bytes));
 }
@@ -103,7 +103,7 @@ Data bytesOf(GInputStream* stream) {
   GError* error = nullptr;
   // It is in memory already.
   g_output_stream_splice(memory.get(), stream, G_OUTPUT_STREAM_SPLICE_CLOSE_TARGET, nullptr, &error);
-  if (const GErrorPtr owned(error); owned) return tl::unexpected(errorOf(owned->message));
+  if (const GErrorPtr owned(error); owned) return tl::unexpected(pageError(owned->message));
   auto* const buffer = G_MEMORY_OUTPUT_STREAM(memory.get());
   return std::string(static_cast<const char*>(g_memory_output_stream_get_data(buffer)),
                      g_memory_output_stream_get_data_size(buffer));
@@ -114,7 +114,7 @@ void saveEnded(GObject* view, GAsyncResult* result, gpointer data) {
   GError* error = nullptr;
   const auto stream =
       GObjectPtr<GInputStream>::adopt(webkit_web_view_save_finish(WEBKIT_WEB_VIEW(view), result, &error));
-  if (const GErrorPtr owned(error); owned) return run->completion(tl::unexpected(errorOf(owned->message)));
+  if (const GErrorPtr owned(error); owned) return run->completion(tl::unexpected(pageError(owned->message)));
   auto bytes = bytesOf(stream.get());
   if (bytes && run->hasDoctype) bytes = mhtmlWithDoctype(*std::move(bytes));
   run->completion(std::move(bytes));
@@ -124,8 +124,8 @@ void saveEnded(GObject* view, GAsyncResult* result, gpointer data) {
 
 void printToPDF(WebKitWebView* view, const WKPDFConfiguration& configuration,
                 WKWebView::DataCompletion completion) {
-  auto run = std::make_unique<PrintRun>(std::move(completion));
-  if (run->path.empty()) return run->completion(tl::unexpected(errorOf("No file can be made to print to")));
+  auto run = std::make_unique<PdfRun>(std::move(completion));
+  if (run->path.empty()) return run->completion(tl::unexpected(pageError("No file can be made to print to")));
   const auto settings = GObjectPtr<GtkPrintSettings>::adopt(gtk_print_settings_new());
   // The name of the toolkit's own printer, as it is in the user's language.
   gtk_print_settings_set_printer(settings.get(), g_dgettext("gtk40", "Print to File"));
@@ -139,7 +139,7 @@ void printToPDF(WebKitWebView* view, const WKPDFConfiguration& configuration,
   webkit_print_operation_set_print_settings(operation, settings.get());
   webkit_print_operation_set_page_setup(operation, setup.get());
   g_signal_connect(operation, "failed", G_CALLBACK(+[](WebKitPrintOperation*, GError* error, gpointer data) {
-                     static_cast<PrintRun*>(data)->failure = error->message;
+                     static_cast<PdfRun*>(data)->failure = error->message;
                    }),
                    run.get());
   // It comes after a failure, too.

@@ -4,6 +4,7 @@
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/DesktopKeySettings.h"
 #include "Platform/Gtk/GtkKeyCodes.h"
+#include "Platform/Gtk/PortalRequest.h"
 #include "Platform/Gtk/SessionKind.h"
 #include "Platform/LogText.h"
 #include "platform/BundleInfo.h"
@@ -16,14 +17,11 @@ namespace platform {
 
 namespace {
 
-constexpr const char* portalName = "org.freedesktop.portal.Desktop";
-constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* shortcutsInterface = "org.freedesktop.portal.GlobalShortcuts";
-constexpr const char* requestInterface = "org.freedesktop.portal.Request";
 constexpr const char* sessionInterface = "org.freedesktop.portal.Session";
 constexpr const char* registryInterface = "org.freedesktop.host.portal.Registry";
 
-void log(const std::string& message) { debugLog("PortalHotKeyGrabs", "bind()", message); }
+void logPortal(const std::string& message) { debugLog("PortalHotKeyGrabs", "bind()", message); }
 
 HotKeyNotice::Command command(const char* what, const char* action) {
   return {what, std::string("gapplication action ") + bundle::identifier + " " + action};
@@ -279,7 +277,7 @@ void PortalHotKeyGrabs::noteBound(GVariant* results) {
   for (const auto& [name, details] : shortcutsIn(results)) {
     const auto trigger = textIn(details.get(), "trigger_description");
     triggers_[std::string(name)] = trigger;
-    log("The desktop has bound " + forLog(name) + (trigger.empty() ? "" : " to " + forLog(trigger)));
+    logPortal("The desktop has bound " + forLog(name) + (trigger.empty() ? "" : " to " + forLog(trigger)));
   }
 }
 
@@ -298,7 +296,7 @@ std::function<void()> PortalHotKeyGrabs::settingsOpener() {
          g_variant_new("(os@a{sv})", session_.c_str(), "", options({})),
          [](GVariant* reply, const char* error) {
            if (reply != nullptr) return;
-           log("The portal has no settings to show: " + forLog(error));
+           logPortal("The portal has no settings to show: " + forLog(error));
            if (const auto open = desktopKeySettings()) open();
          });
   };
@@ -310,9 +308,9 @@ void PortalHotKeyGrabs::fail(const std::string& reason) {
       "commands:",
       {command("Open or close the popover", "toggle-popover"),
        command("Open or close the search bar", "toggle-search")}};
-  log("There are no global shortcuts: " + forLog(reason) +
-      ". In the desktop's keyboard settings, keys can be bound to:");
-  for (const auto& each : notice_->commands) log("  " + each.what + ": " + each.commandLine);
+  logPortal("There are no global shortcuts: " + forLog(reason) +
+            ". In the desktop's keyboard settings, keys can be bound to:");
+  for (const auto& each : notice_->commands) logPortal("  " + each.what + ": " + each.commandLine);
 }
 
 void PortalHotKeyGrabs::closeSession() {
@@ -392,7 +390,7 @@ void PortalHotKeyGrabs::request(const char* method,
   call(portalPath, shortcutsInterface, method, parameters(token.c_str()),
        [answer](GVariant* reply, const char* error) {
          if (reply != nullptr || std::exchange(answer->isGiven, true)) return;
-         log(forLog(error));
+         logPortal(forLog(error));
          answer->onResponse(nullptr);
        });
 }

@@ -8,10 +8,6 @@ namespace platform {
 
 namespace {
 
-constexpr const char* portalName = "org.freedesktop.portal.Desktop";
-constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
-constexpr const char* requestInterface = "org.freedesktop.portal.Request";
-
 /// Lives until the answer, shared by what may bring it.
 struct Run : std::enable_shared_from_this<Run> {
   GObjectPtr<GDBusConnection> connection;

@@ -10,6 +10,11 @@
 
 namespace platform {
 
+/// Where the desktop's portal stands on the session's bus.
+inline constexpr const char* portalName = "org.freedesktop.portal.Desktop";
+inline constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
+inline constexpr const char* requestInterface = "org.freedesktop.portal.Request";
+
 /// The results of a portal's answer (a{sv}), or why there are none: the portal's own words, or that the user
 /// said no.
 using PortalAnswer = tl::expected<GVariantPtr, std::string>;

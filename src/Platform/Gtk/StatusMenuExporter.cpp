@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* interfaceName = "com.canonical.dbusmenu";
 
-constexpr const char* introspection = R"xml(<node><interface name="com.canonical.dbusmenu">
+constexpr const char* menuIntrospection = R"xml(<node><interface name="com.canonical.dbusmenu">
   <property name="Version" type="u" access="read"/>
   <property name="TextDirection" type="s" access="read"/>
   <property name="Status" type="s" access="read"/>
@@ -84,7 +84,7 @@ void StatusMenuExporter::setMenu(std::shared_ptr<NSMenu> menu) {
 
 void StatusMenuExporter::registerOn(GDBusConnection* connection) {
   connection_ = connection;
-  static GDBusNodeInfo* info = g_dbus_node_info_new_for_xml(introspection, nullptr);
+  static GDBusNodeInfo* info = g_dbus_node_info_new_for_xml(menuIntrospection, nullptr);
   static const GDBusInterfaceVTable table = {onMethodCall, onGetProperty, nullptr, {}};
   registration_ = g_dbus_connection_register_object(connection, objectPath, info->interfaces[0], &table, this,
                                                     nullptr, nullptr);

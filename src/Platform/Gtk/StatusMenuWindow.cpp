@@ -13,7 +13,7 @@ namespace platform {
 namespace {
 
 constexpr const char* numberOfItem = "velkin-menu-item";
-constexpr int margin = 6;
+constexpr int spacing = 6;
 
 /// Of the width of a check mark, so that all titles start in one line.
 const char* markOf(NSMenuItem::State state) {
@@ -43,7 +43,7 @@ std::string keysOf(const NSMenuItem& item) {
   return label.get();
 }
 
-GtkWidget* text(const char* content) {
+GtkWidget* labelFor(const char* content) {
   GtkWidget* label = gtk_label_new(content);
   // A button's text is bold, a menu's isn't.
   gtk_widget_add_css_class(label, "body");
@@ -51,7 +51,7 @@ GtkWidget* text(const char* content) {
 }
 
 /// The program's window that has the keyboard; nullptr if none has.
-GtkWindow* activeWindow() {
+GtkWindow* activeWindowBelow() {
   GListModel* all = gtk_window_get_toplevels();
   for (guint i = 0; i < g_list_model_get_n_items(all); ++i) {
     const auto window = GObjectPtr<GtkWindow>::adopt(static_cast<GtkWindow*>(g_list_model_get_item(all, i)));
@@ -70,17 +70,17 @@ StatusMenuWindow::~StatusMenuWindow() { takeDown(); }
 GtkWidget* StatusMenuWindow::row(std::size_t number) {
   const auto& item = *menu_->items()[number];
   if (item.isSeparatorItem()) return gtk_separator_new(GTK_ORIENTATION_HORIZONTAL);
-  GtkWidget* line = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, margin);
-  GtkWidget* mark = text(markOf(item.state()));
+  GtkWidget* line = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, spacing);
+  GtkWidget* mark = labelFor(markOf(item.state()));
   gtk_label_set_width_chars(GTK_LABEL(mark), 2);
   gtk_box_append(GTK_BOX(line), mark);
-  GtkWidget* title = text(item.title().c_str());
+  GtkWidget* title = labelFor(item.title().c_str());
   gtk_label_set_xalign(GTK_LABEL(title), 0);
   gtk_widget_set_hexpand(title, TRUE);
   gtk_box_append(GTK_BOX(line), title);
-  GtkWidget* keys = text(keysOf(item).c_str());
+  GtkWidget* keys = labelFor(keysOf(item).c_str());
   gtk_widget_add_css_class(keys, "dim-label");
-  gtk_widget_set_margin_start(keys, 2 * margin);
+  gtk_widget_set_margin_start(keys, 2 * spacing);
   gtk_box_append(GTK_BOX(line), keys);
   auto* button = GTK_WIDGET(g_object_new(
       GTK_TYPE_BUTTON, "accessible-role",
@@ -146,7 +146,7 @@ bool StatusMenuWindow::keyPressed(guint key, GdkModifierType state) {
 
 void StatusMenuWindow::show(std::optional<PixelPoint> icon) {
   takeDown();
-  GtkWindow* const below = activeWindow();
+  GtkWindow* const below = activeWindowBelow();
   window_ = GTK_WINDOW(gtk_window_new());
   // The popover keeps itself above other windows, but for those that belong to it.
   gtk_window_set_transient_for(window_, below);
@@ -158,7 +158,7 @@ void StatusMenuWindow::show(std::optional<PixelPoint> icon) {
                                        "accessible-role", GTK_ACCESSIBLE_ROLE_MENU, nullptr));
   for (const auto set : {gtk_widget_set_margin_start, gtk_widget_set_margin_end, gtk_widget_set_margin_top,
                          gtk_widget_set_margin_bottom}) {
-    set(rows, margin);
+    set(rows, spacing);
   }
   for (std::size_t i = 0; i < menu_->items().size(); ++i) {
     if (!menu_->items()[i]->isHidden()) gtk_box_append(GTK_BOX(rows), row(i));

@@ -25,7 +25,7 @@ constexpr const char* itemInterface = "org.kde.StatusNotifierItem";
 constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
 constexpr const char* watcherPath = "/StatusNotifierWatcher";
 
-constexpr const char* introspection = R"xml(<node><interface name="org.kde.StatusNotifierItem">
+constexpr const char* itemIntrospection = R"xml(<node><interface name="org.kde.StatusNotifierItem">
   <property name="Category" type="s" access="read"/>
   <property name="Id" type="s" access="read"/>
   <property name="Title" type="s" access="read"/>
@@ -141,7 +141,7 @@ StatusNotifierItem::StatusNotifierItem(double length, GDBusConnection* connectio
     settle();
     return;
   }
-  static GDBusNodeInfo* info = g_dbus_node_info_new_for_xml(introspection, nullptr);
+  static GDBusNodeInfo* info = g_dbus_node_info_new_for_xml(itemIntrospection, nullptr);
   static const GDBusInterfaceVTable table = {onMethodCall, onGetProperty, nullptr, {}};
   registration_ = g_dbus_connection_register_object(connection_, itemPath, info->interfaces[0], &table, this,
                                                     nullptr, nullptr);

@@ -30,7 +30,7 @@ struct Composition {
 
 constexpr const char* compositionKey = "velkin-composition";
 
-Composition* known(GtkWidget* focus) {
+Composition* compositionAt(GtkWidget* focus) {
   if (focus == nullptr) return nullptr;
   return static_cast<Composition*>(g_object_get_data(G_OBJECT(focus), compositionKey));
 }
@@ -43,7 +43,7 @@ void followText(GtkWidget* text, Composition* composition) {
   auto* source =
       GTK_IS_TEXT_VIEW(text) ? G_OBJECT(gtk_text_view_get_buffer(GTK_TEXT_VIEW(text))) : G_OBJECT(text);
   g_signal_connect_object(source, "changed", G_CALLBACK(+[](GObject*, gpointer widget) {
-                            if (auto* changed = known(GTK_WIDGET(widget))) changed->committed();
+                            if (auto* changed = compositionAt(GTK_WIDGET(widget))) changed->committed();
                           }),
                           text, GConnectFlags(0));
 }
@@ -56,18 +56,19 @@ void followPage(WebKitWebView* view) {
                             char* preedit = nullptr;
                             webkit_input_method_context_get_preedit(method, &preedit, nullptr, nullptr);
                             const GStringPtr owned(preedit);
-                            if (auto* composition = known(GTK_WIDGET(page))) composition->setPreedit(preedit);
+                            if (auto* composition = compositionAt(GTK_WIDGET(page)))
+                              composition->setPreedit(preedit);
                           }),
                           view, GConnectFlags(0));
   g_signal_connect_object(context, "committed",
                           G_CALLBACK(+[](WebKitInputMethodContext*, const char*, gpointer page) {
-                            if (auto* composition = known(GTK_WIDGET(page))) composition->committed();
+                            if (auto* composition = compositionAt(GTK_WIDGET(page))) composition->committed();
                           }),
                           view, GConnectFlags(0));
 }
 
 Composition* compositionOf(GtkWidget* focus) {
-  if (auto* composition = known(focus)) return composition;
+  if (auto* composition = compositionAt(focus)) return composition;
   const bool isPage = focus != nullptr && WEBKIT_IS_WEB_VIEW(focus);
   if (!isPage && !GTK_IS_TEXT(focus) && !GTK_IS_TEXT_VIEW(focus)) return nullptr;
   auto* fresh = std::make_unique<Composition>().release();
@@ -113,7 +114,7 @@ void noteKeyOfText(GtkWidget* focus, guint keyval) {
 }
 
 bool isComposing(GtkWidget* focus) {
-  const auto* composition = known(focus);
+  const auto* composition = compositionAt(focus);
   return composition != nullptr && (composition->hasPreedit || composition->keys > 0);
 }
 

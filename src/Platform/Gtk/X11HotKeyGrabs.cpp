@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::uint8_t sentFlag = 0x80;
 
-void log(const std::string& message) { debugLog("X11HotKeyGrabs", "grab(_:)", message); }
+void logGrab(const std::string& message) { debugLog("X11HotKeyGrabs", "grab(_:)", message); }
 
 }  // namespace
 
@@ -39,7 +39,7 @@ bool X11HotKeyGrabs::connect() {
   int screenNumber = 0;
   connection_ = xcb_connect(nullptr, &screenNumber);
   if (xcb_connection_has_error(connection_) != 0) {
-    log("The display can't be opened: there are no global shortcuts");
+    logGrab("The display can't be opened: there are no global shortcuts");
     disconnect();
     return false;
   }
@@ -168,11 +168,11 @@ OSStatus X11HotKeyGrabs::grab(HotKeyCombination combination) {
   if (!connect()) return eventHotKeyInvalidErr;
   const auto key = serverKey(combination);
   if (!key) {
-    log(spoken(combination) + " is on no keyboard here: it can't be a global shortcut");
+    logGrab(spoken(combination) + " is on no keyboard here: it can't be a global shortcut");
     return eventHotKeyInvalidErr;
   }
   if (!grabOnServer(*key)) {
-    log(spoken(combination) + " is taken by another program: it will not reach Velkin");
+    logGrab(spoken(combination) + " is taken by another program: it will not reach Velkin");
     return eventHotKeyExistsErr;
   }
   grabs_[combination] = true;
@@ -242,7 +242,7 @@ void X11HotKeyGrabs::drain() {
     if (!alive || connection_ == nullptr) return;
   }
   if (xcb_connection_has_error(connection_) != 0) {
-    log("The display is gone");
+    logGrab("The display is gone");
     disconnect();
     return;
   }
@@ -299,7 +299,8 @@ void X11HotKeyGrabs::keyboardChanged() {
   for (auto& [combination, isHeld] : grabs_) {
     const auto key = serverKey(combination);
     isHeld = key && grabOnServer(*key);
-    if (!isHeld) log(spoken(combination) + " was lost with a change of the keyboard: another program has it");
+    if (!isHeld)
+      logGrab(spoken(combination) + " was lost with a change of the keyboard: another program has it");
   }
 }
 

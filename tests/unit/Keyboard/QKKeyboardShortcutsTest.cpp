@@ -11,13 +11,13 @@ std::string display(QKKeyboardShortcuts shortcut) {
   return getDisplayString(keyEquivalent(shortcut), category(shortcut));
 }
 
-struct Row {
+struct LabelRow {
   QKKeyboardShortcuts shortcut;
   const char* label;
   const char* shown;
 };
 
-class ShortcutRowTest : public testing::TestWithParam<Row> {};
+class ShortcutRowTest : public testing::TestWithParam<LabelRow> {};
 
 TEST_P(ShortcutRowTest, HasItsLabelAndIsShownWithItsGlyphs) {
   EXPECT_EQ(rawValue(GetParam().shortcut), GetParam().label);
@@ -26,22 +26,24 @@ TEST_P(ShortcutRowTest, HasItsLabelAndIsShownWithItsGlyphs) {
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, ShortcutRowTest,
-    testing::Values(Row{about, "About Velkin", ""}, Row{appearance, "Appearance...", "⇧⌘A"},
-                    Row{openBrowser, "Open In Browser", "⌘o"}, Row{preferencesMenu, "Toggle Menu", "⌘,"},
-                    Row{previewMenu, "Preview", ""}, Row{shortcuts, "Shortcuts", ""},
-                    Row{toolbar, "Show Toolbar", "⌥⌘t"},
-                    Row{experimentalEnabled, "Use Experimental Scripting", ""},
-                    Row{startAtLogin, "Start at Login", ""}, Row{stickyMenu, "Make Menu Sticky", "⇧⌘S"},
-                    Row{quit, "Quit", "⌘q"}, Row{find, "Find", "⌘f"}, Row{actualSize, "Actual Size", "⌘0"},
-                    Row{zoomIn, "Zoom In", "⌘+"}, Row{zoomOut, "Zoom Out", "⌘-"}, Row{back, "Back", "⌘["},
-                    Row{forward, "Forward", "⌘]"}, Row{reload, "Reload", "⌘r"},
-                    Row{reloadOrigin, "Reload From Origin", "⌥⌘r"}, Row{windowTaller, "Taller", "⌃⌘↓"},
-                    Row{windowShorter, "Shorter", "⌃⌘↑"}, Row{windowSlimmer, "Slimmer", "⌃⌘→"},
-                    Row{windowWider, "Wider", "⌃⌘←"}, Row{windowFullScreen, "Toggle Full Screen", "⌃⌘f"},
-                    Row{scrollUp, "Scroll Up", "pgup"}, Row{scrollDn, "Scroll Down", "pgdn"},
-                    Row{sideBard, "Bard", "⇧⌃⌘D"}, Row{sideBitBucket, "BitBucket", "⌃⌘b"},
-                    Row{sideChatGPT, "ChatGPT", "⌃⌘t"}, Row{sideGitLab, "GitLab", "⌃⌘g"},
-                    Row{sideHemingway, "Hemingway", "⌃⌘h"}, Row{sideJira, "Jira", "⌃⌘j"}));
+    testing::Values(LabelRow{about, "About Velkin", ""}, LabelRow{appearance, "Appearance...", "⇧⌘A"},
+                    LabelRow{openBrowser, "Open In Browser", "⌘o"},
+                    LabelRow{preferencesMenu, "Toggle Menu", "⌘,"}, LabelRow{previewMenu, "Preview", ""},
+                    LabelRow{shortcuts, "Shortcuts", ""}, LabelRow{toolbar, "Show Toolbar", "⌥⌘t"},
+                    LabelRow{experimentalEnabled, "Use Experimental Scripting", ""},
+                    LabelRow{startAtLogin, "Start at Login", ""},
+                    LabelRow{stickyMenu, "Make Menu Sticky", "⇧⌘S"}, LabelRow{quit, "Quit", "⌘q"},
+                    LabelRow{find, "Find", "⌘f"}, LabelRow{actualSize, "Actual Size", "⌘0"},
+                    LabelRow{zoomIn, "Zoom In", "⌘+"}, LabelRow{zoomOut, "Zoom Out", "⌘-"},
+                    LabelRow{back, "Back", "⌘["}, LabelRow{forward, "Forward", "⌘]"},
+                    LabelRow{reload, "Reload", "⌘r"}, LabelRow{reloadOrigin, "Reload From Origin", "⌥⌘r"},
+                    LabelRow{windowTaller, "Taller", "⌃⌘↓"}, LabelRow{windowShorter, "Shorter", "⌃⌘↑"},
+                    LabelRow{windowSlimmer, "Slimmer", "⌃⌘→"}, LabelRow{windowWider, "Wider", "⌃⌘←"},
+                    LabelRow{windowFullScreen, "Toggle Full Screen", "⌃⌘f"},
+                    LabelRow{scrollUp, "Scroll Up", "pgup"}, LabelRow{scrollDn, "Scroll Down", "pgdn"},
+                    LabelRow{sideBard, "Bard", "⇧⌃⌘D"}, LabelRow{sideBitBucket, "BitBucket", "⌃⌘b"},
+                    LabelRow{sideChatGPT, "ChatGPT", "⌃⌘t"}, LabelRow{sideGitLab, "GitLab", "⌃⌘g"},
+                    LabelRow{sideHemingway, "Hemingway", "⌃⌘h"}, LabelRow{sideJira, "Jira", "⌃⌘j"}));
 
 TEST(QKKeyboardShortcutsTest, CategoriesHaveTheirNamesInOrder) {
   std::string names;

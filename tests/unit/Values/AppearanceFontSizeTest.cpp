@@ -6,25 +6,25 @@
 namespace velkin {
 namespace {
 
-struct Row {
+struct FontSizeRow {
   AppearanceFontSize size;
   double zoom;
   std::string_view label;
 };
 
-constexpr Row rows[] = {{AppearanceFontSize::largest, 1.45, "Larger"},
-                        {AppearanceFontSize::larger, 1.2, " -- "},
-                        {AppearanceFontSize::normal, 1.0, "Default"},
-                        {AppearanceFontSize::smaller, 0.8, " -- "},
-                        {AppearanceFontSize::smallest, 0.55, "Smaller"}};
+constexpr FontSizeRow fontSizeRows[] = {{AppearanceFontSize::largest, 1.45, "Larger"},
+                                        {AppearanceFontSize::larger, 1.2, " -- "},
+                                        {AppearanceFontSize::normal, 1.0, "Default"},
+                                        {AppearanceFontSize::smaller, 0.8, " -- "},
+                                        {AppearanceFontSize::smallest, 0.55, "Smaller"}};
 
 TEST(AppearanceFontSizeTest, everyStepHasItsNumberAndLabelInOrder) {
-  ASSERT_EQ(std::size(rows), allAppearanceFontSizes.size());
-  for (std::size_t i = 0; i < std::size(rows); ++i) {
-    EXPECT_EQ(allAppearanceFontSizes[i], rows[i].size);
-    EXPECT_EQ(rawValue(rows[i].size), rows[i].zoom);
-    EXPECT_EQ(stringValue(rows[i].size), rows[i].label);
-    EXPECT_EQ(fromRawValue<AppearanceFontSize>(rows[i].zoom), rows[i].size);
+  ASSERT_EQ(std::size(fontSizeRows), allAppearanceFontSizes.size());
+  for (std::size_t i = 0; i < std::size(fontSizeRows); ++i) {
+    EXPECT_EQ(allAppearanceFontSizes[i], fontSizeRows[i].size);
+    EXPECT_EQ(rawValue(fontSizeRows[i].size), fontSizeRows[i].zoom);
+    EXPECT_EQ(stringValue(fontSizeRows[i].size), fontSizeRows[i].label);
+    EXPECT_EQ(fromRawValue<AppearanceFontSize>(fontSizeRows[i].zoom), fontSizeRows[i].size);
   }
 }
 

@@ -6,25 +6,25 @@
 namespace velkin {
 namespace {
 
-struct Row {
+struct HeightRow {
   AppearanceHeight height;
   double points;
   std::string_view label;
 };
 
-constexpr Row rows[] = {{AppearanceHeight::shortHeight, 480, "Short"},
-                        {AppearanceHeight::medium, 600, "Medium"},
-                        {AppearanceHeight::tall, 980, "Tall"},
-                        {AppearanceHeight::giant, 1240, "Giant"},
-                        {AppearanceHeight::full, 2160, "Full"}};
+constexpr HeightRow heightRows[] = {{AppearanceHeight::shortHeight, 480, "Short"},
+                                    {AppearanceHeight::medium, 600, "Medium"},
+                                    {AppearanceHeight::tall, 980, "Tall"},
+                                    {AppearanceHeight::giant, 1240, "Giant"},
+                                    {AppearanceHeight::full, 2160, "Full"}};
 
 TEST(AppearanceHeightTest, everyStepHasItsNumberAndLabelInOrder) {
-  ASSERT_EQ(std::size(rows), allAppearanceHeights.size());
-  for (std::size_t i = 0; i < std::size(rows); ++i) {
-    EXPECT_EQ(allAppearanceHeights[i], rows[i].height);
-    EXPECT_EQ(rawValue(rows[i].height), rows[i].points);
-    EXPECT_EQ(stringValue(rows[i].height), rows[i].label);
-    EXPECT_EQ(fromRawValue<AppearanceHeight>(rows[i].points), rows[i].height);
+  ASSERT_EQ(std::size(heightRows), allAppearanceHeights.size());
+  for (std::size_t i = 0; i < std::size(heightRows); ++i) {
+    EXPECT_EQ(allAppearanceHeights[i], heightRows[i].height);
+    EXPECT_EQ(rawValue(heightRows[i].height), heightRows[i].points);
+    EXPECT_EQ(stringValue(heightRows[i].height), heightRows[i].label);
+    EXPECT_EQ(fromRawValue<AppearanceHeight>(heightRows[i].points), heightRows[i].height);
   }
 }
 
@@ -39,7 +39,7 @@ TEST(AppearanceHeightTest, everyOtherNumberIsMedium) {
 }
 
 TEST(AppearanceHeightTest, sizesFollowFromTheNumber) {
-  for (const auto& row : rows) {
+  for (const auto& row : heightRows) {
     EXPECT_EQ(windowSize(row.height), row.points);
     EXPECT_DOUBLE_EQ(previewSize(row.height), row.points / 10);
   }

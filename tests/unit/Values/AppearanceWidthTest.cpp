@@ -6,25 +6,25 @@
 namespace velkin {
 namespace {
 
-struct Row {
+struct WidthRow {
   AppearanceWidth width;
   double points;
   std::string_view label;
 };
 
-constexpr Row rows[] = {{AppearanceWidth::slim, 340, "Slim"},
-                        {AppearanceWidth::medium, 600, "Medium"},
-                        {AppearanceWidth::wide, 980, "Wide"},
-                        {AppearanceWidth::broad, 1420, "Broad"},
-                        {AppearanceWidth::full, 3840, "Full"}};
+constexpr WidthRow widthRows[] = {{AppearanceWidth::slim, 340, "Slim"},
+                                  {AppearanceWidth::medium, 600, "Medium"},
+                                  {AppearanceWidth::wide, 980, "Wide"},
+                                  {AppearanceWidth::broad, 1420, "Broad"},
+                                  {AppearanceWidth::full, 3840, "Full"}};
 
 TEST(AppearanceWidthTest, everyStepHasItsNumberAndLabelInOrder) {
-  ASSERT_EQ(std::size(rows), allAppearanceWidths.size());
-  for (std::size_t i = 0; i < std::size(rows); ++i) {
-    EXPECT_EQ(allAppearanceWidths[i], rows[i].width);
-    EXPECT_EQ(rawValue(rows[i].width), rows[i].points);
-    EXPECT_EQ(stringValue(rows[i].width), rows[i].label);
-    EXPECT_EQ(fromRawValue<AppearanceWidth>(rows[i].points), rows[i].width);
+  ASSERT_EQ(std::size(widthRows), allAppearanceWidths.size());
+  for (std::size_t i = 0; i < std::size(widthRows); ++i) {
+    EXPECT_EQ(allAppearanceWidths[i], widthRows[i].width);
+    EXPECT_EQ(rawValue(widthRows[i].width), widthRows[i].points);
+    EXPECT_EQ(stringValue(widthRows[i].width), widthRows[i].label);
+    EXPECT_EQ(fromRawValue<AppearanceWidth>(widthRows[i].points), widthRows[i].width);
   }
 }
 
@@ -42,7 +42,7 @@ TEST(AppearanceWidthTest, everyOtherNumberIsMedium) {
 }
 
 TEST(AppearanceWidthTest, sizesFollowFromTheNumber) {
-  for (const auto& row : rows) {
+  for (const auto& row : widthRows) {
     EXPECT_EQ(windowSize(row.width), row.points);
     EXPECT_DOUBLE_EQ(previewSize(row.width), row.points / 10);
     EXPECT_EQ(searchBarSize(row.width), 720) << "one width for all";

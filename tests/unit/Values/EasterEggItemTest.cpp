@@ -9,7 +9,7 @@ namespace {
 
 using Item = EasterEggItem;
 
-struct Row {
+struct EggRow {
   Item item;
   std::string_view title;
   std::string_view keyString;
@@ -17,7 +17,7 @@ struct Row {
   std::string_view address;
 };
 
-constexpr Row rows[] = {
+constexpr EggRow eggRows[] = {
     {Item::chatGPT, "AI", "⌘T", "chatUrl", "https://chat.openai.com/chat"},
     {Item::bard, "Bard", "⌘D", "bardUrl", "https://bard.google.com/"},
     {Item::bitBucket, "BitBucket", "⌘B", "bitUrl", "https://bitbucket.org/"},
@@ -33,25 +33,25 @@ class EasterEggItemTest : public testing::Test {
 };
 
 TEST_F(EasterEggItemTest, everyItemHasItsTexts) {
-  ASSERT_EQ(std::size(rows), allEasterEggItems.size());
-  for (std::size_t i = 0; i < std::size(rows); ++i) {
-    EXPECT_EQ(allEasterEggItems[i], rows[i].item);
-    EXPECT_EQ(title(rows[i].item), rows[i].title);
-    EXPECT_EQ(keyString(rows[i].item), rows[i].keyString);
+  ASSERT_EQ(std::size(eggRows), allEasterEggItems.size());
+  for (std::size_t i = 0; i < std::size(eggRows); ++i) {
+    EXPECT_EQ(allEasterEggItems[i], eggRows[i].item);
+    EXPECT_EQ(title(eggRows[i].item), eggRows[i].title);
+    EXPECT_EQ(keyString(eggRows[i].item), eggRows[i].keyString);
   }
 }
 
 TEST_F(EasterEggItemTest, withNothingStoredTheBuiltInAddressIsRead) {
-  for (const auto& row : rows) EXPECT_EQ(url(row.item), row.address) << row.title;
+  for (const auto& row : eggRows) EXPECT_EQ(url(row.item), row.address) << row.title;
 }
 
 TEST_F(EasterEggItemTest, anItemWritesItsKeyAndReadsItBack) {
-  for (const auto& row : rows) {
+  for (const auto& row : eggRows) {
     setUrl(row.item, "https://example.org/");
     EXPECT_EQ(platform_.userDefaults.stringForKey(row.key), "https://example.org/");
     EXPECT_EQ(url(row.item), "https://example.org/");
   }
-  EXPECT_EQ(platform_.userDefaults.stored().size(), std::size(rows));
+  EXPECT_EQ(platform_.userDefaults.stored().size(), std::size(eggRows));
 }
 
 TEST_F(EasterEggItemTest, anApiKeyNeedNotBeAnAddressAndMayBeEmpty) {

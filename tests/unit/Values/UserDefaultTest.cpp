@@ -6,12 +6,12 @@
 namespace velkin {
 namespace {
 
-struct Row {
+struct UserDefaultRow {
   UserDefault setting;
   std::string_view key;
 };
 
-constexpr Row expectedRows[] = {
+constexpr UserDefaultRow expectedRows[] = {
     {UserDefault::experimentalEnabled, "experimentalEnabled"},
     {UserDefault::showToolBar, "showToolBar"},
     {UserDefault::startAtLogin, "startAtLogin"},

@@ -14,7 +14,7 @@ using Type = WebViewSwitchType;
 
 constexpr std::string_view chat = "https://chat.openai.com/chat";
 
-struct Row {
+struct ViewRow {
   Type type;
   int number;
   std::string_view name;
@@ -24,7 +24,7 @@ struct Row {
   std::optional<UserDefault> written;
 };
 
-const Row rows[] = {
+const ViewRow viewRows[] = {
     {Type::chatgpt, 0, "ChatGPT", chat, UserDefault::chatUrl, EasterEggItem::chatGPT, UserDefault::chatUrl},
     {Type::bard, 1, "Bard", "https://bard.google.com/", UserDefault::bardUrl, EasterEggItem::bard,
      UserDefault::bardUrl},
@@ -49,8 +49,8 @@ class WebViewSwitchTypeTest : public testing::Test {
 };
 
 TEST_F(WebViewSwitchTypeTest, everyRowOfTheCatalogue) {
-  ASSERT_EQ(std::size(rows), allWebViewSwitchTypes.size());
-  for (const auto& row : rows) {
+  ASSERT_EQ(std::size(viewRows), allWebViewSwitchTypes.size());
+  for (const auto& row : viewRows) {
     EXPECT_EQ(allWebViewSwitchTypes[static_cast<std::size_t>(row.number)], row.type);
     EXPECT_EQ(rawValue(row.type), row.number);
     EXPECT_EQ(fromRawValue<Type>(row.number), row.type);
@@ -70,7 +70,7 @@ TEST_F(WebViewSwitchTypeTest, noNumberOutsideTheCatalogueIsAView) {
 }
 
 TEST_F(WebViewSwitchTypeTest, setUrlWritesTheSettingOfTheRowAndNothingElse) {
-  for (const auto& row : rows) {
+  for (const auto& row : viewRows) {
     const auto before = platform_.userDefaults.stored();
     const auto text = "https://example.org/" + std::to_string(row.number);
     setUrl(row.type, text);
@@ -81,14 +81,14 @@ TEST_F(WebViewSwitchTypeTest, setUrlWritesTheSettingOfTheRowAndNothingElse) {
 }
 
 TEST_F(WebViewSwitchTypeTest, aFreshInstallationOpensTheBuiltInAddress) {
-  for (const auto& row : rows) {
+  for (const auto& row : viewRows) {
     if (row.type == Type::onboarding) continue;
     EXPECT_EQ(getUrl(row.type).absoluteString(), row.address);
   }
 }
 
 TEST_F(WebViewSwitchTypeTest, aWebViewOpensItsStoredAddress) {
-  for (const auto& row : rows) {
+  for (const auto& row : viewRows) {
     if (!isWebView(row.type)) continue;
     for (const char* text : {"https://example.org/x", "foo"}) {
       setUrl(row.type, text);
@@ -98,7 +98,7 @@ TEST_F(WebViewSwitchTypeTest, aWebViewOpensItsStoredAddress) {
 }
 
 TEST_F(WebViewSwitchTypeTest, aClearedOrWronglyTypedAddressOpensTheBuiltInOne) {
-  for (const auto& row : rows) {
+  for (const auto& row : viewRows) {
     if (!isWebView(row.type)) continue;
     setUrl(row.type, "");
     EXPECT_EQ(getUrl(row.type).absoluteString(), row.address);
