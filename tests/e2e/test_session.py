@@ -22,11 +22,20 @@ def processesOf(folder):
     return found
 
 
+def hearInterrupts():
+    """A shell's job in the background ignores them, and so does all that it starts."""
+    signal.signal(signal.SIGINT, signal.SIG_DFL)
+
+
 class TraySession(unittest.TestCase):
     def start(self, *command, options=()):
         process = subprocess.Popen([SESSION / "tray-session", *options, "--", *command], stdin=subprocess.DEVNULL,
-                                   stdout=subprocess.PIPE, text=True, start_new_session=True)
+                                   stdout=subprocess.PIPE, text=True, start_new_session=True,
+                                   preexec_fn=hearInterrupts)
         self.addCleanup(process.stdout.close)
+        # What a failed test has left would hold up whoever waits for the end of its output.
+        self.addCleanup(process.wait, 60)
+        self.addCleanup(process.terminate)
         return process
 
     def testEndsWithTheCommandsExitCode(self):

@@ -60,10 +60,7 @@ class PageMannersTest : public GtkFixture {
 
   static WebEngine& engine() { return GtkPlatform::shared().webEngine(); }
   PopoverWindow& popoverWindow() { return dynamic_cast<PopoverWindow&>(*popover); }
-  std::string site() const {
-    const auto address = server.address("");
-    return address;
-  }
+  std::string site() const { return server.address(""); }
 
   void load(const std::string& html) {
     page = "<!DOCTYPE html><title>page</title><body style='margin:0'>" + html;

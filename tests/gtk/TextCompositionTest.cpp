@@ -76,6 +76,59 @@ TEST_F(TextCompositionTest, EscapeGivesUpTheCompositionBeforeItClosesAnything) {
   EXPECT_TRUE(wait([&] { return escapes == 1; }));
 }
 
+/// Takes each key from the field, as the toolkit's side of a method in another process does.
+class SlowMethod {
+ public:
+  explicit SlowMethod(GtkWidget* field) : field_(field) {
+    GtkEventController* keys = gtk_event_controller_key_new();
+    gtk_event_controller_set_propagation_phase(keys, GTK_PHASE_CAPTURE);
+    g_signal_connect(
+        keys, "key-pressed",
+        G_CALLBACK(+[](GtkEventControllerKey*, guint keyval, guint, GdkModifierType, gpointer self) {
+          static_cast<SlowMethod*>(self)->taken.emplace_back(gdk_keyval_name(keyval));
+          return TRUE;
+        }),
+        this);
+    gtk_widget_add_controller(field, keys);
+  }
+
+  /// What it has composed of the keys that it took.
+  void answer(const char* preedit) { g_signal_emit_by_name(field_, "preedit-changed", preedit); }
+
+  std::vector<std::string> taken;
+
+ private:
+  GtkWidget* field_;
+};
+
+TEST_F(TextCompositionTest, WhatFollowsALetterGoesWhereItWentUntilTheMethodHasAnswered) {
+  showField();
+  SlowMethod method(field);
+  keys("c Escape");
+  ASSERT_TRUE(wait([&] { return method.taken.size() == 2; })) << escapes << " Escapes went elsewhere";
+  EXPECT_EQ(method.taken, (std::vector<std::string>{"c", "Escape"}));
+  method.answer("c");
+  EXPECT_TRUE(isComposing(field));
+  method.answer("");
+  EXPECT_FALSE(isComposing(field));
+  keys("Escape");
+  EXPECT_TRUE(wait([&] { return escapes == 1; })) << "it has answered: nothing is composed";
+}
+
+TEST_F(TextCompositionTest, ALetterThatIsWrittenIsAnswered) {
+  showField();
+  keys("c Escape");
+  EXPECT_TRUE(wait([&] { return escapes == 1; })) << fieldText();
+  EXPECT_EQ(fieldText(), "c");
+}
+
+TEST_F(TextCompositionTest, ACommandIsNoLetterThatIsAnswered) {
+  showField();
+  SlowMethod method(field);
+  keys("ctrl+c Escape");
+  EXPECT_TRUE(wait([&] { return escapes == 1; }));
+}
+
 TEST_F(TextCompositionTest, ADeadKeyAndALetterAreComposed) {
   showField();
   keys("dead_acute e");

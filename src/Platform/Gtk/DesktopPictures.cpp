@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <map>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <gio/gio.h>
@@ -204,10 +205,10 @@ std::optional<std::string> plasmaDesktopPicture(std::string_view applets, const 
   for (const auto& [name, desktop] : desktops) {
     const auto image = desktop.images.find(desktop.plugin);
     if (image == desktop.images.end()) continue;
-    const auto path = pathOf(image->second);
+    auto path = pathOf(image->second);
     if (!path) continue;
     if (desktop.screen == std::to_string(monitor.number)) return path;
-    if (!any) any = path;
+    if (!any) any = std::move(path);
   }
   return any;
 }

@@ -203,13 +203,6 @@ bool isTakenAsRawKey(const NSEvent& key) {
   return target.isWanted({raw.eventClass, raw.kind}) && target.sendEvent(raw) == noErr;
 }
 
-/// While an input method composes, it is the first to get the keys that end or change that.
-bool belongsToComposition(GtkWidget* focus, guint keyval) {
-  const bool isItsKey = isComposing(focus) && isKeyOfCompositions(keyval);
-  noteKeyOfText(focus, keyval);
-  return isItsKey;
-}
-
 bool isTab(guint keyval) {
   return keyval == GDK_KEY_Tab || keyval == GDK_KEY_ISO_Left_Tab || keyval == GDK_KEY_KP_Tab;
 }
@@ -270,7 +263,7 @@ gboolean onKeyEvent(GtkEventControllerLegacy*, GdkEvent* event, gpointer windowP
   if (isTakenAsRawKey(key)) return TRUE;
   auto* window = GTK_WINDOW(windowPointer);
   GtkWidget* focus = gtk_window_get_focus(window);
-  if (isPress && belongsToComposition(focus, gdk_key_event_get_keyval(event))) return FALSE;
+  if (isPress && belongsToComposition(focus, event)) return FALSE;
   auto& app = NSApp();
   app.currentEvent = key;
   const KeyEventScope scope(window);

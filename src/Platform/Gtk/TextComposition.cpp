@@ -3,6 +3,7 @@
 #include "Platform/Gtk/GObjectPtr.h"
 
 #include <memory>
+#include <optional>
 
 #include <webkit/webkit.h>
 
@@ -15,18 +16,29 @@ struct Composition {
   bool hasPreedit = false;
   /// Dead keys and what followed them. The toolkit's own method shows nothing of them.
   int keys = 0;
+  /// When a letter went to the widget of which nothing has come yet. A method in another process takes its
+  /// time, and what follows meanwhile follows a composition perhaps. Milliseconds, as events tell them.
+  std::optional<guint32> unanswered;
 
-  void setPreedit(const char* preedit) { hasPreedit = preedit != nullptr && *preedit != '\0'; }
+  void setPreedit(const char* preedit) {
+    unanswered.reset();
+    hasPreedit = preedit != nullptr && *preedit != '\0';
+  }
   /// Of a dead key alone nothing comes: what is committed then came before it, from a method in another
   /// process.
   void committed() {
+    unanswered.reset();
     if (keys != 1) forget();
   }
   void forget() {
     hasPreedit = false;
     keys = 0;
+    unanswered.reset();
   }
 };
+
+/// A method that answers later than this doesn't answer at all.
+constexpr guint32 answerLimit = 2000;
 
 constexpr const char* compositionKey = "velkin-composition";
 
@@ -98,29 +110,51 @@ bool isModifier(guint keyval) {
          keyval == GDK_KEY_Mode_switch;
 }
 
+/// The keys that change, end or give up a composition.
+bool isKeyOfCompositions(guint keyval) {
+  return keyval == GDK_KEY_BackSpace || keyval == GDK_KEY_Delete || keyval == GDK_KEY_KP_Delete ||
+         keyval == GDK_KEY_Escape || keyval == GDK_KEY_Return || keyval == GDK_KEY_KP_Enter;
+}
+
+/// A page has keys without text, and answers to them in its own ways.
+bool isAwaitedFrom(GtkWidget* focus, GdkEvent* key) {
+  constexpr unsigned commands = GDK_CONTROL_MASK | GDK_ALT_MASK | GDK_SUPER_MASK | GDK_META_MASK;
+  constexpr guint32 firstPrinted = 0x20;
+  const guint keyval = gdk_key_event_get_keyval(key);
+  return !WEBKIT_IS_WEB_VIEW(focus) && !isKeyOfCompositions(keyval) &&
+         gdk_keyval_to_unicode(keyval) >= firstPrinted && (gdk_event_get_modifier_state(key) & commands) == 0;
+}
+
+/// Counts dead keys and what follows them.
+void count(Composition& composition, guint keyval) {
+  if (isModifier(keyval)) return;
+  if (composition.keys == 0 && !isDeadKey(keyval)) return;
+  if (keyval == GDK_KEY_BackSpace) {
+    --composition.keys;
+  } else if (isKeyOfCompositions(keyval)) {
+    composition.keys = 0;
+  } else {
+    ++composition.keys;
+  }
+}
+
 }  // namespace
 
-void noteKeyOfText(GtkWidget* focus, guint keyval) {
+bool belongsToComposition(GtkWidget* focus, GdkEvent* key) {
   auto* composition = compositionOf(focus);
-  if (composition == nullptr || isModifier(keyval)) return;
-  if (composition->keys == 0 && !isDeadKey(keyval)) return;
-  if (keyval == GDK_KEY_BackSpace) {
-    --composition->keys;
-  } else if (isKeyOfCompositions(keyval)) {
-    composition->keys = 0;
-  } else {
-    ++composition->keys;
-  }
+  if (composition == nullptr) return false;
+  const guint keyval = gdk_key_event_get_keyval(key);
+  const guint32 now = gdk_event_get_time(key);
+  const bool mayBeComposing = composition->unanswered && now - *composition->unanswered < answerLimit;
+  const bool isItsKey = isKeyOfCompositions(keyval) && (isComposing(focus) || mayBeComposing);
+  count(*composition, keyval);
+  if (isAwaitedFrom(focus, key)) composition->unanswered = now;
+  return isItsKey;
 }
 
 bool isComposing(GtkWidget* focus) {
   const auto* composition = compositionAt(focus);
   return composition != nullptr && (composition->hasPreedit || composition->keys > 0);
-}
-
-bool isKeyOfCompositions(guint keyval) {
-  return keyval == GDK_KEY_BackSpace || keyval == GDK_KEY_Delete || keyval == GDK_KEY_KP_Delete ||
-         keyval == GDK_KEY_Escape || keyval == GDK_KEY_Return || keyval == GDK_KEY_KP_Enter;
 }
 
 }  // namespace platform
