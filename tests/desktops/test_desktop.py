@@ -20,6 +20,9 @@ POP_UP = "ctrl+shift+t"
 SEARCH = "ctrl+shift+r"
 # The desktops whose trays keep the single click for the menu.
 DOUBLE_CLICK = {"gnome", "gnome-wayland"}
+# The desktops whose panels give up a menu now and then that they have just opened: its window is never mapped, though all
+# that they ask of the program is the same as ever.
+FORGETFUL = {"cinnamon"}
 # Of the page that the tests' server gives.
 HEAD = (0x0f, 0x7b, 0x5f)
 # How far from the menu's end the items are: "Quit" is the first upwards. GNOME's menus are entered from above.
@@ -299,8 +302,19 @@ class Desktop(VelkinTestCase):
         # What the panel shows under the pointer, a tooltip above all.
         settle(2)
         self.before = self.session.pixels().astype(int)
-        self.desktop.click(*self.session.iconPosition(), 3)
-        waitFor("the menu", lambda: self.changed() > 15000, 15, self.changed)
+        place = self.session.iconPosition()
+        self.desktop.click(*place, 3)
+        try:
+            waitFor("the menu", lambda: self.changed() > 15000, 15, self.changed)
+        except AssertionError:
+            if self.name not in FORGETFUL:
+                raise
+            # It holds the menu for open, so the next click closes it.
+            self.tell("the panel gave up its menu at the first right click")
+            self.desktop.click(*place, 3)
+            settle(1)
+            self.desktop.click(*place, 3)
+            waitFor("the menu", lambda: self.changed() > 15000, 15, self.changed)
         left, top, right, bottom = self.workArea()
         pictures = [None, None]
 
