@@ -61,7 +61,8 @@ std::vector<Point> firstLetter(Observer& screen, const Area& editor) {
   for (int x = 0; x < line.width(); ++x) {
     std::vector<Point> column;
     for (int y = 0; y < line.height(); ++y) {
-      const auto at = static_cast<std::size_t>(y * line.width() + x);
+      const auto at =
+          static_cast<std::size_t>(y) * static_cast<std::size_t>(line.width()) + static_cast<std::size_t>(x);
       if (before[at] == white && after[at] != white) column.push_back({line.left + x, line.top + y});
     }
     if (column.size() < cursorHeight) points.insert(points.end(), column.begin(), column.end());

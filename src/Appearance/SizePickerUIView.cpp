@@ -18,6 +18,7 @@ template <class Scale, class Size>
 View scalePicker(const std::string& title, const Scale& scale, const Binding<Size>& selected,
                  std::function<void(Size)> chosen) {
   std::vector<std::string> labels;
+  labels.reserve(scale.size());
   for (const auto size : scale) labels.emplace_back(stringValue(size));
   const Binding<int> position(
       [scale, selected] {

@@ -22,7 +22,7 @@ constexpr double loadPatience = 0.5;
 constexpr std::string_view ownPage = "about:blank";
 
 bool isOwnPage(const platform::URL& url) {
-  const auto address = url.absoluteString();
+  const auto& address = url.absoluteString();
   return address == ownPage || address.starts_with(std::string(ownPage) + "#");
 }
 

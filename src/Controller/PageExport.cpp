@@ -127,7 +127,8 @@ void PageExport::saveAsWebArchive() {
   });
 }
 
-void PageExport::ask(const Token& token, platform::NSSavePanel panel, const char* logLine, Bytes bytes) {
+void PageExport::ask(const Token& token, const platform::NSSavePanel& panel, const char* logLine,
+                     Bytes bytes) {
   if (const auto run = token.lock()) run->isAsked = true;
   const auto* view = &content_.popover->contentViewController()->view();
   panel.beginSheetModal(view, [this, token, logLine, bytes = std::move(bytes)](const auto& choice) {

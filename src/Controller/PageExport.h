@@ -42,7 +42,7 @@ class PageExport {
   std::shared_ptr<Run> begin();
   void end(const char* logLine, const std::string& why);
   void createPdf(const Token& token, const std::string& html);
-  void ask(const Token& token, platform::NSSavePanel panel, const char* logLine, Bytes bytes);
+  void ask(const Token& token, const platform::NSSavePanel& panel, const char* logLine, Bytes bytes);
 
   PopoverContent& content_;
   std::shared_ptr<Run> run_;

@@ -76,7 +76,7 @@ View ShortcutsUIView::globalSection() const {
 
 View ShortcutsUIView::footnote() const {
   const auto text = std::string("-- Edit URL") + (isHemingwayEnabled->get() ? "s" : "") + " & API Key --";
-  const auto label = Text(text).font(Font::footnote).foregroundColor(Color::Role::secondary);
+  auto label = Text(text).font(Font::footnote).foregroundColor(Color::Role::secondary);
   if (delegate == nullptr) return label;
   return Button(
       label, [target = delegate] { target->didClickEditUrlsButton(); }, ButtonStyle::borderless);

@@ -40,7 +40,7 @@ PixelPoint pixelOfClick(PixelPoint told, PixelPoint pointer, int scale, bool isP
   constexpr int iconReach = 64;
   const PixelPoint scaled{told.x * scale, told.y * scale};
   const auto best = squareOfDistance(scaled, pointer) < squareOfDistance(told, pointer) ? scaled : told;
-  const auto reach = iconReach * scale;
+  const auto reach = std::int64_t{iconReach} * scale;
   return isPointerOnPanel && squareOfDistance(best, pointer) > reach * reach ? pointer : best;
 }
 

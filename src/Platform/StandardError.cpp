@@ -40,6 +40,14 @@ void StandardError::writeLine(std::string_view line) {
   rest_ = text.substr(written);
 }
 
+int StandardError::writable(bool isOrdinaryFile) {
+  // At the end of what others wrote, which a way of our own would not know.
+  if (isOrdinaryFile) return file_;
+  if (const int own = withoutWaiting(); own >= 0) return own;
+  pollfd room{file_, POLLOUT, 0};
+  return poll(&room, 1, 0) == 1 ? file_ : -1;
+}
+
 std::size_t StandardError::write(std::string_view text) {
   struct stat status {};
   if (fstat(file_, &status) != 0) return 0;
@@ -52,13 +60,8 @@ std::size_t StandardError::write(std::string_view text) {
   ssize_t count = -1;
   if (S_ISSOCK(status.st_mode)) {
     count = send(file_, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
-  } else if (S_ISREG(status.st_mode)) {
-    // At the end of what others wrote, which a way of our own would not know.
-    count = ::write(file_, text.data(), text.size());
-  } else if (const int file = withoutWaiting(); file >= 0) {
+  } else if (const int file = writable(S_ISREG(status.st_mode)); file >= 0) {
     count = ::write(file, text.data(), text.size());
-  } else if (pollfd room{file_, POLLOUT, 0}; poll(&room, 1, 0) == 1) {
-    count = ::write(file_, text.data(), text.size());
   }
   return count > 0 ? static_cast<std::size_t>(count) : 0;
 }

@@ -30,6 +30,8 @@ class StandardError {
   std::size_t write(std::string_view text);
   /// A way to the same file that gives up where the standard one would wait; -1 if there is none.
   int withoutWaiting();
+  /// Where a text can be written at once; -1 where that would have to be waited for.
+  int writable(bool isOrdinaryFile);
 
   int file_ = 2;
   /// The end of a line of which the beginning went out.

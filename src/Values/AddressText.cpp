@@ -53,7 +53,7 @@ bool isWebAddress(std::string_view text) {
 }
 
 std::string storableAddress(std::string_view text) {
-  const auto trimmed = trimmedAddress(text);
+  auto trimmed = trimmedAddress(text);
   if (trimmed.empty() || platform::URL::parse(trimmed)) return trimmed;
   auto gentle = encoded(trimmed, true);
   // Some characters are an address's own and still may not stand where they do: a bracket, a second "#".

@@ -1,5 +1,8 @@
 #pragma once
 
+// Before the X server's headers, whose macros are names in the tests' library.
+#include "gtk/GtkFixture.h"
+
 #include <cstring>
 #include <string>
 #include <utility>

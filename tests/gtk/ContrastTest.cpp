@@ -46,7 +46,7 @@ class ContrastTest : public GtkFixture, public testing::WithParamInterface<bool>
   }
 
   /// The strongest contrast of the view's pixels with what it stands on.
-  double of(View view) {
+  double of(const View& view) {
     if (window != nullptr) {
       gtk_window_set_child(window, nullptr);
       gtk_window_destroy(window);

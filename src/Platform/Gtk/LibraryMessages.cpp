@@ -14,8 +14,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// There in a build with a sanitizer only.
-extern "C" [[gnu::weak]] void __sanitizer_set_report_fd(void* file);
+/// There in a build with a sanitizer only. The name and the number that goes for a pointer are the
+/// sanitizers' own.
+extern "C" [[gnu::weak]] void __sanitizer_set_report_fd(void* file);  // NOLINT(bugprone-reserved-identifier)
 
 namespace platform {
 
@@ -59,6 +60,7 @@ void takeStandardErrorFromOthers() {
   ::dup2(nowhere, STDERR_FILENO);
   ::close(nowhere);
   if (__sanitizer_set_report_fd != nullptr)
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
     __sanitizer_set_report_fd(reinterpret_cast<void*>(static_cast<std::intptr_t>(own)));
 }
 

@@ -12,7 +12,7 @@ namespace platform {
 namespace {
 
 /// Behind the longest time for which the engine goes on taking what a script does for the user's doing.
-constexpr std::int64_t gestureMemory = 10 * G_USEC_PER_SEC;
+constexpr std::int64_t gestureMemory = std::int64_t{10} * G_USEC_PER_SEC;
 
 }  // namespace
 

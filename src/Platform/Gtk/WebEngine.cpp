@@ -83,6 +83,7 @@ WebEngine::WebEngine(PopoverWindow& (*popoverOfProgram)())
   letReachTheDisplay(context_.get());
   const auto languages = spellingLanguages(g_get_language_names());
   std::vector<const char*> names;
+  names.reserve(languages.size() + 1);
   for (const auto& language : languages) names.push_back(language.c_str());
   names.push_back(nullptr);
   webkit_web_context_set_spell_checking_languages(context_.get(), names.data());

@@ -154,7 +154,7 @@ View View::placed(std::shared_ptr<ViewPlace> place) const {
   return modified([&](Modifiers& m) { m.place = std::move(place); });
 }
 
-View View::popover(Binding<bool> isPresented, std::function<View()> content) const {
+View View::popover(Binding<bool> isPresented, const std::function<View()>& content) const {
   Views children = {*this, isPresented.get() ? content() : View()};
   return View(Element{PopoverContent{std::move(isPresented)}, {}, std::move(children)});
 }

@@ -83,7 +83,7 @@ class View {
   /// Has `place` tell where the view lies in its window, for as long as it stands there.
   View placed(std::shared_ptr<ViewPlace> place) const;
   /// Shows `content` in a bubble at this view while the binding is true; the user can close it.
-  View popover(Binding<bool> isPresented, std::function<View()> content) const;
+  View popover(Binding<bool> isPresented, const std::function<View()>& content) const;
 
  private:
   template <class Change>
