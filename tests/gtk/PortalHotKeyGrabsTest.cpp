@@ -1,6 +1,7 @@
 #include "Platform/DebugLog.h"
 #include "Platform/Gtk/PortalHotKeyGrabs.h"
 #include "gtk/GtkFixture.h"
+#include "gtk/HotKeys.h"
 #include "gtk/MockShortcutsPortal.h"
 
 #include <algorithm>
@@ -14,7 +15,6 @@
 namespace platform {
 namespace {
 
-constexpr HotKeyCombination ctrlShiftT{0x11, carbon::cmdKey | carbon::shiftKey};
 constexpr HotKeyCombination altSuperF5{0x60, carbon::optionKey | carbon::controlKey};
 using Strings = std::vector<std::string>;
 

@@ -2,6 +2,7 @@
 #include "Platform/Gtk/GtkKeyCodes.h"
 #include "Platform/Gtk/X11HotKeyGrabs.h"
 #include "gtk/GtkFixture.h"
+#include "gtk/HotKeys.h"
 
 #include <cstdlib>
 #include <memory>
@@ -16,7 +17,6 @@ namespace platform {
 namespace {
 
 constexpr std::uint32_t ctrlShift = carbon::cmdKey | carbon::shiftKey;
-constexpr HotKeyCombination grabbedCombination{0x11, ctrlShift};
 constexpr HotKeyCombination ctrlShiftY{0x10, ctrlShift};
 constexpr HotKeyCombination f8{0x64, 0};
 constexpr HotKeyCombination f9{0x65, 0};
@@ -140,14 +140,14 @@ using Told = std::vector<std::string>;
 const Told pressedT = {"down 17", "up 17"};
 
 TEST_F(X11HotKeyGrabsTest, TellsOfPressAndReleaseWithTheServersTime) {
-  ASSERT_EQ(grabs->grab(grabbedCombination), noErr);
+  ASSERT_EQ(grabs->grab(ctrlShiftT), noErr);
   press("ctrl+shift+t");
   EXPECT_EQ(told, pressedT);
   EXPECT_NE(lastTime, 0U);
 }
 
 TEST_F(X11HotKeyGrabsTest, OtherCombinationsAreLeftToOthers) {
-  ASSERT_EQ(grabs->grab(grabbedCombination), noErr);
+  ASSERT_EQ(grabs->grab(ctrlShiftT), noErr);
   ASSERT_EQ(grabs->grab({0x62, 0}), noErr);
   for (const auto* keys :
        {"ctrl+t", "shift+t", "ctrl+alt+shift+t", "ctrl+shift+super+t", "ctrl+shift+r", "t"})
@@ -169,7 +169,7 @@ TEST_F(X11HotKeyGrabsTest, EachModifierIsItsKey) {
 }
 
 TEST_F(X11HotKeyGrabsTest, LocksMakeNoDifference) {
-  ASSERT_EQ(grabs->grab(grabbedCombination), noErr);
+  ASSERT_EQ(grabs->grab(ctrlShiftT), noErr);
   toggleLock("Num_Lock");
   press("ctrl+shift+28");
   EXPECT_EQ(told, pressedT) << "with Num Lock";
@@ -184,7 +184,7 @@ TEST_F(X11HotKeyGrabsTest, LocksMakeNoDifference) {
 }
 
 TEST_F(X11HotKeyGrabsTest, NumLockIsFoundWhereverItIs) {
-  ASSERT_EQ(grabs->grab(grabbedCombination), noErr);
+  ASSERT_EQ(grabs->grab(ctrlShiftT), noErr);
   OtherClient client;
   constexpr std::size_t mod2 = 4;
   constexpr std::size_t mod3 = 5;
@@ -211,7 +211,7 @@ TEST_F(X11HotKeyGrabsTest, AKeyIsItsLetterInEveryLayout) {
 }
 
 TEST_F(X11HotKeyGrabsTest, ASecondLayoutMakesNoDifference) {
-  ASSERT_EQ(grabs->grab(grabbedCombination), noErr);
+  ASSERT_EQ(grabs->grab(ctrlShiftT), noErr);
   layout("us,ru");
   XkbLockGroup(gdk(), XkbUseCoreKbd, 1);
   XSync(gdk(), False);
@@ -244,7 +244,7 @@ TEST_F(X11HotKeyGrabsTest, AHeldKeyThatIsReadWhileItRepeatsIsPressedOnce) {
 }
 
 TEST_F(X11HotKeyGrabsTest, ModifiersThatAreReleasedFirstDontHideTheRelease) {
-  ASSERT_EQ(grabs->grab(grabbedCombination), noErr);
+  ASSERT_EQ(grabs->grab(ctrlShiftT), noErr);
   run("xdotool keydown ctrl keydown shift keydown t keyup ctrl keyup shift keyup t");
   ASSERT_TRUE(wait([&] { return told.size() >= 2; }));
   EXPECT_EQ(told, pressedT);
@@ -253,44 +253,44 @@ TEST_F(X11HotKeyGrabsTest, ModifiersThatAreReleasedFirstDontHideTheRelease) {
 TEST_F(X11HotKeyGrabsTest, WhatAnotherHoldsIsRefusedAndNothingOfItIsKept) {
   OtherClient other;
   // Only with Num Lock: the three other combinations are free.
-  ASSERT_TRUE(other.grab(grabbedCombination, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_2));
-  EXPECT_TRUE(grabs->isHeldByAnother(grabbedCombination));
-  EXPECT_EQ(grabs->grab(grabbedCombination), eventHotKeyExistsErr);
+  ASSERT_TRUE(other.grab(ctrlShiftT, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_2));
+  EXPECT_TRUE(grabs->isHeldByAnother(ctrlShiftT));
+  EXPECT_EQ(grabs->grab(ctrlShiftT), eventHotKeyExistsErr);
   OtherClient third;
-  EXPECT_TRUE(third.grab(grabbedCombination, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT));
-  EXPECT_TRUE(third.grab(grabbedCombination, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_LOCK));
+  EXPECT_TRUE(third.grab(ctrlShiftT, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT));
+  EXPECT_TRUE(third.grab(ctrlShiftT, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_LOCK));
   third.ungrabAll();
   other.ungrabAll();
-  EXPECT_FALSE(grabs->isHeldByAnother(grabbedCombination));
-  EXPECT_EQ(grabs->grab(grabbedCombination), noErr);
+  EXPECT_FALSE(grabs->isHeldByAnother(ctrlShiftT));
+  EXPECT_EQ(grabs->grab(ctrlShiftT), noErr);
   press("ctrl+shift+t");
   EXPECT_EQ(told, pressedT);
 }
 
 TEST_F(X11HotKeyGrabsTest, AskingTakesNothing) {
-  EXPECT_FALSE(grabs->isHeldByAnother(grabbedCombination));
+  EXPECT_FALSE(grabs->isHeldByAnother(ctrlShiftT));
   OtherClient other;
-  EXPECT_TRUE(other.grab(grabbedCombination, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT));
+  EXPECT_TRUE(other.grab(ctrlShiftT, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT));
 }
 
 TEST_F(X11HotKeyGrabsTest, OnesOwnIsNotHeldByAnother) {
-  ASSERT_EQ(grabs->grab(grabbedCombination), noErr);
-  EXPECT_FALSE(grabs->isHeldByAnother(grabbedCombination));
+  ASSERT_EQ(grabs->grab(ctrlShiftT), noErr);
+  EXPECT_FALSE(grabs->isHeldByAnother(ctrlShiftT));
   press("ctrl+shift+t");
   EXPECT_EQ(told, pressedT) << "the question took it away";
 }
 
 TEST_F(X11HotKeyGrabsTest, WhatIsLetGoIsFree) {
-  ASSERT_EQ(grabs->grab(grabbedCombination), noErr);
+  ASSERT_EQ(grabs->grab(ctrlShiftT), noErr);
   ASSERT_EQ(grabs->grab({0x62, 0}), noErr);
-  grabs->ungrab(grabbedCombination);
+  grabs->ungrab(ctrlShiftT);
   pressInVain("ctrl+shift+t");
   auto second = makeGrabs();
-  EXPECT_EQ(second->grab(grabbedCombination), noErr);
-  EXPECT_TRUE(grabs->isHeldByAnother(grabbedCombination));
+  EXPECT_EQ(second->grab(ctrlShiftT), noErr);
+  EXPECT_TRUE(grabs->isHeldByAnother(ctrlShiftT));
   second.reset();
   // The display hears of an end when it comes to it, and answers others meanwhile.
-  EXPECT_TRUE(wait([&] { return !grabs->isHeldByAnother(grabbedCombination); }))
+  EXPECT_TRUE(wait([&] { return !grabs->isHeldByAnother(ctrlShiftT); }))
       << "an end of the program frees its keys";
 }
 
@@ -307,7 +307,7 @@ TEST_F(X11HotKeyGrabsTest, AnActionMayEndItAll) {
   });
   grabs.swap(own);
   own.reset();
-  ASSERT_EQ(grabs->grab(grabbedCombination), noErr);
+  ASSERT_EQ(grabs->grab(ctrlShiftT), noErr);
   run("xdotool key ctrl+shift+t");
   ASSERT_TRUE(wait([&] { return !told.empty(); }));
   turn();

@@ -17,7 +17,7 @@ namespace {
 
 using Ended = std::function<void(std::optional<NSError>)>;
 
-NSError printingError(const std::string& why) { return {"NSCocoaErrorDomain", 1, why}; }
+NSError printingError(const std::string& why) { return {NSCocoaErrorDomain, 1, why}; }
 
 /// A document in a file that only we know, gone with this.
 class KeptDocument {

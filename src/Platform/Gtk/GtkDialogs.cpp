@@ -2,6 +2,7 @@
 
 #include "Platform/DispatchQueue.h"
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkEditActions.h"
 #include "Platform/Gtk/GtkViewBase.h"
 #include "Platform/Gtk/Toolkit.h"
 #include "Platform/NSView.h"
@@ -16,18 +17,8 @@ namespace {
 
 constexpr const char* folders = "Folders";
 
-GtkWindow* activeWindow() {
-  GListModel* windows = gtk_window_get_toplevels();
-  for (guint i = 0; i < g_list_model_get_n_items(windows); ++i) {
-    const auto window = GObjectPtr<GtkWindow>::adopt(GTK_WINDOW(g_list_model_get_item(windows, i)));
-    if (gtk_window_is_active(window.get()) && gtk_widget_get_mapped(GTK_WIDGET(window.get())))
-      return window.get();
-  }
-  return nullptr;
-}
-
 GtkWindow* windowUnder(const NSView* view) {
-  if (view == nullptr) return activeWindow();
+  if (view == nullptr) return windowWithKeyboard();
   // What a view is made of isn't its value.
   auto* based = dynamic_cast<GtkViewBase*>(const_cast<NSView*>(view));
   auto* root = based != nullptr ? gtk_widget_get_root(based->widget()) : nullptr;

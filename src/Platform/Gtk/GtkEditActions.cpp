@@ -266,8 +266,13 @@ GtkWindow*& windowOfKey() {
   return window;
 }
 
-/// The window on the screen that has the keyboard. The toolkit calls a window active that was hidden while it
-/// was, and one that comes back without the keyboard: where several are called so, the window manager knows.
+GtkWidget* focusedWidget() {
+  auto* window = windowWithKeyboard();
+  return window != nullptr ? gtk_window_get_focus(window) : nullptr;
+}
+
+}  // namespace
+
 GtkWindow* windowWithKeyboard() {
   if (windowOfKey() != nullptr) return windowOfKey();
   GList* windows = gtk_window_list_toplevels();
@@ -280,13 +285,6 @@ GtkWindow* windowWithKeyboard() {
   g_list_free(windows);
   return found;
 }
-
-GtkWidget* focusedWidget() {
-  auto* window = windowWithKeyboard();
-  return window != nullptr ? gtk_window_get_focus(window) : nullptr;
-}
-
-}  // namespace
 
 void noteKeyToPage(GtkWidget* view) {
   auto* page = WEBKIT_WEB_VIEW(view);

@@ -15,6 +15,11 @@ bool sendEditAction(const char* selector);
 /// True if what has the keyboard is a text that can be edited, of a widget or of a page.
 bool isTextFocused();
 
+/// The window whose key is being handled, else the one on the screen that has the keyboard; nullptr if none
+/// has. The toolkit calls a window active that was hidden while it was, and one that comes back without the
+/// keyboard: where several are called so, the window manager knows. Main thread.
+GtkWindow* windowWithKeyboard();
+
 /// Names the window whose key event is being handled for as long as it lives: only that one is sure to have
 /// the keyboard.
 class KeyEventScope {

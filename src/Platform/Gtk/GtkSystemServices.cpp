@@ -27,7 +27,7 @@ std::vector<GObjectPtr<GtkWindow>> windowsOnShow() {
   return found;
 }
 
-NSError serviceError(const std::string& why) { return {"NSCocoaErrorDomain", 1, why}; }
+NSError serviceError(const std::string& why) { return {NSCocoaErrorDomain, 1, why}; }
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 #include "Platform/Gtk/StatusMenuWindow.h"
 
 #include "Platform/Gtk/GObjectPtr.h"
+#include "Platform/Gtk/GtkEditActions.h"
 #include "Platform/Gtk/WindowSystem.h"
 
 #include <cctype>
@@ -48,16 +49,6 @@ GtkWidget* labelFor(const char* content) {
   // A button's text is bold, a menu's isn't.
   gtk_widget_add_css_class(label, "body");
   return label;
-}
-
-/// The program's window that has the keyboard; nullptr if none has.
-GtkWindow* activeWindowBelow() {
-  GListModel* all = gtk_window_get_toplevels();
-  for (guint i = 0; i < g_list_model_get_n_items(all); ++i) {
-    const auto window = GObjectPtr<GtkWindow>::adopt(static_cast<GtkWindow*>(g_list_model_get_item(all, i)));
-    if (gtk_window_is_active(window.get())) return window.get();
-  }
-  return nullptr;
 }
 
 }  // namespace
@@ -146,7 +137,7 @@ bool StatusMenuWindow::keyPressed(guint key, GdkModifierType state) {
 
 void StatusMenuWindow::show(std::optional<PixelPoint> icon) {
   takeDown();
-  GtkWindow* const below = activeWindowBelow();
+  GtkWindow* const below = windowWithKeyboard();
   window_ = GTK_WINDOW(gtk_window_new());
   // The popover keeps itself above other windows, but for those that belong to it.
   gtk_window_set_transient_for(window_, below);

@@ -78,7 +78,7 @@ class WindowSystem {
   virtual std::optional<PixelPoint> iconPlace(std::optional<PixelPoint> told, bool mayBeAtPointer) const = 0;
   /// Keeps a mapped window above others, until it is unmapped.
   virtual void keepAbove(GtkWindow* window) const = 0;
-  /// Shows a window for a global shortcut, with the right to the keyboard that the key press gives it.
+  /// Shows a window with the right to the keyboard that a global shortcut, or a click in the tray, gives it.
   virtual void present(GtkWindow* window, const Activation& activation) const = 0;
 
   /// True if the window manager says that this window is the active one. One that says nothing: false.

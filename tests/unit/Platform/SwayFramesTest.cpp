@@ -5,12 +5,12 @@
 namespace platform {
 namespace {
 
-using Message = SwayMessage::Type;
+using MessageType = SwayMessage::Type;
 
 TEST(SwayFramesTest, AMessageIsItsKindItsLengthAndItsText) {
-  const auto bytes = frameOf({Message::getOutputs, "abc"});
+  const auto bytes = frameOf({MessageType::getOutputs, "abc"});
   const std::uint32_t length = 3;
-  const auto type = static_cast<std::uint32_t>(Message::getOutputs);
+  const auto type = static_cast<std::uint32_t>(MessageType::getOutputs);
   ASSERT_EQ(bytes.size(), 6U + 4U + 4U + 3U);
   EXPECT_EQ(bytes.substr(0, 6), "i3-ipc");
   EXPECT_EQ(bytes.substr(6, 4), std::string(reinterpret_cast<const char*>(&length), 4));
@@ -19,9 +19,9 @@ TEST(SwayFramesTest, AMessageIsItsKindItsLengthAndItsText) {
 }
 
 TEST(SwayFramesTest, MessagesComeOutHoweverTheirBytesAreCut) {
-  const SwayMessage first{Message::getWorkspaces, "[]"};
-  const SwayMessage second{Message::runCommand, ""};
-  const SwayMessage third{Message::getTree, std::string(5000, 'x')};
+  const SwayMessage first{MessageType::getWorkspaces, "[]"};
+  const SwayMessage second{MessageType::runCommand, ""};
+  const SwayMessage third{MessageType::getTree, std::string(5000, 'x')};
   const auto bytes = frameOf(first) + frameOf(second) + frameOf(third);
   for (const std::size_t piece : {1U, 3U, 13U, 14U, 17U, 100000U}) {
     SwayFrames frames;
@@ -41,20 +41,20 @@ TEST(SwayFramesTest, WhatIsNoMessageBreaksThemAtItsFirstByte) {
   EXPECT_FALSE(frames.isBroken());
   frames.add("H");
   EXPECT_TRUE(frames.isBroken());
-  frames.add(frameOf({Message::getTree, "{}"}));
+  frames.add(frameOf({MessageType::getTree, "{}"}));
   EXPECT_FALSE(frames.next());
 }
 
 TEST(SwayFramesTest, WhatFollowsAMessageIsLookedAtToo) {
   SwayFrames frames;
-  frames.add(frameOf({Message::getTree, "{}"}) + "HTTP/1.1");
+  frames.add(frameOf({MessageType::getTree, "{}"}) + "HTTP/1.1");
   EXPECT_EQ(frames.next()->text, "{}");
   EXPECT_TRUE(frames.isBroken());
   EXPECT_FALSE(frames.next());
 }
 
 TEST(SwayFramesTest, ALengthBeyondTheMostIsNotWaitedFor) {
-  auto bytes = frameOf({Message::getTree, ""});
+  auto bytes = frameOf({MessageType::getTree, ""});
   bytes.replace(6, 4, "\xff\xff\xff\x7f");
   SwayFrames frames;
   frames.add(bytes);
